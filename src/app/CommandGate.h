@@ -1,0 +1,45 @@
+#pragma once
+
+namespace rv52 {
+
+// Admits one command at a time, and remembers what has to wait until it has ended.
+class CommandGate {
+ public:
+    bool Busy() const { return busy_; }
+
+    // While a command runs: a close of the main window is asked for.
+    bool ClosePending() const { return closePending_; }
+    // While a command runs: a resize has asked for the serial settings to be applied again.
+    bool SettingsPending() const { return settingsPending_; }
+
+    void DeferClose() { closePending_ = true; }
+    void DeferSettings() { settingsPending_ = true; }
+
+    // Whether closing the window ends the running command as Escape does: true while a module is read,
+    // false while one is programmed and verified.
+    bool CloseAborts() const { return closeAborts_; }
+    void SetCloseAborts(bool aborts) { closeAborts_ = aborts; }
+
+    // A command's stay behind the gate.
+    class Stay {
+     public:
+        explicit Stay(CommandGate& gate) : gate_(gate) {
+            gate_.busy_ = true;
+            gate_.closeAborts_ = false;
+        }
+        ~Stay() { gate_.busy_ = gate_.closePending_ = gate_.settingsPending_ = gate_.closeAborts_ = false; }
+        Stay(const Stay&) = delete;
+        Stay& operator=(const Stay&) = delete;
+
+     private:
+        CommandGate& gate_;
+    };
+
+ private:
+    bool busy_ = false;
+    bool closePending_ = false;
+    bool settingsPending_ = false;
+    bool closeAborts_ = false;
+};
+
+}  // namespace rv52

@@ -1,0 +1,70 @@
+#include "app/Commands.h"
+
+#include "app/FormResize.h"
+#include "app/Session.h"
+#include "table/FileCommands.h"
+
+namespace rv52 {
+
+void RunCommand(Session& session, const std::function<void(Session&)>& command) {
+    if (session.gate.Busy()) return;
+    bool close = false;
+    {
+        const CommandGate::Stay stay(session.gate);
+        if (!session.view.CommitEditor()) return;
+        command(session);
+        if (session.gate.SettingsPending()) Form_Resize(session);
+        close = session.gate.ClosePending();
+    }
+    if (close) RequestExit(session);
+}
+
+void RequestExit(Session& session) {
+    if (session.gate.Busy()) {
+        session.gate.DeferClose();
+        if (session.gate.CloseAborts()) session.state.AbortRequested = true;
+        return;
+    }
+    const CommandGate::Stay stay(session.gate);
+    session.view.AbandonEditor();
+    Exit(session);
+}
+
+void Exit(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        auto answer = Answer::No;
+        if (session.state.TableShown)
+            step([&] {
+                answer = session.prompts.Ask({"Save advance table before exiting?", "Exit Program",
+                                              Icon::Warning, Buttons::YesNoCancel});
+            });
+        if (answer == Answer::Yes) mnuSaveTable_Click(session);
+        step([&] { session.line.Close(); });
+        // No file outlives the command that reads or writes it, so none is left to close here.
+        if (answer != Answer::Cancel) step([&] { session.shell.CloseWindows(); });
+    });
+}
+
+void EscapePressed(Session& session) {
+    session.state.AbortRequested = true;
+    session.chart.HideLabel();
+}
+
+void mnuAbout_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        const auto& branding = session.state.BrandingLines;
+        std::string text = (branding.empty() ? "" : branding.front()) + " Corvane RV52 Version 8.10\r\n";
+        text += "Ignition advance tables for RV52 modules. All rights reserved.\r\n\r\n";
+        for (std::size_t line = 1; line < branding.size(); ++line)
+            text += branding[line] + "\r\n";
+        step([&] { session.prompts.Ask({text, "About", Icon::Information, Buttons::Ok}); });
+    });
+}
+
+void mnuHelpContents_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        step([&] { session.shell.OpenHelp(session.files.ProgramFolder() + "Corvane_RV52_Help.chm"); });
+    });
+}
+
+}  // namespace rv52

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+
+namespace rv52 {
+
+struct Session;
+
+// Runs one command behind the gate: nothing when another one is running, or when an open cell editor
+// refuses its text. What had to wait for the command's end (serial settings, a close) follows it.
+void RunCommand(Session& session, const std::function<void(Session&)>& command);
+
+// The main window is asked to close. Runs the exit sequence, or after the running command has ended.
+// A close while a module is read ends the reading as Escape does.
+void RequestExit(Session& session);
+
+// The exit sequence: the save question, the port, the windows.
+void Exit(Session& session);
+
+// Escape pressed in the main window.
+void EscapePressed(Session& session);
+
+void mnuAbout_Click(Session& session);
+void mnuHelpContents_Click(Session& session);
+
+}  // namespace rv52

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/AppState.h"
+#include "app/CommandGate.h"
+#include "chart/ChartState.h"
+#include "platform/Line.h"
+#include "platform/Prompts.h"
+#include "platform/Steps.h"
+#include "platform/Storage.h"
+#include "platform/Views.h"
+#include "table/GridSheet.h"
+#include "table/TableStore.h"
+
+namespace rv52 {
+
+// The platform as the program sees it.
+struct Ports {
+    Line& line;
+    Prompts& prompts;
+    TableView& view;
+    Shell& shell;
+    Files& files;
+    Settings& settings;
+};
+
+// One run of the program: the platform's ports, the working state, and the current table with what chart
+// and grid show of it. Every procedure and menu command is a plain function on this.
+struct Session : Ports {
+    explicit Session(const Ports& ports) : Ports(ports) {}
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    AppState state;
+    TableStore table;
+    ChartState chart{table};
+    GridSheet sheet;
+    Steps steps{prompts};
+    CommandGate gate;
+};
+
+}  // namespace rv52

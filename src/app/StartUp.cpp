@@ -1,0 +1,48 @@
+#include "app/StartUp.h"
+
+#include "app/FormResize.h"
+#include "app/Session.h"
+#include "link/LineErrors.h"
+#include "link/PortSetup.h"
+#include "table/LimitTables.h"
+#include "table/TableDisplay.h"
+
+namespace rv52 {
+
+namespace {
+
+bool LoadExMaximum(Session& session) {
+    const RedrawHold hold(session.table);
+    const auto refuse = [&](const char* text) {
+        session.prompts.Ask({text, "Form Load", Icon::Warning, Buttons::Ok});
+        return false;
+    };
+    if (!LoadChartTemplate(session, TableType::EX))
+        return refuse("Chart template file RV52_EX_Chart.oc3 not found.");
+    session.chart.HideLabel();
+    const auto maximum = LoadLimitTable(session.files, TableType::EX, Limit::Maximum);
+    if (!maximum) return refuse("Chart data file RV52_EX_Max.dat not found.");
+    session.state.ExMaxTable = *maximum;
+    return true;
+}
+
+}  // namespace
+
+bool StartUp(Session& session) {
+    bool loaded = false;
+    session.steps.Procedure([&](Steps& step) {
+        session.state.AbortRequested = false;
+        step([&] { session.state.CommPort = StoredCommPort(session.settings); });
+        ApplySerialSettings(session);
+        HandleLineErrors(session);
+        step([&] {
+            const auto& branding = session.state.BrandingLines;
+            session.shell.SetCaption((branding.empty() ? "" : branding.front()) + " " +
+                                     session.state.BaseCaption);
+        });
+        loaded = step.Value([&] { return LoadExMaximum(session); }, false);
+    });
+    return loaded;
+}
+
+}  // namespace rv52

@@ -1,0 +1,46 @@
+#include "link/PortSetup.h"
+
+#include "app/Session.h"
+
+#include <charconv>
+
+namespace rv52 {
+
+namespace {
+
+constexpr const char* kSection = "Properties";
+constexpr const char* kKey = "CommPort";
+
+}  // namespace
+
+std::string CommPortName(int commPort) {
+    return "Com" + std::to_string(commPort);
+}
+
+int StoredCommPort(const Settings& settings) {
+    const auto text = settings.Get(kSection, kKey, "1");
+    int commPort = 0;
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, commPort);
+    const bool valid =
+        result.ec == std::errc{} && result.ptr == end && commPort >= 1 && commPort <= kHighestCommPort;
+    return valid ? commPort : 1;
+}
+
+void mnuPortSetup_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) { step([&] { session.shell.ShowPortPanel(); }); });
+}
+
+void cboPort_Click(Session& session, int index) {
+    session.steps.Procedure([&](Steps& step) {
+        session.state.CommPort = index + 1;
+        step([&] { session.settings.Set(kSection, kKey, std::to_string(session.state.CommPort)); });
+        step([&] { session.line.Close(); });
+    });
+}
+
+void cmdPortSelectOK_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) { step([&] { session.shell.HidePortPanel(); }); });
+}
+
+}  // namespace rv52

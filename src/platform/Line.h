@@ -1,0 +1,52 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+
+namespace rv52 {
+
+// The six line conditions that are errors.
+enum class LineCondition { Framing, HardwareOverrun, ReceiveOverflow, Parity, TransmitFull, ControlBlock };
+
+enum class Yielding { Yes, No };
+
+// The serial line to the ignition module and the time it is measured in, one port: every time-out,
+// delay and abort is a matter of both. Bytes are 0 to 255; times are of a monotonic clock.
+//
+// A call that cannot be carried out (the port is missing, held by another program, closed, or went
+// away) throws PortFailure and leaves the line closed.
+class Line {
+ public:
+    using Clock = std::chrono::nanoseconds;  // since an arbitrary moment
+    using ConditionHandler = std::function<void(LineCondition)>;
+
+    virtual ~Line() = default;
+
+    virtual bool IsOpen() const = 0;
+    // Opens ComN with the fixed settings of SerialSettings.h. Only while closed.
+    virtual void Open(int commPort) = 0;
+    // Safe at any time.
+    virtual void Close() noexcept = 0;
+
+    // Throws away every received byte that waits.
+    virtual void Discard() = 0;
+    // Takes the next waiting byte. Only while one is waiting.
+    virtual std::uint8_t ReadByte() = 0;
+    virtual void SendByte(std::uint8_t byte) = 0;
+
+    virtual Clock Now() const = 0;
+    // Serves the window events that are pending.
+    virtual void Pump() = 0;
+    // Waits until count bytes are waiting or the clock has passed the deadline; returns how many are
+    // waiting then. Yielding serves window events meanwhile.
+    virtual int Await(int count, Clock deadline, Yielding yielding) = 0;
+    // Returns after at least this long, having served window events.
+    virtual void Pause(std::chrono::milliseconds duration) = 0;
+
+    // Line conditions are delivered to the handler where the program yields (Pump, a yielding Await,
+    // Pause), at most once per kind and poll, never from anywhere else.
+    virtual void OnCondition(ConditionHandler handler) = 0;
+};
+
+}  // namespace rv52

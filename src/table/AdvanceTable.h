@@ -1,0 +1,69 @@
+#pragma once
+
+#include "table/TableType.h"
+
+#include <array>
+#include <span>
+
+namespace rv52 {
+
+// A position in a table: column c, 1 to 16, holds RPM 500·(c − 1); row r, 1 to R, holds MAP 32 − 2·r.
+struct Cell {
+    int column = 0;
+    int row = 0;
+
+    bool operator==(const Cell&) const = default;
+};
+
+// Degrees of advance that no table passes.
+constexpr double kHighestAdvance = 45.0;
+
+constexpr int RpmOfColumn(int column) {
+    return 500 * (column - 1);
+}
+constexpr int MapOfRow(int row) {
+    return 32 - 2 * row;
+}
+
+// 16 columns × R rows of ignition advance in degrees, as doubles that nothing here rounds or clamps.
+class AdvanceTable {
+ public:
+    // Every cell 0.
+    explicit AdvanceTable(TableType type) : type_(type) {}
+
+    TableType Type() const { return type_; }
+    int RowCount() const { return rv52::RowCount(type_); }
+    static constexpr int ColumnCount() { return kColumnCount; }
+
+    double GetCell(Cell cell) const { return cells_[IndexOf(cell)]; }
+    void SetCell(Cell cell, double degrees) { cells_[IndexOf(cell)] = degrees; }
+
+    // All 16 × R cells, row 1 first, within a row column 1 first.
+    std::span<const double> GetValues() const { return {cells_.data(), Size()}; }
+    // As many values as GetValues gives.
+    void SetValues(std::span<const double> values);
+    void ClearTable() { cells_.fill(0.0); }
+
+    bool operator==(const AdvanceTable&) const = default;
+
+ private:
+    std::size_t Size() const { return static_cast<std::size_t>(RowCount() * kColumnCount); }
+    std::size_t IndexOf(Cell cell) const;
+
+    TableType type_;
+    std::array<double, 11 * kColumnCount> cells_{};
+};
+
+inline AdvanceTable CreateTable(TableType type) {
+    return AdvanceTable(type);
+}
+
+// Calls visit(Cell) for every cell of a table of this type, row by row from row 1.
+template <class Visit>
+void ForEachCell(TableType type, Visit&& visit) {
+    for (int row = 1; row <= RowCount(type); ++row)
+        for (int column = 1; column <= kColumnCount; ++column)
+            visit(Cell{column, row});
+}
+
+}  // namespace rv52

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+// The three number rules of the tool. No other code rounds to integers, writes one-decimal texts or reads
+// numbers that a person typed. All three know the decimal point "." only, whatever the desktop's language.
+namespace rv52 {
+
+// To the nearest whole number, halves to the even neighbour.
+double RoundHalfEven(double value);
+
+// "#0.0": one decimal, at least one digit before the point, halves away from zero judged on the shortest
+// decimal that reads back as the value (0.15 gives 0.2, 27.75 gives 27.8). Never "-0.0".
+std::string FormatTenths(double value);
+
+// The leading decimal number of a text: blanks, an optional sign, digits with at most one decimal point and
+// at least one digit; what follows is not looked at. Nothing when there is none. A number too large for a
+// double is infinite.
+std::optional<double> LeadingNumber(std::string_view text);
+
+// As LeadingNumber, but the number must be the whole text but for blanks around it.
+std::optional<double> EntireNumber(std::string_view text);
+
+// The shortest decimal that reads back as the same double.
+std::string ShortestDecimal(double value);
+
+}  // namespace rv52

@@ -1,0 +1,43 @@
+#include "table/Text.h"
+
+#include "table/TableType.h"
+
+#include <algorithm>
+
+namespace rv52 {
+
+namespace {
+
+char Upper(char letter) {
+    return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+}
+
+}  // namespace
+
+std::string UpperCase(std::string_view text) {
+    std::string upper(text);
+    std::ranges::transform(upper, upper.begin(), Upper);
+    return upper;
+}
+
+bool ContainsNoCase(std::string_view text, std::string_view word) {
+    return !std::ranges::search(text, word, {}, Upper, Upper).empty() || word.empty();
+}
+
+std::vector<std::string_view> Lines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        auto line = text.substr(0, end);
+        if (line.ends_with('\r')) line.remove_suffix(1);
+        lines.push_back(line);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    }
+    return lines;
+}
+
+TableType TypeNamedIn(std::string_view text) {
+    return ContainsNoCase(text, "EX") ? TableType::EX : TableType::RACE;
+}
+
+}  // namespace rv52

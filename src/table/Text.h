@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace rv52 {
+
+// Letters A to Z only; bytes of other alphabets stay as they are.
+std::string UpperCase(std::string_view text);
+
+// Whether text holds word, without regard to the case of letters A to Z.
+bool ContainsNoCase(std::string_view text, std::string_view word);
+
+// The lines of a text file, CR LF or LF; a line break at the end starts no further line.
+std::vector<std::string_view> Lines(std::string_view text);
+
+}  // namespace rv52

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "app/Session.h"
+#include "support/Recorders.h"
+#include "support/ScriptedPrompts.h"
+
+#include <string>
+
+namespace rv52::test {
+
+// The content of a file that ships beside the program.
+std::string ShippedFile(const std::string& name);
+
+// A session on recorders and scripts, with the shipped data files in its program folder.
+struct TestSession {
+    explicit TestSession(Line& line);
+
+    ScriptedPrompts prompts;
+    RecordingView view;
+    RecordingShell shell;
+    MemoryFiles files;
+    MemorySettings settings;
+    Session session;
+};
+
+}  // namespace rv52::test
