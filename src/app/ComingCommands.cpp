@@ -1,0 +1,32 @@
+#include "app/ComingCommands.h"
+
+#include "app/Session.h"
+
+namespace rv52 {
+
+namespace {
+
+void SayNotYet(Session& session, const char* title) {
+    session.prompts.Ask(
+        {"This command is not part of this version yet.", title, Icon::Information, Buttons::Ok});
+}
+
+}  // namespace
+
+void mnuNewTable_Click(Session& session) {
+    SayNotYet(session, "New Table");
+}
+void mnuPrintTable_Click(Session& session) {
+    SayNotYet(session, "Print Table");
+}
+void mnuPrintSetup_Click(Session& session) {
+    SayNotYet(session, "Printer Setup");
+}
+void mnuEditModParams_Click(Session& session) {
+    SayNotYet(session, "Edit Module Parameters");
+}
+void mnuEditVIN_Click(Session& session) {
+    SayNotYet(session, "Edit RV52A VIN");
+}
+
+}  // namespace rv52

@@ -1,0 +1,152 @@
+#include "app/MainWindow.h"
+
+#include "app/Commands.h"
+#include "app/FormResize.h"
+#include "app/Menus.h"
+#include "app/ProgressPanel.h"
+#include "app/Session.h"
+#include "chart/ChartView.h"
+#include "link/PortPanel.h"
+#include "link/PortSetup.h"
+#include "platform/qt/Text.h"
+#include "platform/qt/Twips.h"
+#include "table/GridView.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+
+namespace rv52 {
+
+MainWindow::MainWindow() : client_(new QWidget(this)) {
+    setObjectName(QStringLiteral("frmCorvane_Main"));
+    setAttribute(Qt::WA_QuitOnClose);
+    menuBar()->setNativeMenuBar(false);
+    client_->setObjectName(QStringLiteral("client"));
+    setCentralWidget(client_);
+}
+
+void MainWindow::Compose(Session& session, const ComDevices& devices) {
+    session_ = &session;
+    const auto dispatch = [this](const std::function<void()>& handler) { Dispatch(handler); };
+    const auto run = [this](const std::function<void(Session&)>& command) { Run(command); };
+    FillMenuBar(*menuBar(), run, [this] { close(); });
+
+    chart_ = new ChartView(session, dispatch, client_);
+    grid_ = new GridView(session, dispatch, run, client_);
+    Hide();
+    progress_ = new ProgressPanel(client_);
+    // A pick that was not taken, because a command is running, shows the port that holds.
+    const auto pick = [this](int index) {
+        Run([index](Session& running) { cboPort_Click(running, index); });
+        ports_->Select(session_->state.CommPort);
+    };
+    ports_ = new PortPanel(devices, {pick, [run] { run(cmdPortSelectOK_Click); }}, client_);
+    ports_->Select(session.state.CommPort);
+
+    // The client area has its design size; the menus stand above it.
+    const auto width = ToPixels(kClientWidth);
+    resize(width, ToPixels(kClientHeight) + menuBar()->heightForWidth(width));
+    qApp->installEventFilter(this);
+}
+
+void MainWindow::Dispatch(const std::function<void()>& handler) {
+    session_->steps.Procedure([&](Steps& step) { step(handler); });
+}
+
+void MainWindow::Run(const std::function<void(Session&)>& command) {
+    Dispatch([&] { RunCommand(*session_, command); });
+}
+
+void MainWindow::SetCaption(const std::string& caption) {
+    setWindowTitle(ToQt(caption));
+}
+
+WindowSize MainWindow::InnerSize() const {
+    return {static_cast<double>(client_->width() * kTwipsPerPixel),
+            static_cast<double>(client_->height() * kTwipsPerPixel), isMinimized()};
+}
+
+void MainWindow::Place(const TableLayout& layout) {
+    chart_->setGeometry(ToPixels(layout.chart));
+    grid_->setGeometry(ToPixels(layout.grid));
+    grid_->ApplyPitch();
+}
+
+void MainWindow::ShowProgress(const std::string& caption) {
+    progress_->Begin(ToQt(caption));
+}
+void MainWindow::SetProgress(int percent) {
+    progress_->SetPercent(percent);
+}
+void MainWindow::HideProgress() {
+    progress_->hide();
+}
+
+void MainWindow::ShowPortPanel() {
+    ports_->Select(session_->state.CommPort);
+    ports_->raise();
+    ports_->show();
+    ports_->FocusList();
+}
+
+void MainWindow::HidePortPanel() {
+    ports_->hide();
+}
+
+void MainWindow::OpenHelp(const std::string&) {
+    session_->prompts.Ask(
+        {"The help is not part of this version yet.", "Help", Icon::Information, Buttons::Ok});
+}
+
+void MainWindow::CloseWindows() {
+    closing_ = true;
+    const auto windows = QApplication::topLevelWidgets();
+    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
+        if (*window != this && (*window)->isVisible()) (*window)->close();
+    close();
+}
+
+void MainWindow::Show() {
+    chart_->show();
+    grid_->show();
+}
+
+void MainWindow::Hide() {
+    chart_->hide();
+    grid_->hide();
+}
+
+bool MainWindow::CommitEditor() {
+    return grid_->CommitEditor();
+}
+void MainWindow::AbandonEditor() {
+    grid_->AbandonEditor();
+}
+
+// The exit sequence decides whether the window closes: it asks for closing once more when it does.
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->setAccepted(closing_);
+    if (closing_) return;
+    Dispatch([this] { RequestExit(*session_); });
+    event->setAccepted(closing_);
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && session_ != nullptr && isVisible())
+        Dispatch([this] { WindowResized(*session_); });
+}
+
+// The window sees every key before the control that has the focus; the key is passed on unchanged.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == client_ && event->type() == QEvent::Resize) {
+        Dispatch([this] { WindowResized(*session_); });
+    } else if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget != nullptr && widget->window() == this) Dispatch([this] { EscapePressed(*session_); });
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+}  // namespace rv52

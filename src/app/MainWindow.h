@@ -1,0 +1,65 @@
+#pragma once
+
+#include "platform/Views.h"
+
+#include <QMainWindow>
+
+#include <functional>
+
+namespace rv52 {
+
+class ChartView;
+class ComDevices;
+class GridView;
+class PortPanel;
+class ProgressPanel;
+struct Session;
+
+// frmCorvane_Main: the menus, the chart above the grid, and two panels over them. It composes and forwards;
+// what a command does is the core's business.
+class MainWindow : public QMainWindow, public Shell, public TableView {
+ public:
+    MainWindow();
+
+    // Builds the window's parts on the session; once, before it is shown.
+    void Compose(Session& session, const ComDevices& devices);
+
+    // Shell
+    void SetCaption(const std::string& caption) override;
+    WindowSize InnerSize() const override;
+    void Place(const TableLayout& layout) override;
+    void ShowProgress(const std::string& caption) override;
+    void SetProgress(int percent) override;
+    void HideProgress() override;
+    void ShowPortPanel() override;
+    void HidePortPanel() override;
+    void OpenHelp(const std::string& path) override;
+    void CloseWindows() override;
+
+    // TableView
+    void Show() override;
+    void Hide() override;
+    bool CommitEditor() override;
+    void AbandonEditor() override;
+
+    // Runs a handler of the window's events; whatever it throws ends in the failure box.
+    void Dispatch(const std::function<void()>& handler);
+    // Runs a command behind the gate.
+    void Run(const std::function<void(Session&)>& command);
+
+ protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    Session* session_ = nullptr;
+    QWidget* client_;
+    ChartView* chart_ = nullptr;
+    GridView* grid_ = nullptr;
+    ProgressPanel* progress_ = nullptr;
+    PortPanel* ports_ = nullptr;
+    bool closing_ = false;
+};
+
+}  // namespace rv52

@@ -1,0 +1,18 @@
+#include "platform/ComDevices.h"
+
+namespace rv52 {
+
+std::string ComDevices::DeviceOf(int commPort) const {
+    if (const auto chosen = overrides_.find(commPort); chosen != overrides_.end()) return chosen->second;
+#ifdef _WIN32
+    return "COM" + std::to_string(commPort);
+#else
+    static constexpr int kDevicesOfAKind = 32;
+    static constexpr const char* kKinds[] = {"/dev/ttyS", "/dev/ttyUSB", "/dev/ttyACM"};
+    const int kind = (commPort - 1) / kDevicesOfAKind;
+    if (commPort < 1 || kind >= 3) return {};
+    return kKinds[kind] + std::to_string((commPort - 1) % kDevicesOfAKind);
+#endif
+}
+
+}  // namespace rv52

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <map>
+#include <string>
+
+namespace rv52 {
+
+// Which serial device ComN is on this machine. On Linux Com1 to Com32 are /dev/ttyS0 to 31, Com33 to Com64
+// /dev/ttyUSB0 to 31, Com65 to Com96 /dev/ttyACM0 to 31; the others have no device of their own. On Windows
+// ComN is the system's own.
+class ComDevices {
+ public:
+    // For this run ComN is that device.
+    void Override(int commPort, const std::string& device) { overrides_[commPort] = device; }
+
+    // The empty text when ComN has no device.
+    std::string DeviceOf(int commPort) const;
+
+ private:
+    std::map<int, std::string> overrides_;
+};
+
+}  // namespace rv52

@@ -1,0 +1,166 @@
+#include "platform/qt/QtPrompts.h"
+
+#include "platform/qt/InputDialog.h"
+#include "platform/qt/Text.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStandardPaths>
+
+#include <array>
+#include <vector>
+
+namespace rv52 {
+
+namespace {
+
+constexpr qsizetype kLongestShown = 2000;
+constexpr int kLongestWord = 80;
+
+struct Button {
+    Answer answer;
+    QMessageBox::StandardButton standard;
+    const char* caption;
+    const char* name;
+};
+
+const Button& ButtonFor(Answer answer) {
+    static constexpr std::array buttons{
+        Button{Answer::Ok, QMessageBox::Ok, "OK", "cmdOK"},
+        Button{Answer::Cancel, QMessageBox::Cancel, "Cancel", "cmdCancel"},
+        Button{Answer::Yes, QMessageBox::Yes, "&Yes", "cmdYes"},
+        Button{Answer::No, QMessageBox::No, "&No", "cmdNo"},
+        Button{Answer::Retry, QMessageBox::Retry, "&Retry", "cmdRetry"},
+        Button{Answer::Abort, QMessageBox::Abort, "&Abort", "cmdAbort"},
+        Button{Answer::Ignore, QMessageBox::Ignore, "&Ignore", "cmdIgnore"},
+    };
+    return buttons[static_cast<std::size_t>(answer)];
+}
+
+std::vector<Answer> AnswersOf(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::Ok:
+            return {Answer::Ok};
+        case Buttons::OkCancel:
+            return {Answer::Ok, Answer::Cancel};
+        case Buttons::RetryCancel:
+            return {Answer::Retry, Answer::Cancel};
+        case Buttons::YesNoCancel:
+            return {Answer::Yes, Answer::No, Answer::Cancel};
+        case Buttons::AbortRetryIgnore:
+            break;
+    }
+    return {Answer::Abort, Answer::Retry, Answer::Ignore};
+}
+
+QMessageBox::Icon IconOf(Icon icon) {
+    switch (icon) {
+        case Icon::None:
+            return QMessageBox::NoIcon;
+        case Icon::Information:
+            return QMessageBox::Information;
+        case Icon::Warning:
+            return QMessageBox::Warning;
+        case Icon::Critical:
+            break;
+    }
+    return QMessageBox::Critical;
+}
+
+// "Advance table files (*.tbl)|*.tbl" as Qt wants it, and the extension that a bare name gets.
+struct Filter {
+    QString shown;
+    QString extension;
+};
+
+Filter ReadFilter(const std::string& filter) {
+    const auto text = ToQt(filter).section(QLatin1Char('|'), 0, 0);
+    const auto pattern = ToQt(filter).section(QLatin1Char('|'), 1);
+    const bool everything = pattern == QLatin1String("*.*");
+    const auto name = text.section(QLatin1String(" ("), 0, 0);
+    return {name + QStringLiteral(" (") + (everything ? QStringLiteral("*") : pattern) + QLatin1Char(')'),
+            everything ? QString() : pattern.section(QLatin1Char('.'), -1)};
+}
+
+}  // namespace
+
+QString ForShowing(const std::string& text) {
+    auto shown = ToQt(text);
+    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    if (shown.size() > kLongestShown) shown = shown.left(kLongestShown) + QChar(0x2026);
+    QString broken;
+    int run = 0;
+    for (const auto character : shown) {
+        run = character.isSpace() ? 0 : run + 1;
+        if (run > kLongestWord) {
+            broken += QChar(0x200B);  // may break here, takes no room
+            run = 1;
+        }
+        broken += character.isNull() ? QChar(0xFFFD) : character;
+    }
+    return broken;
+}
+
+QWidget* QtPrompts::Parent() const {
+    return parent_ != nullptr && parent_->isVisible() ? parent_ : nullptr;
+}
+
+Answer QtPrompts::Ask(const MessageBox& box) {
+    QMessageBox window(Parent());
+    window.setObjectName(QStringLiteral("MessageBox"));
+    window.setTextFormat(Qt::PlainText);
+    window.setWindowTitle(ToQt(box.title));
+    window.setText(ForShowing(box.text));
+    window.setIcon(IconOf(box.icon));
+    const auto answers = AnswersOf(box.buttons);
+    for (const auto answer : answers) {
+        const auto& button = ButtonFor(answer);
+        auto* added = window.addButton(button.standard);
+        added->setText(QString::fromLatin1(button.caption));
+        added->setObjectName(QString::fromLatin1(button.name));
+    }
+    window.setDefaultButton(ButtonFor(box.defaultAnswer.value_or(answers.front())).standard);
+    window.setEscapeButton(ButtonFor(DismissAnswer(box.buttons)).standard);
+    const auto pressed = window.exec();
+    for (const auto answer : answers)
+        if (ButtonFor(answer).standard == pressed) return answer;
+    return DismissAnswer(box.buttons);
+}
+
+std::string QtPrompts::AskText(const InputBox& box) {
+    InputDialog dialog(box, Parent());
+    return dialog.exec() == QDialog::Accepted ? FromQt(dialog.Text()) : std::string();
+}
+
+std::string QtPrompts::AskOpenPath(const FileDialog& dialog) {
+    return AskPath(dialog, false);
+}
+
+std::string QtPrompts::AskSavePath(const FileDialog& dialog) {
+    return AskPath(dialog, true);
+}
+
+std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
+    if (folder_.isEmpty() || !QDir(folder_).exists())
+        folder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    if (!QDir(folder_).exists()) folder_ = QDir::homePath();
+    const auto filter = ReadFilter(dialog.filter);
+
+    // Qt's own dialog, since a desktop's may insist on an existing file, or ask about one itself.
+    QFileDialog window(Parent(), ToQt(dialog.title), folder_, filter.shown);
+    window.setObjectName(forSaving ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
+    window.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
+    window.setAcceptMode(forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    window.setFileMode(QFileDialog::AnyFile);
+    if (forSaving) window.setDefaultSuffix(filter.extension);
+    if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return {};
+    const auto path = window.selectedFiles().first();
+    folder_ = QFileInfo(path).absolutePath();
+    return FromQt(path);
+}
+
+}  // namespace rv52

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Prompts.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace rv52 {
+
+// Message boxes, the input box and the file dialogs, as plain text and modal to the main window.
+class QtPrompts : public Prompts {
+ public:
+    // Where the boxes belong; none before the main window is on screen.
+    void SetParent(QWidget* parent) { parent_ = parent; }
+
+    Answer Ask(const MessageBox& box) override;
+    std::string AskText(const InputBox& box) override;
+    std::string AskOpenPath(const FileDialog& dialog) override;
+    std::string AskSavePath(const FileDialog& dialog) override;
+
+ private:
+    QWidget* Parent() const;
+    std::string AskPath(const FileDialog& dialog, bool forSaving);
+
+    QWidget* parent_ = nullptr;
+    // The user's documents at first, then wherever a file was last chosen in this run.
+    QString folder_;
+};
+
+// The text as a box shows it: cut at 2,000 characters, with places to break inside endless words.
+QString ForShowing(const std::string& text);
+
+}  // namespace rv52

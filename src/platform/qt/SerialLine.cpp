@@ -1,0 +1,165 @@
+#include "platform/qt/SerialLine.h"
+
+#include "link/PortSetup.h"
+#include "link/SerialSettings.h"
+#include "platform/Failure.h"
+#include "platform/qt/Text.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <thread>
+
+namespace rv52 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A sleep wakes late by up to this much; the rest of a delay is spun.
+constexpr auto kSpin = 100us;
+// The longest time without looking at window events while the program yields.
+constexpr auto kLongestSlice = 5ms;
+constexpr int kWriteTimeout = 1000;  // ms
+
+Line::Clock MonotonicNow() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+void SleepUntil(Line::Clock end) {
+    std::this_thread::sleep_until(std::chrono::steady_clock::time_point(end));
+}
+
+}  // namespace
+
+SerialLine::SerialLine(const ComDevices& devices) : devices_(devices) {
+    QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
+                     [this](QSerialPort::SerialPortError error) { PortError(error); });
+}
+
+void SerialLine::Open(int commPort) {
+    const auto device = devices_.DeviceOf(commPort);
+    lost_.clear();
+    name_ = CommPortName(commPort);
+    if (device.empty()) throw PortFailure(name_ + " has no serial device on this computer.");
+    name_ += " (" + device + ")";
+
+    port_.setPortName(ToQt(device));
+    port_.setBaudRate(SerialSettings::kBitsPerSecond);
+    port_.setDataBits(QSerialPort::Data8);
+    port_.setParity(QSerialPort::NoParity);
+    port_.setStopBits(QSerialPort::OneStop);
+    port_.setFlowControl(QSerialPort::NoFlowControl);
+    port_.setReadBufferSize(SerialSettings::kReceiveBuffer);
+    if (!port_.open(QIODevice::ReadWrite)) FailToOpen(device);
+    // Devices without modem lines refuse these two; they are none the worse for it.
+    port_.setDataTerminalReady(SerialSettings::kDataTerminalReady);
+    port_.setRequestToSend(SerialSettings::kRequestToSend);
+    counters_.Start(port_.handle());
+}
+
+void SerialLine::FailToOpen(const std::string& device) {
+    const QFileInfo file(ToQt(device));
+    const auto reason = FromQt(port_.errorString());
+    if (!file.exists()) throw PortFailure(name_ + " could not be opened: the device is not there.");
+    if (!file.isReadable() || !file.isWritable())
+        throw PortFailure(name_ + " could not be opened: you are not permitted to use it. Join the group \"" +
+                          FromQt(file.group()) + "\" and log in again.");
+    if (port_.error() == QSerialPort::PermissionError)
+        throw PortFailure(name_ + " could not be opened: another program is using it.");
+    throw PortFailure(name_ + " could not be opened: " + reason + ".");
+}
+
+void SerialLine::Close() noexcept {
+    if (port_.isOpen()) port_.close();
+}
+
+void SerialLine::RequireOpen() const {
+    if (IsOpen()) return;
+    if (!lost_.empty()) throw PortFailure(name_ + " is lost: " + lost_ + ".");
+    throw PortFailure("The serial port is not open.");
+}
+
+// A device that goes away reports so without end until it is closed.
+void SerialLine::PortError(QSerialPort::SerialPortError error) {
+    if (!port_.isOpen()) return;
+    switch (error) {
+        case QSerialPort::ResourceError:
+        case QSerialPort::ReadError:
+        case QSerialPort::WriteError:
+            lost_ = FromQt(port_.errorString());
+            port_.close();
+            break;
+        default:
+            break;  // time-outs are the waits' own business, modem lines are not needed
+    }
+}
+
+void SerialLine::Discard() {
+    RequireOpen();
+    port_.clear(QSerialPort::Input);
+    port_.readAll();
+}
+
+std::uint8_t SerialLine::ReadByte() {
+    RequireOpen();
+    char byte = 0;
+    if (!port_.getChar(&byte)) throw PortFailure(name_ + " gave no byte to read.");
+    return static_cast<std::uint8_t>(byte);
+}
+
+void SerialLine::SendByte(std::uint8_t byte) {
+    RequireOpen();
+    const bool taken = port_.putChar(static_cast<char>(byte));
+    port_.flush();
+    while (taken && port_.isOpen() && port_.bytesToWrite() > 0 && port_.waitForBytesWritten(kWriteTimeout)) {
+    }
+    RequireOpen();
+    if (taken && port_.bytesToWrite() == 0) return;
+    Close();
+    throw PortFailure(name_ + " does not take bytes to send.");
+}
+
+Line::Clock SerialLine::Now() const {
+    return MonotonicNow();
+}
+
+void SerialLine::Pump() {
+    QCoreApplication::processEvents();
+    DeliverConditions();
+}
+
+void SerialLine::DeliverConditions() {
+    if (!IsOpen() || !handler_) return;
+    for (const auto condition : counters_.Risen(port_.handle()))
+        handler_(condition);
+}
+
+int SerialLine::Await(int count, Clock deadline, Yielding yielding) {
+    for (;;) {
+        if (yielding == Yielding::Yes) Pump();
+        RequireOpen();
+        const auto left = deadline - Now();
+        const auto waiting = static_cast<int>(port_.bytesAvailable());
+        if (waiting >= count || left <= 0ns) return waiting;
+        const auto slice = yielding == Yielding::Yes ? std::min<Clock>(left, kLongestSlice) : left;
+        port_.waitForReadyRead(static_cast<int>(std::chrono::ceil<std::chrono::milliseconds>(slice).count()));
+    }
+}
+
+void SerialLine::Pause(std::chrono::milliseconds duration) {
+    const auto end = Now() + duration;
+    for (;;) {
+        Pump();
+        const auto now = Now();
+        if (now >= end) return;
+        if (end - now > kSpin)
+            SleepUntil(std::min<Clock>(end - kSpin, now + kLongestSlice));
+        else
+            while (Now() < end) {
+            }
+    }
+}
+
+}  // namespace rv52

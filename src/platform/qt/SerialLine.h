@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/ComDevices.h"
+#include "platform/Line.h"
+#include "platform/linux/LineCounters.h"
+
+#include <QSerialPort>
+
+#include <string>
+
+namespace rv52 {
+
+// The serial port with the monotonic clock and the event loop. Delays are never shorter than asked, and
+// longer by some microseconds only: a transfer is thousands of them.
+class SerialLine : public Line {
+ public:
+    explicit SerialLine(const ComDevices& devices);
+
+    bool IsOpen() const override { return port_.isOpen(); }
+    void Open(int commPort) override;
+    void Close() noexcept override;
+    void Discard() override;
+    std::uint8_t ReadByte() override;
+    void SendByte(std::uint8_t byte) override;
+    Clock Now() const override;
+    void Pump() override;
+    int Await(int count, Clock deadline, Yielding yielding) override;
+    void Pause(std::chrono::milliseconds duration) override;
+    void OnCondition(ConditionHandler handler) override { handler_ = std::move(handler); }
+
+ private:
+    void RequireOpen() const;
+    [[noreturn]] void FailToOpen(const std::string& device);
+    void PortError(QSerialPort::SerialPortError error);
+    void DeliverConditions();
+
+    const ComDevices& devices_;
+    QSerialPort port_;
+    LineCounters counters_;
+    ConditionHandler handler_;
+    std::string name_;  // "Com3 (/dev/ttyS2)", for messages
+    std::string lost_;  // why the device went away, while that is the reason for the port being closed
+};
+
+}  // namespace rv52
