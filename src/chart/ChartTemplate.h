@@ -25,6 +25,11 @@ struct ChartColour {
     bool operator==(const ChartColour&) const = default;
 };
 
+// Degrees between which the eye may stand above the floor: lower, rows hide each other; higher, heights
+// no longer show.
+constexpr double kLowestElevation = 10;
+constexpr double kHighestElevation = 70;
+
 // Everything about the surface chart that the program does not set itself. The syntax of its file is in
 // docs/file-formats.md.
 struct ChartTemplate {

@@ -3,13 +3,11 @@
 #include "app/Session.h"
 #include "support/Recorders.h"
 #include "support/ScriptedPrompts.h"
+#include "support/ShippedFile.h"
 
 #include <string>
 
 namespace rv52::test {
-
-// The content of a file that ships beside the program.
-std::string ShippedFile(const std::string& name);
 
 // A session on recorders and scripts, with the shipped data files in its program folder.
 struct TestSession {

@@ -1,0 +1,109 @@
+#include "chart/ChartTemplate.h"
+#include "support/ShippedFile.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace rv52 {
+namespace {
+
+std::string Shipped(TableType type) {
+    return test::ShippedFile(std::string(ChartTemplateFileName(type)));
+}
+
+// The RACE template with one line replaced; an empty line takes it out.
+std::string With(const std::string& key, const std::string& line) {
+    auto text = Shipped(TableType::RACE);
+    const auto start = text.find("\n" + key + " =") + 1;
+    EXPECT_NE(start, 0U) << key;
+    return text.replace(start, text.find('\n', start) - start, line);
+}
+
+// Perceived lightness of a colour, 0 to 100.
+double Lightness(const ChartColour& colour) {
+    const auto linear = [](int byte) {
+        const double value = byte / 255.0;
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    const double luminance =
+        0.2126 * linear(colour.red) + 0.7152 * linear(colour.green) + 0.0722 * linear(colour.blue);
+    return 116 * std::cbrt(luminance) - 16;
+}
+
+TEST(ChartTemplateTest, ShippedTemplatesFitTheirTypes) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        const auto chart = ParseChartTemplate(Shipped(type), type);
+        ASSERT_TRUE(chart) << ToText(type);
+        EXPECT_EQ(chart->rows, RowCount(type));
+        EXPECT_EQ(chart->rpm.to, 7500);
+        EXPECT_EQ(chart->map.from, type == TableType::EX ? 10 : 16);
+        EXPECT_EQ(chart->advance.from, 0);
+        EXPECT_EQ(chart->advance.to, 45);
+        ASSERT_EQ(chart->bands.size(), 9U);
+        for (std::size_t band = 1; band < chart->bands.size(); ++band)
+            EXPECT_GT(Lightness(chart->bands[band]), Lightness(chart->bands[band - 1]) + 5)
+                << "grey print would not tell band " << band << " from the one below";
+    }
+    EXPECT_EQ(ParseChartTemplate(Shipped(TableType::RACE), TableType::RACE)->bands,
+              ParseChartTemplate(Shipped(TableType::EX), TableType::EX)->bands)
+        << "one colour means one advance in both types";
+    EXPECT_FALSE(ParseChartTemplate(Shipped(TableType::RACE), TableType::EX));
+    EXPECT_FALSE(ParseChartTemplate(Shipped(TableType::EX), TableType::RACE));
+}
+
+TEST(ChartTemplateTest, TakesEitherLineEndAndAnyOrder) {
+    auto text = Shipped(TableType::RACE);
+    for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2))
+        text.insert(at, "\r");
+    EXPECT_TRUE(ParseChartTemplate(text, TableType::RACE));
+
+    const auto moved = With("azimuth", "") + "\n! at the end\n  azimuth=-12.5";
+    const auto chart = ParseChartTemplate(moved, TableType::RACE);
+    ASSERT_TRUE(chart);
+    EXPECT_EQ(chart->azimuth, -12.5);
+}
+
+TEST(ChartTemplateTest, RefusesWhatIsMalformed) {
+    const auto shipped = Shipped(TableType::RACE);
+    const std::string bands =
+        "advance.bands = #000000 #111111 #222222 #333333 #444444 #555555 #666666 #777777";
+    EXPECT_TRUE(ParseChartTemplate(With("advance.bands", bands + " #888888"), TableType::RACE));
+    const std::string bad[] = {
+        "",
+        "\xEF\xBB\xBF" + shipped,
+        shipped.substr(0, shipped.size() / 2),
+        shipped + "azimuth = 20\n",
+        shipped + "colour = #000000\n",
+        shipped + "stray words\n",
+        shipped + std::string(1, '\0'),
+        shipped + "! " + std::string(8192, '-') + "\n",
+        With("rpm.caption", "rpm.caption = " + std::string(240, 'x')),
+        With("rpm.caption", "rpm.caption ="),
+        With("columns", "columns = 15"),
+        With("rows", "rows = 8.5"),
+        With("map.from", "map.from = 18"),
+        With("rpm.to", "rpm.to = 8000"),
+        With("rpm.step", "rpm.step = 0"),
+        With("rpm.step", "rpm.step = 700"),
+        With("rpm.step", "rpm.step = 0.001"),
+        With("azimuth", "azimuth = nan"),
+        With("azimuth", "azimuth = 1e2"),
+        With("azimuth", "azimuth = 28,5"),
+        With("azimuth", "azimuth = 181"),
+        With("azimuth", "azimuth = " + std::string(200, '9') + std::string(200, '9')),
+        With("elevation", "elevation = 9"),
+        With("elevation", "elevation = 71"),
+        With("advance.to", "advance.to = inf"),
+        With("advance.to", "advance.to = 0"),
+        With("advance.bands", bands),
+        With("advance.bands", bands + " #88888"),
+        With("advance.bands", bands + " #88888g"),
+        With("advance.bands", bands + " #-18888"),
+        With("advance.bands", bands + " 8888888"),
+    };
+    for (const auto& text : bad)
+        EXPECT_FALSE(ParseChartTemplate(text, TableType::RACE)) << text;
+}
+
+}  // namespace
+}  // namespace rv52
