@@ -70,7 +70,7 @@ void CountUp(std::string& digits) {
 }  // namespace
 
 double RoundHalfEven(double value) {
-    return value - std::remainder(value, 1.0);
+    return std::isfinite(value) ? value - std::remainder(value, 1.0) : value;
 }
 
 std::string ShortestDecimal(double value) {
@@ -96,6 +96,14 @@ std::string FormatTenths(double value) {
         if (up) CountUp(text);
     }
     return value < 0 && text != "0.0" ? "-" + text : text;
+}
+
+std::optional<double> StoredNumber(std::string_view text) {
+    if (text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return std::nullopt;
+    double value = 0;
+    const auto* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
 }
 
 std::optional<double> LeadingNumber(std::string_view text) {

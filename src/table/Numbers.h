@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-// The three number rules of the tool. No other code rounds to integers, writes one-decimal texts or reads
-// numbers that a person typed. All three know the decimal point "." only, whatever the desktop's language.
+// The number rules of the tool. No other code rounds to integers, writes one-decimal texts or reads decimal
+// numbers. All know the decimal point "." only, whatever the desktop's language.
 namespace rv52 {
 
 // To the nearest whole number, halves to the even neighbour.
@@ -23,7 +23,11 @@ std::optional<double> LeadingNumber(std::string_view text);
 // As LeadingNumber, but the number must be the whole text but for blanks around it.
 std::optional<double> EntireNumber(std::string_view text);
 
-// The shortest decimal that reads back as the same double.
+// The shortest decimal that reads back as the same double, with an exponent where that is shorter.
 std::string ShortestDecimal(double value);
+
+// What ShortestDecimal writes, read back to the same double: digits, a "-" before them, a point and an
+// exponent as need be. Nothing for any other text, and for what is too large or too small for a double.
+std::optional<double> StoredNumber(std::string_view text);
 
 }  // namespace rv52

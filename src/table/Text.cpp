@@ -24,15 +24,18 @@ bool ContainsNoCase(std::string_view text, std::string_view word) {
     return !std::ranges::search(text, word, {}, Upper, Upper).empty() || word.empty();
 }
 
+std::string_view TakeLine(std::string_view& text) {
+    const auto end = text.find('\n');
+    auto line = text.substr(0, end);
+    if (line.ends_with('\r')) line.remove_suffix(1);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return line;
+}
+
 std::vector<std::string_view> Lines(std::string_view text) {
     std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        auto line = text.substr(0, end);
-        if (line.ends_with('\r')) line.remove_suffix(1);
-        lines.push_back(line);
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    }
+    while (!text.empty())
+        lines.push_back(TakeLine(text));
     return lines;
 }
 

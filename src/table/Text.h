@@ -12,6 +12,9 @@ std::string UpperCase(std::string_view text);
 // Whether text holds word, without regard to the case of letters A to Z.
 bool ContainsNoCase(std::string_view text, std::string_view word);
 
+// Takes the first line, ended by CR LF, LF or the end, off a text; the line is given without its end.
+std::string_view TakeLine(std::string_view& text);
+
 // The lines of a text file, CR LF or LF; a line break at the end starts no further line.
 std::vector<std::string_view> Lines(std::string_view text);
 

@@ -1,0 +1,138 @@
+#include "table/TableBlock.h"
+#include "table/Text.h"
+
+#include <chrono>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace rv52 {
+namespace {
+
+AdvanceTable RandomTable(TableType type, unsigned seed) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> degrees(0, kHighestAdvance);
+    AdvanceTable table(type);
+    ForEachCell(type, [&](Cell cell) { table.SetCell(cell, degrees(random)); });
+    return table;
+}
+
+std::string Replaced(std::string text, const std::string& what, const std::string& with) {
+    const auto at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what;
+    return text.replace(at, what.size(), with);
+}
+
+TEST(TableBlockTest, ReadsAsATableOnPaper) {
+    AdvanceTable table(TableType::RACE);
+    table.SetCell({1, 1}, 7.5);
+    table.SetCell({16, 8}, 44.88);
+    EXPECT_TRUE(FormatTableBlock(table).starts_with(
+        "AdvanceTable 16 8\r\n"
+        "MAP/RPM   0 500 1000 1500 2000 2500 3000 3500 4000 4500 5000 5500 6000 6500 7000  7500\r\n"
+        "     30 7.5   0    0    0    0    0    0    0    0    0    0    0    0    0    0     0\r\n"
+        "     28   0   0 "));
+    EXPECT_TRUE(FormatTableBlock(table).ends_with("    0    0 44.88\r\n"));
+}
+
+TEST(TableBlockTest, GivesBackTheSameDoubles) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        auto table = RandomTable(type, 7);
+        table.SetCell({3, 2}, 10 + 1.0 / 9);
+        table.SetCell({4, 2}, 5e-324);
+        table.SetCell({5, 2}, -std::numeric_limits<double>::max());
+        EXPECT_EQ(ParseTableBlock(FormatTableBlock(table), type), table);
+    }
+}
+
+TEST(TableBlockTest, TakesEitherLineEndAndCommentsAnywhere) {
+    const auto table = RandomTable(TableType::EX, 8);
+    const auto block = FormatTableBlock(table);
+    std::string text = "!Version: EX\n";
+    for (const auto line : Lines(block))
+        text += std::string(line) + "\n! " + std::string(5000, 'x') + "\r\n";
+    EXPECT_EQ(ParseTableBlock(text + "!", TableType::EX), table);
+}
+
+TEST(TableBlockTest, RefusesEverythingElse) {
+    AdvanceTable table(TableType::RACE);
+    table.SetValues(std::vector<double>(128, 12.5));
+    const auto good = FormatTableBlock(table);
+    ASSERT_EQ(ParseTableBlock(good, TableType::RACE), table);
+    EXPECT_FALSE(ParseTableBlock(good, TableType::EX));
+    EXPECT_FALSE(ParseTableBlock(FormatTableBlock(AdvanceTable(TableType::EX)), TableType::RACE));
+
+    const struct {
+        const char* what;
+        std::string text;
+    } cases[] = {
+        {"nothing", ""},
+        {"comments only", "!Module Parameters\r\n"},
+        {"a binary file", std::string("\x7F"
+                                      "ELF\0\0\1",
+                                      7)},
+        {"another name", Replaced(good, "AdvanceTable", "advancetable")},
+        {"another column count", Replaced(good, "16 8", "17 8")},
+        {"another row count", Replaced(good, "16 8", "16 9")},
+        {"a missing count", Replaced(good, "16 8", "16")},
+        {"a further count", Replaced(good, "16 8", "16 8 1")},
+        {"speeds that do not fit", Replaced(good, "7500", "8000")},
+        {"a missing speed", Replaced(good, "7500", "    ")},
+        {"a pressure that does not fit", Replaced(good, " 28 ", " 29 ")},
+        {"a missing number", Replaced(good, "12.5\r\n", "\r\n")},
+        {"an extra number", Replaced(good, "12.5\r\n", "12.5 1\r\n")},
+        {"a missing row", good.substr(0, good.rfind("     16"))},
+        {"an extra row", good + good.substr(good.rfind("     16"))},
+        {"trailing text", good + "the end\r\n"},
+        {"an empty line", Replaced(good, "\r\n", "\r\n\r\n")},
+        {"a second block", good + good},
+        {"no number", Replaced(good, "12.5", "nan ")},
+        {"infinity", Replaced(good, "12.5", "inf ")},
+        {"a number too large", Replaced(good, "12.5", "1e999")},
+        {"a decimal comma", Replaced(good, "12.5", "12,5")},
+        {"a number with a tail", Replaced(good, "12.5", "12.5x")},
+        {"a hexadecimal number", Replaced(good, "12.5", "0x1f")},
+        {"a tab", Replaced(good, " 12.5", "\t12.5")},
+        {"a NUL byte", Replaced(good, "12.5", std::string("12\0", 3) + "5")},
+        {"a NUL byte in a comment", good + std::string("!\0\r\n", 4)},
+        {"an overlong line", Replaced(good, "12.5\r\n", "12.5" + std::string(1000, ' ') + "\r\n")},
+        {"an overlong number", Replaced(good, "12.5", "12." + std::string(2000, '0'))},
+        {"a file cut in its last number", good.substr(0, good.size() - 3)},
+        {"a file cut before its last line break", good.substr(0, good.size() - 2)},
+        {"line ends of carriage returns alone", Replaced(good, "\r\n", "\r")},
+    };
+    for (const auto& one : cases)
+        EXPECT_FALSE(ParseTableBlock(one.text, TableType::RACE)) << one.what;
+}
+
+TEST(TableBlockTest, RefusesMegabytesAtOnce) {
+    const auto start = std::chrono::steady_clock::now();
+    const std::size_t size = 4U << 20;
+    std::string comments;
+    while (comments.size() < size)
+        comments += "!\n";
+    const auto good = FormatTableBlock(AdvanceTable(TableType::RACE));
+    for (const auto& text :
+         {std::string(size, '9'), std::string(size, '\n'), std::string(size, '!'), comments,
+          good + std::string(size, ' '), "AdvanceTable 16 8\n" + std::string(size, ' ')})
+        EXPECT_FALSE(ParseTableBlock(text, TableType::RACE));
+    EXPECT_TRUE(ParseTableBlock(good + comments, TableType::RACE));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST(TableBlockTest, SurvivesEveryByteChanged) {
+    const auto good = FormatTableBlock(RandomTable(TableType::RACE, 9));
+    std::mt19937 random(10);
+    for (int n = 0; n < 3000; ++n) {
+        auto text = good;
+        text[random() % text.size()] = static_cast<char>(random() % 256);
+        // Whatever was read was a table of finite numbers.
+        const auto table = ParseTableBlock(text, TableType::RACE).value_or(AdvanceTable(TableType::RACE));
+        for (const auto degrees : table.GetValues())
+            ASSERT_TRUE(std::isfinite(degrees));
+    }
+}
+
+}  // namespace
+}  // namespace rv52
