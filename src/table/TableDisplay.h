@@ -1,6 +1,6 @@
 #pragma once
 
-#include "table/GridSheet.h"
+#include "table/GridCursor.h"
 #include "table/TableType.h"
 
 namespace rv52 {
@@ -31,10 +31,5 @@ void FillAndShowTable(Session& session, GridCell cursor);
 // Chart and grid together; TableShown follows.
 void ShowTable(Session& session);
 void HideTable(Session& session);
-
-// Moves the grid's cursor, selecting just its cell. On a data cell the chart's value label follows.
-void MoveGridCursor(Session& session, GridCell to);
-// The same with a selection of several cells, the cursor being one of them.
-void SelectGridCells(Session& session, const GridRange& range, GridCell cursor);
 
 }  // namespace rv52

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QHeaderView>
+
+namespace rv52 {
+
+// A fixed header row or column of the grid: it selects nothing, and its texts fit as the cells' do.
+class GridHeader : public QHeaderView {
+    Q_OBJECT
+
+ public:
+    GridHeader(Qt::Orientation orientation, QWidget* parent);
+
+ protected:
+    void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+};
+
+// The cell where both headers meet.
+class GridCorner : public QWidget {
+    Q_OBJECT
+
+ public:
+    explicit GridCorner(QWidget* parent);
+
+    void SetText(const QString& text);
+
+ protected:
+    void paintEvent(QPaintEvent* event) override;
+
+ private:
+    QString text_;
+};
+
+}  // namespace rv52
