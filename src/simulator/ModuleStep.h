@@ -8,7 +8,7 @@
 namespace rv52 {
 
 // What the module is about to do about one received byte. Faults change it before it is done.
-struct ModuleStep : Answer {
+struct ModuleStep : PeerAnswer {
     // The command that the byte completed; None: it began one, continued one, or was no command.
     enum class Completed { None, Identification, Address, Read, Write };
     struct Store {

@@ -7,7 +7,7 @@
 namespace rv52 {
 
 // What the far end of the line does about one byte that it received.
-struct Answer {
+struct PeerAnswer {
     struct TimedByte {
         std::uint8_t byte = 0;
         // Silence before the byte, beyond the time that it takes on the wire.
@@ -26,7 +26,7 @@ class Peer {
  public:
     virtual ~Peer() = default;
 
-    virtual Answer Receive(std::uint8_t byte) = 0;
+    virtual PeerAnswer Receive(std::uint8_t byte) = 0;
 };
 
 }  // namespace rv52

@@ -12,7 +12,7 @@ class ScriptedPeer : public Peer {
  public:
     ScriptedPeer& Then(const std::vector<std::uint8_t>& bytes,
                        std::chrono::nanoseconds delayOfFirst = std::chrono::nanoseconds{0}) {
-        Answer answer;
+        PeerAnswer answer;
         for (const auto byte : bytes)
             answer.bytes.push_back({byte, {}});
         if (!answer.bytes.empty()) answer.bytes.front().delay = delayOfFirst;
@@ -25,7 +25,7 @@ class ScriptedPeer : public Peer {
         return *this;
     }
 
-    Answer Receive(std::uint8_t byte) override {
+    PeerAnswer Receive(std::uint8_t byte) override {
         received.push_back(byte);
         if (script_.empty()) return {};
         auto answer = std::move(script_.front());
@@ -37,7 +37,7 @@ class ScriptedPeer : public Peer {
     std::vector<std::uint8_t> received;
 
  private:
-    std::deque<Answer> script_;
+    std::deque<PeerAnswer> script_;
 };
 
 }  // namespace rv52

@@ -14,7 +14,7 @@ ModuleOptions::ModuleOptions(TableType moduleType)
 SimulatedModule::SimulatedModule(ModuleOptions options, Faults faults)
     : options_(std::move(options)), faults_(std::move(faults)) {}
 
-Answer SimulatedModule::Receive(std::uint8_t byte) {
+PeerAnswer SimulatedModule::Receive(std::uint8_t byte) {
     auto step = StepFor(byte);
     faults_.Shape(step);
     if (step.store) {

@@ -26,7 +26,7 @@ class SimulatedModule : public Peer {
  public:
     explicit SimulatedModule(ModuleOptions options, Faults faults = {});
 
-    Answer Receive(std::uint8_t byte) override;
+    PeerAnswer Receive(std::uint8_t byte) override;
     // Ignition off and on: a half-received command and the current address are forgotten. The EEPROM, and
     // what the faults have counted, stay.
     void Restart();
