@@ -16,12 +16,6 @@ void SayNotYet(Session& session, const char* title) {
 void mnuNewTable_Click(Session& session) {
     SayNotYet(session, "New Table");
 }
-void mnuPrintTable_Click(Session& session) {
-    SayNotYet(session, "Print Table");
-}
-void mnuPrintSetup_Click(Session& session) {
-    SayNotYet(session, "Printer Setup");
-}
 void mnuEditModParams_Click(Session& session) {
     SayNotYet(session, "Edit Module Parameters");
 }

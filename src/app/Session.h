@@ -4,6 +4,7 @@
 #include "app/CommandGate.h"
 #include "chart/ChartState.h"
 #include "platform/Line.h"
+#include "platform/Printer.h"
 #include "platform/Prompts.h"
 #include "platform/Steps.h"
 #include "platform/Storage.h"
@@ -21,6 +22,7 @@ struct Ports {
     Shell& shell;
     Files& files;
     Settings& settings;
+    Printer& printer;
 };
 
 // One run of the program: the platform's ports, the working state, and the current table with what chart

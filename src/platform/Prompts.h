@@ -45,6 +45,7 @@ struct InputBox {
 struct FileDialog {
     std::string title;
     std::string filter;
+    std::string proposedName = {};
 };
 
 // Everything the program asks of the user. All calls are modal and return when answered.

@@ -4,7 +4,7 @@
 
 namespace rv52::test {
 
-TestSession::TestSession(Line& line) : session(Ports{line, prompts, view, shell, files, settings}) {
+TestSession::TestSession(Line& line) : session(Ports{line, prompts, view, shell, files, settings, printer}) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
         for (const auto limit : {Limit::Minimum, Limit::Maximum}) {
             const std::string name(LimitFileName(type, limit));

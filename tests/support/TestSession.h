@@ -2,6 +2,7 @@
 
 #include "app/Session.h"
 #include "support/Recorders.h"
+#include "support/RecordingPrinter.h"
 #include "support/ScriptedPrompts.h"
 #include "support/ShippedFile.h"
 
@@ -18,6 +19,7 @@ struct TestSession {
     RecordingShell shell;
     MemoryFiles files;
     MemorySettings settings;
+    RecordingPrinter printer;
     Session session;
 };
 

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/Failure.h"
+#include "platform/Printer.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace rv52::test {
+
+// Keeps the jobs it is given, their lines as they would stand on paper.
+class RecordingPrinter : public Printer {
+ public:
+    struct Job {
+        PrintJob start;
+        std::vector<std::string> lines;
+        std::vector<PixelRectangle> charts;
+    };
+
+    bool Present() const override { return present; }
+    std::vector<std::string> FontNames() const override { return fonts; }
+    std::string DateAndTime() const override { return "2/3/2024 4:05:06 PM"; }
+
+    void Begin(const PrintJob& job) override {
+        MayFail("begin");
+        open_ = Job{job, {}, {}};
+    }
+    void PrintLine(const std::vector<PrintItem>& items) override {
+        MayFail("line");
+        std::string line;
+        for (const auto& [column, text] : items) {
+            line.resize(std::max(line.size(), static_cast<std::size_t>(column - 1)), ' ');
+            line += text;
+        }
+        open_.lines.push_back(line);
+    }
+    PrintPage Page() const override { return page; }
+    void DrawChart(const PixelRectangle& place) override {
+        MayFail("chart");
+        open_.charts.push_back(place);
+    }
+    void EndDocument() override {
+        MayFail("end");
+        jobs.push_back(open_);
+    }
+    void Discard() noexcept override { ++discarded; }
+    void SetUp() override {
+        MayFail("setup");
+        ++setUps;
+    }
+
+    bool present = true;
+    std::vector<std::string> fonts{"Courier New"};
+    PrintPage page{15000, 11000, 2.4, 2.4};
+    std::string failing;  // the operation that fails
+    std::vector<Job> jobs;
+    int discarded = 0;
+    int setUps = 0;
+
+ private:
+    void MayFail(const std::string& operation) const {
+        if (operation == failing) throw Failure("the printer is on fire");
+    }
+
+    Job open_;
+};
+
+}  // namespace rv52::test
