@@ -3,13 +3,12 @@
 #include "app/Session.h"
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
-#include "table/CellEditing.h"
-#include "table/CellEditor.h"
 #include "table/GridCursor.h"
 #include "table/GridDelegate.h"
 #include "table/GridHeader.h"
 #include "table/GridMenu.h"
 #include "table/GridModel.h"
+#include "table/InPlaceEditing.h"
 
 #include <QContextMenuEvent>
 #include <QKeyEvent>
@@ -47,12 +46,14 @@ GridView::GridView(Session& session, Dispatch dispatch, RunCommand runCommand, Q
       dispatch_(std::move(dispatch)),
       model_(new GridModel(session.sheet, this)),
       corner_(new GridCorner(this)),
-      menu_(new GridMenu(session, std::move(runCommand), this)) {
+      menu_(new GridMenu(session, std::move(runCommand), this)),
+      editing_(new InPlaceEditing(session, dispatch_, *this)) {
     Dress();
     setModel(model_);
     session.sheet.OnChange([view = QPointer<GridView>(this)](GridSheet::Change change) {
         if (view) view->SheetChanged(change);
     });
+    connect(editing_, &InPlaceEditing::MoveOn, this, &GridView::MoveCursorBy);
     ReflectLayout();
 }
 
@@ -71,6 +72,11 @@ void GridView::Dress() {
     setTabKeyNavigation(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWordWrap(false);
+    for (QWidget* fixed : std::initializer_list<QWidget*>{horizontalHeader(), verticalHeader(), corner_}) {
+        fixed->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(fixed, &QWidget::customContextMenuRequested, this,
+                [this, fixed](const QPoint& place) { ShowMenu(fixed->mapToGlobal(place)); });
+    }
 }
 
 void GridView::ApplyPitch() {
@@ -94,37 +100,22 @@ void GridView::ApplyPitch() {
     for (int column = 1; column < session_.sheet.ColumnCount(); ++column)
         horizontalHeader()->resizeSection(column - 1, edge(column + 1) - edge(column));
     updateGeometries();
-    PlaceEditor();
+    editing_->Place();
 }
 
 bool GridView::CommitEditor() {
-    if (!editor_) return true;
-    if (ending_) return false;
-    bool accepted = false;
-    {
-        // The box that refuses a text takes the focus, which is no second end of the edit.
-        const QScopedValueRollback judging(ending_, true);
-        dispatch_([&] { accepted = EndEdit(session_, edited_, FromQt(editor_->text())); });
-    }
-    if (accepted) {
-        CloseEditor();
-    } else if (editor_) {
-        editor_->setFocus();
-        editor_->selectAll();
-    }
-    return accepted;
+    return editing_->Commit();
 }
 
 void GridView::AbandonEditor() {
-    CloseEditor();
+    editing_->Abandon();
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {
     const bool shiftF10 = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
-    if (event->key() == Qt::Key_Menu || shiftF10)
-        return menu_->ShowAt(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
-    if (event->key() == Qt::Key_F2) return OpenEditorOnText();
-    if (StartsTyping(*event)) return OpenEditor(event->text(), false);
+    if (event->key() == Qt::Key_Menu || shiftF10) return ShowMenuAtCursor();
+    if (event->key() == Qt::Key_F2) return editing_->OpenOnText();
+    if (StartsTyping(*event)) return editing_->OpenTyping(event->text());
     // The desktop's clipboard has no part in this grid.
     if (event->matches(QKeySequence::Copy)) return event->ignore();
     QTableView::keyPressEvent(event);
@@ -132,7 +123,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 void GridView::mousePressEvent(QMouseEvent* event) {
     // An editor that is still open has just refused to end: the press does not leave its cell.
-    dragging_ = !editor_ && event->button() == Qt::LeftButton && indexAt(event->pos()).isValid();
+    dragging_ = !editing_->IsOpen() && event->button() == Qt::LeftButton && indexAt(event->pos()).isValid();
     if (dragging_) QTableView::mousePressEvent(event);
 }
 
@@ -147,15 +138,12 @@ void GridView::mouseReleaseEvent(QMouseEvent* event) {
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
     const bool here = event->button() == Qt::LeftButton && indexAt(event->pos()) == currentIndex();
-    if (here && currentIndex().isValid() && !editor_) return OpenEditorOnText();
+    if (here && currentIndex().isValid() && !editing_->IsOpen()) return editing_->OpenOnText();
     mousePressEvent(event);
 }
 
 void GridView::contextMenuEvent(QContextMenuEvent* event) {
-    if (editor_) return;
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-    const QPoint place = viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft());
-    menu_->ShowAt(byKey ? place : event->globalPos());
+    event->reason() == QContextMenuEvent::Keyboard ? ShowMenuAtCursor() : ShowMenu(event->globalPos());
 }
 
 void GridView::focusInEvent(QFocusEvent* event) {
@@ -171,7 +159,7 @@ void GridView::resizeEvent(QResizeEvent* event) {
 
 void GridView::scrollContentsBy(int dx, int dy) {
     QTableView::scrollContentsBy(dx, dy);
-    PlaceEditor();
+    editing_->Place();
 }
 
 void GridView::updateGeometries() {
@@ -205,7 +193,7 @@ void GridView::SheetChanged(GridSheet::Change change) {
 }
 
 void GridView::ReflectLayout() {
-    CloseEditor();
+    AbandonEditor();
     {
         const QScopedValueRollback reflecting(syncing_, true);
         model_->LaidOut();
@@ -239,45 +227,16 @@ void GridView::TellSheet() {
     dispatch_([&] { SelectGridCells(session_, range, cursor); });
 }
 
-void GridView::OpenEditor(const QString& text, bool selected) {
-    if (editor_ || !session_.sheet.Editable() || session_.gate.Busy() || !currentIndex().isValid()) return;
-    edited_ = session_.sheet.Cursor();
-    editor_ = new CellEditor(text, viewport());
-    editor_->setAccessibleName(tr("Advance at MAP %1, RPM %2")
-                                   .arg(ToQt(session_.sheet.Text({edited_.row, 0})),
-                                        ToQt(session_.sheet.Text({0, edited_.column}))));
-    connect(editor_, &CellEditor::Ended, this, &GridView::EndEditor);
-    connect(editor_, &CellEditor::Abandoned, this, &GridView::AbandonEditor);
-    scrollTo(currentIndex());
-    PlaceEditor();
-    editor_->show();
-    editor_->setFocus();
-    selected ? editor_->selectAll() : editor_->end(false);
+void GridView::ShowMenu(const QPoint& screen) {
+    if (!editing_->IsOpen()) menu_->ShowAt(screen);
 }
 
-void GridView::OpenEditorOnText() {
-    if (currentIndex().isValid()) OpenEditor(currentIndex().data().toString(), true);
-}
-
-void GridView::EndEditor(int rows, int columns) {
-    if (CommitEditor() && (rows != 0 || columns != 0)) MoveCursorBy(rows, columns);
-}
-
-void GridView::PlaceEditor() {
-    if (editor_) editor_->PlaceOver(visualRect(model_->IndexOf(edited_)));
-}
-
-void GridView::CloseEditor() {
-    if (!editor_) return;
-    auto* editor = editor_.data();
-    editor_.clear();
-    editor->disconnect(this);
-    if (editor->hasFocus()) setFocus();
-    editor->hide();
-    editor->deleteLater();
+void GridView::ShowMenuAtCursor() {
+    ShowMenu(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
 }
 
 void GridView::MoveCursorBy(int rows, int columns) {
+    if (rows == 0 && columns == 0) return;
     const auto target = currentIndex().siblingAtColumn(
         std::clamp(currentIndex().column() + columns, 0, model_->columnCount() - 1));
     setCurrentIndex(target.siblingAtRow(std::clamp(target.row() + rows, 0, model_->rowCount() - 1)));

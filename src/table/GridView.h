@@ -2,7 +2,6 @@
 
 #include "table/GridSheet.h"
 
-#include <QPointer>
 #include <QTableView>
 
 #include <functional>
@@ -10,10 +9,10 @@
 namespace rv52 {
 
 struct Session;
-class CellEditor;
 class GridCorner;
 class GridMenu;
 class GridModel;
+class InPlaceEditing;
 
 // The table's grid: a view on the session's sheet. Cursor and selection follow the sheet and the sheet
 // follows them; an edit ends in the core, which may refuse it.
@@ -58,12 +57,8 @@ class GridView : public QTableView {
     void ReflectLayout();
     void ReflectCursor();
     void TellSheet();
-
-    void OpenEditor(const QString& text, bool selected);
-    void OpenEditorOnText();
-    void EndEditor(int rows, int columns);
-    void PlaceEditor();
-    void CloseEditor();
+    void ShowMenu(const QPoint& screen);
+    void ShowMenuAtCursor();
     void MoveCursorBy(int rows, int columns);
 
     Session& session_;
@@ -71,11 +66,9 @@ class GridView : public QTableView {
     GridModel* model_;
     GridCorner* corner_;
     GridMenu* menu_;
-    QPointer<CellEditor> editor_;
-    GridCell edited_;       // the cell that editor_ is open on
-    bool ending_ = false;   // the core is judging the editor's text
-    bool syncing_ = false;  // cursor and selection are on their way between view and sheet
-    bool dragging_ = false;
+    InPlaceEditing* editing_;
+    bool syncing_ = false;   // cursor and selection are on their way between view and sheet
+    bool dragging_ = false;  // the left button was pressed on a data cell
 };
 
 }  // namespace rv52

@@ -43,9 +43,16 @@ class GridFixture : public testing::Test {
     static void Key(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
         QTest::keyClick(QApplication::focusWidget(), key, keys);
     }
-    static void Type(const char* text) { QTest::keyClicks(QApplication::focusWidget(), QLatin1String(text)); }
+    static void Type(const char* text) {
+        for (; *text != 0; ++text)
+            QTest::keyClick(QApplication::focusWidget(), *text);
+    }
 
-    QLineEdit* Editor() const { return grid.findChild<QLineEdit*>(); }
+    QLineEdit* Editor() const {
+        for (auto* editor : grid.findChildren<QLineEdit*>())
+            if (editor->isVisible()) return editor;
+        return nullptr;
+    }
     std::string Text(GridCell at) const { return session.sheet.Text(at); }
     double Degrees(GridCell at) const {
         return session.table.Table().GetCell(CellAt(at, session.table.Table().Type()));
