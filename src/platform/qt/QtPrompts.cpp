@@ -157,6 +157,7 @@ std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
     window.setAcceptMode(forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     window.setFileMode(QFileDialog::AnyFile);
     if (forSaving) window.setDefaultSuffix(filter.extension);
+    if (!dialog.proposedName.empty()) window.selectFile(ToQt(dialog.proposedName));
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return {};
     const auto path = window.selectedFiles().first();
     folder_ = QFileInfo(path).absolutePath();
