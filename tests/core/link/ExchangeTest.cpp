@@ -1,0 +1,155 @@
+#include "link/ModuleProtocol.h"
+#include "simulator/ScriptedPeer.h"
+#include "support/ConnectedSession.h"
+#include "support/WireStory.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52::test {
+namespace {
+
+using namespace std::chrono_literals;
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr std::chrono::nanoseconds kTwoBytes{2 * 178571};  // a request and a reply of one byte each
+
+TEST(ExchangeTest, SetsAnAddressLowByteFirst) {
+    struct Case {
+        int address;
+        int low;
+        int high;
+    };
+    for (const bool echo : {false, true}) {
+        for (const auto& [address, low, high] :
+             {Case{16, 0x10, 0}, Case{144, 0x90, 0}, Case{256, 0, 1}, Case{432, 0xB0, 1}}) {
+            ConnectedModule at(Options(TableType::EX, echo));
+            at.module.Eeprom()[address] = 0x5A;
+            SetEEPROMAddress(at.session, {address});
+            EXPECT_TRUE(at.state.CommOK);
+            EXPECT_FALSE(at.line.IsOpen());
+            EXPECT_EQ(ReadEEPROM(at.session), 0x5A);
+            EXPECT_TRUE(at.state.CommOK);
+            EXPECT_TRUE(at.line.IsOpen());
+            EXPECT_EQ(Told(at.line.Trace()), WireStory(echo).Address(low, high).Read(0x5A, 2).Text());
+            EXPECT_EQ(at.line.Pauses(), (std::vector{5ms, 5ms, 5ms, 2ms}));
+        }
+    }
+}
+
+TEST(ExchangeTest, ARefusedAddressIsNoSuccessAndNoBox) {
+    for (const std::uint8_t reply : Bytes{0x15, 0x00, 0x14}) {
+        ScriptedPeer peer;
+        peer.Then({}).Then({}).Then({reply});
+        ConnectedSession at(peer);
+        at.state.EchoMode = false;
+        at.state.CommOK = true;
+        SetEEPROMAddress(at.session, {16});
+        EXPECT_FALSE(at.state.CommOK);
+        EXPECT_FALSE(at.line.IsOpen());
+        EXPECT_EQ(at.line.Pauses().size(), 3u);
+    }
+}
+
+// One exchange of each kind against a module that falls silent at some point of it.
+struct Silence {
+    const char* what;
+    bool echo;
+    std::vector<Bytes> replies;  // then silence
+    std::function<void(Session&)> exchange;
+    Bytes sent;
+};
+
+void Address(Session& session) {
+    SetEEPROMAddress(session, {0x0190});
+}
+void Read(Session& session) {
+    EXPECT_EQ(ReadEEPROM(session), std::nullopt);
+}
+void Write(Session& session) {
+    OpenLine(session);
+    session.state.CommOK = false;
+    EXPECT_FALSE(WriteEEPROM(session, 0x2A, session.state.EchoMode ? kWriteEchoes : 0));
+}
+
+const Silence kSilences[] = {
+    {"no echo of the address command", true, {}, Address, {0x14}},
+    {"no echo of the low byte", true, {{0x14}}, Address, {0x14, 0x90}},
+    {"an echo but no acknowledge", true, {{0x14}, {0x90}, {0x01}}, Address, {0x14, 0x90, 0x01}},
+    {"no acknowledge", false, {}, Address, {0x14, 0x90, 0x01}},
+    {"an echo but no byte", true, {{0x15}}, Read, {0x15}},
+    {"no byte", false, {}, Read, {0x15}},
+    {"two echoes but no acknowledge", true, {{0x16}, {0x2A}}, Write, {0x16, 0x2A}},
+    {"no acknowledge of the byte", false, {}, Write, {0x16, 0x2A}},
+};
+
+TEST(ExchangeTest, SilenceAsksAndRetrySendsNothing) {
+    for (const auto& silence : kSilences) {
+        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+            SCOPED_TRACE(silence.what);
+            ScriptedPeer peer;
+            for (const auto& reply : silence.replies)
+                peer.Then(reply);
+            ConnectedSession at(peer);
+            at.state.EchoMode = silence.echo;
+            at.state.CommOK = true;
+            for (int retry = 0; retry < 3; ++retry)
+                at.prompts.ExpectError(kTimeoutText, Answer::Retry);
+            at.prompts.ExpectError(kTimeoutText, answer);
+            at.prompts.whileOpen = [&] { EXPECT_FALSE(at.line.IsOpen()); };
+            at.session.steps.Procedure([&](Steps&) { silence.exchange(at.session); });
+            EXPECT_TRUE(at.prompts.Done());
+            EXPECT_FALSE(at.state.CommOK);
+            EXPECT_FALSE(at.line.IsOpen());
+            EXPECT_EQ(peer.received, silence.sent);
+            EXPECT_EQ(at.line.Opens().size(), 1u);
+        }
+    }
+}
+
+TEST(ExchangeTest, AReplyHasOneSecond) {
+    struct Case {
+        std::chrono::nanoseconds delay;
+        bool inTime;
+    };
+    for (const auto& [delay, inTime] : {Case{990ms, true}, Case{1s - kTwoBytes, true},
+                                        Case{1s - kTwoBytes + 1ns, false}, Case{1010ms, false}}) {
+        ScriptedPeer peer;
+        peer.Then({0x2A}, delay);
+        ConnectedSession at(peer);
+        at.state.EchoMode = false;
+        if (!inTime) at.prompts.ExpectError(kTimeoutText, Answer::Ignore);
+        const auto byte = ReadEEPROM(at.session);
+        EXPECT_EQ(byte, inTime ? std::optional<std::uint8_t>(0x2A) : std::nullopt);
+        EXPECT_EQ(at.state.CommOK, inTime) << delay.count();
+    }
+}
+
+// A byte that its own exchange has given up on is nobody's reply.
+TEST(ExchangeTest, ALateByteIsNotTakenForTheNextReply) {
+    for (const bool whileClosed : {true, false}) {
+        ScriptedPeer peer;
+        peer.Then({0x99}, 1010ms).Then({0x42});
+        ConnectedSession at(peer);
+        at.state.EchoMode = false;
+        at.prompts.ExpectError(kTimeoutText, Answer::Ignore);
+        EXPECT_EQ(ReadEEPROM(at.session), std::nullopt);
+        if (!whileClosed) OpenLine(at.session);
+        at.line.Advance(50ms);
+        EXPECT_EQ(ReadEEPROM(at.session), 0x42);
+        EXPECT_TRUE(at.state.CommOK);
+    }
+}
+
+TEST(ExchangeTest, ReadingLetsNoEventInBeforeItsByteIsThere) {
+    ScriptedPeer peer;
+    peer.Then({0x2A}, 500ms);
+    ConnectedSession at(peer);
+    at.state.EchoMode = false;
+    std::chrono::nanoseconds ran{0};
+    at.line.At(100ms, [&] { ran = at.line.Now(); });
+    EXPECT_EQ(ReadEEPROM(at.session), 0x2A);
+    EXPECT_EQ(ran, 500ms + kTwoBytes);
+}
+
+}  // namespace
+}  // namespace rv52::test

@@ -1,0 +1,134 @@
+#include "link/ModuleProtocol.h"
+#include "simulator/ScriptedPeer.h"
+#include "support/ConnectedSession.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52::test {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+
+std::vector<std::uint8_t> Bytes(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+TEST(IdentificationTest, TellsNameTypeAndEchoFromTheReply) {
+    struct Case {
+        std::string reply;
+        bool echoBefore;
+        std::string id;
+        bool echo;
+        TableType type;
+    };
+    const Case cases[] = {
+        {"\x10"s + "ABC\r", false, "ABC", true, TableType::RACE},
+        {"EX 2.0\r", true, "EX 2.0", false, TableType::EX},
+        {"\x10v8ex1\r", false, "v8ex1", true, TableType::EX},
+        {"V8eX1\r", true, "V8eX1", false, TableType::EX},
+        {"E X\r", true, "E X", false, TableType::RACE},
+        // Only codes 32 to 127 are kept, and a first byte that is neither says nothing about the echo.
+        {"\x10 A\x01"s + "B\x7F" + "C\x80\xFF\n~\r", false, " AB\x7F"s + "C~", true, TableType::RACE},
+        {"\x06"s + "A\x10" + "B\r", true, "AB", true, TableType::RACE},
+        {"\x80"s + "A\r", false, "A", false, TableType::RACE},
+    };
+    for (const auto& [reply, echoBefore, id, echo, type] : cases) {
+        ScriptedPeer peer;
+        peer.Then(Bytes(reply));
+        ConnectedSession at(peer);
+        at.state.EchoMode = echoBefore;
+        at.state.TableType = type == TableType::EX ? TableType::RACE : TableType::EX;
+        at.state.CommPort = 7;
+        at.state.FirmwareId = "OLD";
+        ReadFirmwareID(at.session);
+        EXPECT_TRUE(at.state.CommOK) << id;
+        EXPECT_EQ(at.state.FirmwareId, id);
+        EXPECT_EQ(at.state.EchoMode, echo) << id;
+        EXPECT_EQ(at.state.TableType, type) << id;
+        EXPECT_FALSE(at.line.IsOpen());
+        EXPECT_EQ(peer.received, std::vector<std::uint8_t>{0x10});
+        EXPECT_EQ(at.line.Opens(), std::vector{7});
+        EXPECT_EQ(at.line.Pauses(), std::vector{5ms});
+    }
+}
+
+TEST(IdentificationTest, AnEmptyNameIsNoSuccessButNoErrorEither) {
+    ScriptedPeer peer;
+    peer.Then({0x10, 0x0D});
+    ConnectedSession at(peer);
+    at.state.TableType = TableType::EX;
+    at.state.CommOK = true;
+    ReadFirmwareID(at.session);
+    EXPECT_FALSE(at.state.CommOK);
+    EXPECT_EQ(at.state.FirmwareId, "");
+    EXPECT_EQ(at.state.TableType, TableType::RACE);
+    EXPECT_FALSE(at.line.IsOpen());
+}
+
+TEST(IdentificationTest, AsksWhenTheTerminatorComesFirst) {
+    for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+        ScriptedPeer peer;
+        peer.Then(Bytes("\rEX\r"));
+        ConnectedSession at(peer);
+        at.state.FirmwareId = "OLD";
+        at.state.CommOK = true;
+        at.prompts.ExpectError("Firmware ID - unexpected terminator.", Answer::Retry);
+        at.prompts.ExpectError("Firmware ID - unexpected terminator.", answer);
+        at.prompts.whileOpen = [&] { EXPECT_FALSE(at.line.IsOpen()); };
+        ReadFirmwareID(at.session);
+        EXPECT_FALSE(at.state.CommOK);
+        EXPECT_EQ(at.state.FirmwareId, "");
+        EXPECT_EQ(at.state.TableType, TableType::RACE);
+        EXPECT_EQ(peer.received.size(), 1u);
+    }
+}
+
+TEST(IdentificationTest, HasOneSecondForTheWholeReply) {
+    // On the wire: the request, and then the four bytes of the reply.
+    constexpr std::chrono::nanoseconds byteTime{178571};
+    constexpr auto latest = 1s - 5 * byteTime;
+    struct Case {
+        std::chrono::nanoseconds delay;
+        bool inTime;
+    };
+    for (const auto& [delay, inTime] :
+         {Case{990ms, true}, Case{latest, true}, Case{latest + 1ns, false}, Case{1010ms, false}}) {
+        ScriptedPeer peer;
+        peer.Then(Bytes("\x10"s + "EX\r"), delay);
+        ConnectedSession at(peer);
+        if (!inTime) at.prompts.ExpectError(kTimeoutText, Answer::Abort);
+        ReadFirmwareID(at.session);
+        EXPECT_EQ(at.state.CommOK, inTime) << delay.count();
+        EXPECT_EQ(at.state.TableType, inTime ? TableType::EX : TableType::RACE);
+        EXPECT_EQ(at.state.FirmwareId, delay < 1s ? "EX" : "");  // what had arrived stays
+        EXPECT_FALSE(at.line.IsOpen());
+    }
+}
+
+TEST(IdentificationTest, ATextWithoutItsEndIsATimeout) {
+    for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+        ConnectedModule at(Options(TableType::EX, true), Faults({"no-terminator"}, 1));
+        at.state.TableType = TableType::RACE;
+        at.prompts.ExpectError(kTimeoutText, Answer::Retry);
+        at.prompts.ExpectError(kTimeoutText, answer);
+        ReadFirmwareID(at.session);
+        EXPECT_FALSE(at.state.CommOK);
+        EXPECT_EQ(at.state.TableType, TableType::RACE);
+        EXPECT_EQ(at.state.FirmwareId, "RV52A EX SIM 8.1");
+        EXPECT_FALSE(at.line.IsOpen());
+        EXPECT_EQ(at.line.Opens().size(), 1u);
+    }
+}
+
+// A box that stays open while the name arrives may take longer than the module's second.
+TEST(IdentificationTest, ANameLookedAtTooLateIsATimeout) {
+    ConnectedModule at(Options(TableType::RACE, true));
+    at.line.At(2ms, [&] { at.line.Advance(2s); });
+    at.prompts.ExpectError(kTimeoutText, Answer::Abort);
+    ReadFirmwareID(at.session);
+    EXPECT_FALSE(at.state.CommOK);
+}
+
+}  // namespace
+}  // namespace rv52::test

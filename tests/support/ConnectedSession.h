@@ -1,0 +1,49 @@
+#pragma once
+
+#include "link/LineErrors.h"
+#include "simulator/SimulatedModule.h"
+#include "simulator/VirtualLine.h"
+#include "support/TestSession.h"
+
+namespace rv52::test {
+
+inline constexpr const char* kTimeoutText = "RS-232 timeout. Check cable and click Abort.";
+
+// A session whose line leads to this far end, on virtual time.
+struct ConnectedSession {
+    explicit ConnectedSession(Peer& peer) : line(peer), test(line) {
+        HandleLineErrors(session);
+        state.EchoMode = true;  // as a module left it that echoes
+    }
+
+    VirtualLine line;
+    TestSession test;
+    ScriptedPrompts& prompts = test.prompts;
+    Session& session = test.session;
+    AppState& state = session.state;
+};
+
+// The same with a simulated module that has just been identified.
+struct ConnectedModule {
+    explicit ConnectedModule(const ModuleOptions& options, Faults faults = {})
+        : module(options, std::move(faults)), connected(module) {
+        state.TableType = options.type;
+        state.EchoMode = options.echo;
+    }
+
+    SimulatedModule module;
+    ConnectedSession connected;
+    VirtualLine& line = connected.line;
+    ScriptedPrompts& prompts = connected.prompts;
+    RecordingShell& shell = connected.test.shell;
+    Session& session = connected.session;
+    AppState& state = connected.state;
+};
+
+inline ModuleOptions Options(TableType type, bool echo) {
+    ModuleOptions options(type);
+    options.echo = echo;
+    return options;
+}
+
+}  // namespace rv52::test
