@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/Layout.h"
+#include "support/IdleLine.h"
 #include "support/ShownTable.h"
-#include "support/StillLine.h"
 #include "support/TestSession.h"
 #include "table/GridView.h"
 
@@ -66,7 +66,7 @@ class GridFixture : public testing::Test {
                             Answer::Ok);
     }
 
-    StillLine line;
+    IdleLine line;
     TestSession test{line};
     Session& session = test.session;
     QWidget window;

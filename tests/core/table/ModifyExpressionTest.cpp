@@ -1,0 +1,73 @@
+#include "table/ModifyExpression.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace rv52 {
+namespace {
+
+TEST(ModifyExpressionTest, ReadsWhatAHurriedPersonTypes) {
+    constexpr bool percent = true;
+    constexpr bool relative = true;
+    const struct {
+        const char* answer;
+        std::optional<ModifyExpression> expected;
+    } cases[] = {
+        {"30", {{30, !percent, !relative}}},
+        {"-5", {{-5, !percent, relative}}},
+        {"+10", {{10, !percent, relative}}},
+        {"80%", {{80, percent, !relative}}},
+        {"-7.5%", {{-7.5, percent, relative}}},
+        {"+15%", {{15, percent, relative}}},
+        {"  30  ", {{30, !percent, !relative}}},
+        {"+ 5", {{5, !percent, relative}}},
+        {"-  5", {{-5, !percent, relative}}},
+        {" - 7.5 %", {{-7.5, percent, relative}}},
+        {"%80", {{80, percent, !relative}}},
+        {"5-", {{5, !percent, relative}}},
+        {"5+", {{5, !percent, relative}}},
+        {"+-5", {{-5, !percent, relative}}},
+        {"-+5", {{-5, !percent, relative}}},
+        {".5", {{0.5, !percent, !relative}}},
+        {"5.", {{5, !percent, !relative}}},
+        {"1.2.3", {{1.2, !percent, !relative}}},
+        {"1,5", {{1, !percent, !relative}}},
+        {"1e3", {{1, !percent, !relative}}},
+        {"1e-3", {{1, !percent, relative}}},
+        {"30 degrees", {{30, !percent, !relative}}},
+        {"", std::nullopt},
+        {"   ", std::nullopt},
+        {"+", std::nullopt},
+        {"-", std::nullopt},
+        {"- ", std::nullopt},
+        {"%", std::nullopt},
+        {"+%", std::nullopt},
+        {".", std::nullopt},
+        {"-.", std::nullopt},
+        {"--5", std::nullopt},
+        {"- - 5", std::nullopt},
+        {"x5", std::nullopt},
+        {"nan", std::nullopt},
+        {"inf", std::nullopt},
+        {"\xEF\xBC\x95", std::nullopt},  // a full-width 5
+    };
+    for (const auto& [answer, expected] : cases)
+        EXPECT_EQ(ParseModifyExpression(answer), expected) << answer;
+}
+
+TEST(ModifyExpressionTest, StaysFiniteOnAnOverlongAnswer) {
+    const auto nines = std::string(10000, '9');
+    for (const auto& answer : {nines, "-" + nines, nines + "%", "-" + nines + "%"}) {
+        const auto expression = ParseModifyExpression(answer);
+        ASSERT_TRUE(expression);
+        EXPECT_TRUE(std::isfinite(expression->value));
+        EXPECT_FALSE(std::isnan(expression->Apply(0)));
+        EXPECT_FALSE(std::isnan(expression->Apply(45)));
+    }
+    EXPECT_EQ(ParseModifyExpression(std::string(10000, ' ') + "7")->value, 7);
+    EXPECT_EQ(ParseModifyExpression("0." + std::string(10000, '0') + "7")->value, 0);
+}
+
+}  // namespace
+}  // namespace rv52
