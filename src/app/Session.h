@@ -2,6 +2,7 @@
 
 #include "app/AppState.h"
 #include "app/CommandGate.h"
+#include "chart/ChartGesture.h"
 #include "chart/ChartState.h"
 #include "platform/Line.h"
 #include "platform/Printer.h"
@@ -35,6 +36,7 @@ struct Session : Ports {
     AppState state;
     TableStore table;
     ChartState chart{table};
+    ChartGesture gesture;
     GridSheet sheet;
     Steps steps{prompts};
     CommandGate gate;

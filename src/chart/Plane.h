@@ -1,0 +1,63 @@
+#pragma once
+
+namespace rv52 {
+
+// Places and sizes on the surface that is drawn on, in its own units (logical pixels on a screen, dots on a
+// printer), y downwards.
+struct Point {
+    double x = 0;
+    double y = 0;
+
+    bool operator==(const Point&) const = default;
+};
+
+constexpr Point operator+(Point a, Point b) {
+    return {a.x + b.x, a.y + b.y};
+}
+constexpr Point operator-(Point a, Point b) {
+    return {a.x - b.x, a.y - b.y};
+}
+constexpr Point operator*(Point a, double factor) {
+    return {a.x * factor, a.y * factor};
+}
+
+// Twice the area of the triangle a, b, c; its sign tells on which side of a → b the point c lies.
+constexpr double Turn(Point a, Point b, Point c) {
+    return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+}
+
+struct Extent {
+    double width = 0;
+    double height = 0;
+};
+
+struct Area {
+    double left = 0;
+    double top = 0;
+    double width = 0;
+    double height = 0;
+
+    constexpr double Right() const { return left + width; }
+    constexpr double Bottom() const { return top + height; }
+    constexpr Point Centre() const { return {left + width / 2, top + height / 2}; }
+
+    constexpr bool Contains(const Area& other) const {
+        return other.left >= left && other.top >= top && other.Right() <= Right() &&
+               other.Bottom() <= Bottom();
+    }
+    constexpr bool Meets(const Area& other, double gap) const {
+        return left < other.Right() + gap && other.left < Right() + gap && top < other.Bottom() + gap &&
+               other.top < Bottom() + gap;
+    }
+};
+
+constexpr Area AreaAround(Point centre, Extent size) {
+    return {centre.x - size.width / 2, centre.y - size.height / 2, size.width, size.height};
+}
+
+struct Segment {
+    Point from;
+    Point to;
+};
+
+}  // namespace rv52
