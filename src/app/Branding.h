@@ -8,6 +8,8 @@ namespace rv52 {
 
 constexpr const char* kBrandingFileName = "Corvane_RV52.cfg";
 constexpr const char* kDefaultBrand = "Emberline";
+// The notice line of the splash and of About.
+constexpr const char* kMakersNotice = "Ignition advance tables for RV52 modules. All rights reserved.";
 
 // The program's branding as UTF-8 lines. The syntax of its file is in docs/file-formats.md.
 struct Branding {

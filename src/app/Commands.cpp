@@ -1,5 +1,6 @@
 #include "app/Commands.h"
 
+#include "app/Branding.h"
 #include "app/FormResize.h"
 #include "app/Session.h"
 #include "table/FileCommands.h"
@@ -54,7 +55,7 @@ void mnuAbout_Click(Session& session) {
     session.steps.Procedure([&](Steps& step) {
         const auto& branding = session.state.BrandingLines;
         std::string text = (branding.empty() ? "" : branding.front()) + " Corvane RV52 Version 8.10\r\n";
-        text += "Ignition advance tables for RV52 modules. All rights reserved.\r\n\r\n";
+        text += std::string(kMakersNotice) + "\r\n\r\n";
         for (std::size_t line = 1; line < branding.size(); ++line)
             text += branding[line] + "\r\n";
         step([&] { session.prompts.Ask({text, "About", Icon::Information, Buttons::Ok}); });

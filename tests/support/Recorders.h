@@ -71,9 +71,10 @@ class MemoryFiles : public Files {
         if (failWrites) throw FileFailure("disk full");
         contents[path] = bytes;
     }
-    std::string ProgramFolder() const override { return "/program/"; }
+    std::string ProgramFolder() const override { return folder; }
 
     std::map<std::string, std::string> contents;
+    std::string folder = "/program/";
     bool failReads = false;
     bool failWrites = false;
 };
