@@ -11,6 +11,10 @@ void mnuOpenTable_Click(Session& session);
 void mnuCloseTable_Click(Session& session);
 void mnuSaveTable_Click(Session& session);
 
+// Asks the question whenever a table is shown, with Yes, No and Cancel; Yes saves, whatever comes of it.
+// False when cancelled: the command that was about to replace or hide the table ends.
+bool OfferToSave(Session& session, const std::string& question, const std::string& title);
+
 // Opens the file at path as the Open command does from its file dialog on; for the command line.
 void OpenTableFile(Session& session, const std::string& path);
 

@@ -24,6 +24,16 @@ bool ContainsNoCase(std::string_view text, std::string_view word) {
     return !std::ranges::search(text, word, {}, Upper, Upper).empty() || word.empty();
 }
 
+std::string_view LastCharacters(std::string_view text, std::size_t count) {
+    auto start = text.size();
+    while (start > 0 && count > 0) {
+        --start;
+        // The bytes of one character that follow its first are 10xxxxxx.
+        if ((static_cast<unsigned char>(text[start]) & 0xC0U) != 0x80U) --count;
+    }
+    return text.substr(start);
+}
+
 std::string_view TakeLine(std::string_view& text) {
     const auto end = text.find('\n');
     auto line = text.substr(0, end);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@ std::string UpperCase(std::string_view text);
 
 // Whether text holds word, without regard to the case of letters A to Z.
 bool ContainsNoCase(std::string_view text, std::string_view word);
+
+// The end of a UTF-8 text that holds at most so many characters.
+std::string_view LastCharacters(std::string_view text, std::size_t count);
 
 // Takes the first line, ended by CR LF, LF or the end, off a text; the line is given without its end.
 std::string_view TakeLine(std::string_view& text);

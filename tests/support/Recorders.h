@@ -63,6 +63,7 @@ class MemoryFiles : public Files {
  public:
     bool Exists(const std::string& path) const override { return contents.count(path) > 0; }
     std::string ReadWhole(const std::string& path) const override {
+        ++reads;
         const auto file = contents.find(path);
         if (failReads || file == contents.end()) throw FileFailure("cannot read " + path);
         return file->second;
@@ -77,6 +78,7 @@ class MemoryFiles : public Files {
     std::string folder = "/program/";
     bool failReads = false;
     bool failWrites = false;
+    mutable int reads = 0;
 };
 
 class MemorySettings : public Settings {

@@ -1,0 +1,138 @@
+#include "table/FileCommands.h"
+
+#include "app/Session.h"
+#include "table/FileDialogs.h"
+#include "table/TableBlock.h"
+#include "table/TableDisplay.h"
+#include "table/TableFile.h"
+#include "table/Text.h"
+
+#include <filesystem>
+
+namespace rv52 {
+
+namespace {
+
+constexpr const char* kTableFilter = "Advance table files (*.tbl)|*.tbl";
+constexpr std::size_t kLongestCaptionName = 60;
+
+void SetFileCaption(Session& session, const std::string& path) {
+    constexpr char separator{std::filesystem::path::preferred_separator};
+    const auto name = path.substr(path.rfind(separator) + 1);
+    const auto shown = LastCharacters(name, kLongestCaptionName);
+    session.shell.SetCaption(session.state.BaseCaption + (shown.size() < name.size() ? " - ..." : " - ") +
+                             std::string(shown));
+}
+
+void ReadParameters(Session& session, std::string_view content) {
+    auto& state = session.state;
+    TableFileParameters read = UnstatedParameters(state.ModuleParameters);
+    const auto apply = [&] {
+        state.TableType = read.type;
+        state.ModuleParameters = read.parameters;
+    };
+    apply();
+    const auto lines =
+        session.steps.Value([&] { return FindParameters(content); }, std::vector<ParameterLine>{});
+    for (const auto& line : lines)
+        session.steps([&] {
+            ApplyParameter(line, read);
+            apply();
+        });
+}
+
+bool Refuse(Session& session, const std::string& text) {
+    session.steps([&] { session.prompts.Ask({text, "File Open", Icon::Critical, Buttons::Ok}); });
+    mnuCloseTable_Click(session);
+    return false;
+}
+
+// Template and values into the chart; false when either could not be had and the table has been closed.
+bool LoadTable(Session& session, const std::string& path, std::string_view content) {
+    const auto type = session.state.TableType;
+    const RedrawHold hold(session.table);
+    if (!session.steps.Value([&] { return LoadChartTemplate(session, type); }, true))
+        return Refuse(session,
+                      "Chart template file " + std::string(ChartTemplateFileName(type)) + " not found.");
+    const auto table =
+        session.steps.Value([&] { return ParseTableBlock(content, type); }, std::optional<AdvanceTable>{});
+    if (!table) return Refuse(session, "Error loading " + path);
+    session.steps([&] { session.table.Replace(*table); });
+    return true;
+}
+
+// One replacement of the whole file: a table without its parameters would open as something else.
+bool WriteTableFile(Session& session, const std::string& path) {
+    try {
+        session.files.ReplaceWhole(path,
+                                   FormatTableFile(session.table.Table(), session.state.ModuleParameters));
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+}  // namespace
+
+bool OfferToSave(Session& session, const std::string& question, const std::string& title) {
+    if (!session.state.TableShown) return true;
+    const auto answer = session.steps.Value(
+        [&] {
+            return session.prompts.Ask({question, title, Icon::Warning, Buttons::YesNoCancel});
+        },
+        Answer::No);
+    if (answer == Answer::Yes) mnuSaveTable_Click(session);
+    return answer != Answer::Cancel;
+}
+
+void OpenTableFile(Session& session, const std::string& path) {
+    session.steps.Procedure([&](Steps& step) {
+        const auto content = step.Value([&] { return session.files.ReadWhole(path); }, std::string{});
+        ReadParameters(session, content);
+        if (!LoadTable(session, path, content)) return;
+        step([&] { SetUpTableGrid(session, session.state.TableType); });
+        FillAndShowTable(session, {0, 0});
+        step([&] { SetFileCaption(session, path); });
+        step([&] { SetEditingPermission(session, session.state.TableType); });
+    });
+}
+
+void mnuOpenTable_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        if (!OfferToSave(session, "Save advance table before opening file?", "Open File")) return;
+        step([&] { HideTable(session); });
+        const auto path =
+            step.Value([&] { return FileOpen(session, "Open File", kTableFilter, {}); }, std::string{});
+        if (!path.empty()) OpenTableFile(session, path);
+    });
+}
+
+void mnuSaveTable_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        if (!session.table.HasTable())
+            return step([&] {
+                session.prompts.Ask(
+                    {"No advance table data for saving.", "File Save", Icon::Warning, Buttons::Ok});
+            });
+        const auto path =
+            step.Value([&] { return FileSave(session, "Save File", kTableFilter, {}); }, std::string{});
+        if (path.empty()) return;
+        if (!WriteTableFile(session, path)) {
+            step([&] {
+                session.prompts.Ask({"Error saving " + path, "File Save", Icon::Critical, Buttons::Ok});
+            });
+            return mnuCloseTable_Click(session);
+        }
+        step([&] { SetFileCaption(session, path); });
+    });
+}
+
+void mnuCloseTable_Click(Session& session) {
+    session.steps.Procedure([&](Steps& step) {
+        if (!OfferToSave(session, "Save advance table before closing file?", "Close File")) return;
+        step([&] { HideTable(session); });
+        step([&] { session.shell.SetCaption(session.state.BaseCaption); });
+    });
+}
+
+}  // namespace rv52
