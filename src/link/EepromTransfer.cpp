@@ -25,8 +25,7 @@ int Percent(int position, const TransferExtent& extent) {
     return std::clamp(static_cast<int>(RoundHalfEven(100.0 * position / extent.fullPosition)), 0, 100);
 }
 
-// Runs a transfer under its progress panel. False when it ended early or was abandoned; the port is then
-// closed.
+// Runs a transfer under its progress panel. False when it ended early or was abandoned.
 bool RunShown(Session& session, const char* caption, const TransferExtent& extent, RangeLoop loop) {
     bool complete = false;
     int position = 0;
@@ -38,7 +37,6 @@ bool RunShown(Session& session, const char* caption, const TransferExtent& exten
         step([&] { session.shell.ShowProgress(caption); });
         complete = RunRanges(session, extent.ranges, loop);
     });
-    if (!complete) session.line.Close();
     session.shell.HideProgress();
     return complete;
 }
