@@ -21,16 +21,6 @@ void ShowCaption(Session& session, const char* suffix) {
     session.steps([&] { session.shell.SetCaption(session.state.BaseCaption + suffix); });
 }
 
-// The table on screen may be saved before it goes; false when it is to stay.
-bool LetTableGo(Session& session) {
-    if (!session.state.TableShown) return true;
-    const MessageBox question{"Save advance table before downloading?", kTitle, Icon::Warning,
-                              Buttons::YesNoCancel};
-    const auto answer = session.steps.Value([&] { return session.prompts.Ask(question); }, Answer::Cancel);
-    if (answer == Answer::Yes) mnuSaveTable_Click(session);
-    return answer != Answer::Cancel;
-}
-
 void ClearTable(Session& session) {
     session.steps([&] { HideTable(session); });
     session.steps([&] { session.line.Pump(); });
@@ -69,7 +59,7 @@ bool TakeImage(Session& session) {
     session.steps([&] {
         session.table.Replace(DecodeEepromImage(state.EepromBuffer, state.TableType, state.ModuleParameters));
     });
-    return session.steps.Value([&] { return LoadChartTemplate(session, state.TableType); }, false);
+    return session.steps.Value([&] { return LoadChartTemplate(session, state.TableType); }, true);
 }
 
 void RefuseTemplate(Session& session) {
@@ -94,7 +84,7 @@ void ShowDownloaded(Session& session) {
 void mnuDownload_Click(Session& session) {
     session.steps.Procedure([&](Steps&) {
         session.state.AbortRequested = false;
-        if (!LetTableGo(session)) return;
+        if (!OfferToSave(session, "Save advance table before downloading?", kTitle)) return;
         session.gate.SetCloseAborts(true);
         ClearTable(session);
         if (!IdentifyModule(session) || !ReadImage(session)) return;
