@@ -14,7 +14,8 @@ const FaultKind& KindNamed(std::string_view name) {
     std::string known;
     for (const auto& kind : FaultKinds()) {
         if (kind.name == name) return kind;
-        known += (known.empty() ? "" : ", ") + std::string(kind.name);
+        if (!known.empty()) known += ", ";
+        known += kind.name;
     }
     throw std::invalid_argument("unknown fault \"" + std::string(name) + "\"; there are " + known);
 }

@@ -10,8 +10,10 @@ std::string ToText(const TracedByte& traced) {
 
 std::string ToText(const std::vector<TracedByte>& trace) {
     std::string text;
-    for (const auto& traced : trace)
-        text += (text.empty() ? "" : " ") + ToText(traced);
+    for (const auto& traced : trace) {
+        if (!text.empty()) text += ' ';
+        text += ToText(traced);
+    }
     return text;
 }
 

@@ -1,0 +1,109 @@
+#include "simulator/SimulatorHost.h"
+
+#include "link/SerialSettings.h"
+#include "platform/Failure.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace rv52 {
+
+namespace {
+
+// Programming stores a byte every few milliseconds: the file follows once it pauses.
+constexpr std::chrono::milliseconds kQuiet{100};
+
+Wire::Clock Now() {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+Wire::Clock ByteTime(std::optional<int> bitsPerSecond) {
+    if (!bitsPerSecond) return Wire::Clock::zero();
+    return Wire::Clock(std::chrono::seconds(SerialSettings::kBitsPerByte)) / *bitsPerSecond;
+}
+
+std::unique_ptr<ImageFile> ImageOf(const SimulatorOptions& options) {
+    return options.imagePath.empty() ? nullptr : std::make_unique<ImageFile>(options.imagePath);
+}
+
+SimulatedModule ModuleOf(const SimulatorOptions& options, ImageFile* image) {
+    ModuleOptions module(options.type);
+    if (!options.identification.empty()) module.identification = options.identification;
+    module.echo = options.echo;
+    if (image) module.eeprom = image->LoadOrCreate(module.eeprom);
+    return SimulatedModule(std::move(module), Faults(options.faults, options.seed));
+}
+
+}  // namespace
+
+SimulatorHost::SimulatorHost(const SimulatorOptions& options)
+    : image_(ImageOf(options)),
+      module_(ModuleOf(options, image_.get())),
+      wire_(module_, ByteTime(options.bitsPerSecond)),
+      start_(Now()) {
+    if (options.tracePath.empty()) return;
+    trace_.open(options.tracePath, std::ios::trunc);
+    if (!trace_) throw FileFailure("cannot write the trace file " + options.tracePath);
+}
+
+bool SimulatorHost::Serve() {
+    while (SendDueBytes()) {
+        if (saveAt_ && *saveAt_ <= Now()) Save();
+        const auto event = terminal_.WaitUntil(NextMoment());
+        if (event == PseudoTerminal::Event::Signal) break;
+        if (event == PseudoTerminal::Event::Bytes) ReceiveBytes();
+    }
+    return Save();
+}
+
+void SimulatorHost::ReceiveBytes() {
+    const auto now = Now();
+    for (const auto byte : terminal_.Read()) {
+        wire_.Send(byte, now);
+        Trace(Direction::ToModule, byte, now);
+    }
+    if (image_ && module_.Stored() != storesSeen_) {
+        storesSeen_ = module_.Stored();
+        saveAt_ = now + kQuiet;
+    }
+}
+
+bool SimulatorHost::SendDueBytes() {
+    while (const auto arrival = wire_.TakeArrival(Now())) {
+        if (arrival->IsHangUp()) {
+            terminal_.HangUp();
+            std::fputs("rv52_simulator: the line is hung up\n", stderr);
+            return false;
+        }
+        terminal_.Write(*arrival->byte);
+        Trace(Direction::ToPc, *arrival->byte, Now());
+    }
+    return true;
+}
+
+std::optional<SimulatorHost::Clock> SimulatorHost::NextMoment() const {
+    const auto arrival = wire_.NextArrival();
+    if (!arrival || !saveAt_) return arrival ? arrival : saveAt_;
+    return std::min(*arrival, *saveAt_);
+}
+
+void SimulatorHost::Trace(Direction direction, std::uint8_t byte, Clock time) {
+    if (!trace_.is_open()) return;
+    const std::chrono::duration<double> seconds = time - start_;
+    char text[32];
+    std::snprintf(text, sizeof text, "%.6f", seconds.count());
+    trace_ << text << ' ' << ToText({direction, byte, time}) << std::endl;
+}
+
+bool SimulatorHost::Save() {
+    saveAt_.reset();
+    try {
+        if (image_) image_->Save(module_.Eeprom());
+    } catch (const FileFailure& failure) {
+        std::fprintf(stderr, "rv52_simulator: %s\n", failure.what());
+        return false;
+    }
+    return true;
+}
+
+}  // namespace rv52
