@@ -61,6 +61,22 @@ int BandOf(double height, const ChartAxis& advance) {
     return std::min(static_cast<int>(std::floor((height - advance.from) / advance.step)), count - 1);
 }
 
+void FindBandEdges(const std::array<HeightAt, 3>& facet, const ChartAxis& advance,
+                   std::vector<BandEdge>& edges) {
+    const auto [low, high] = std::minmax({facet[0].height, facet[1].height, facet[2].height});
+    for (int band = BandOf(low, advance); band < BandOf(high, advance); ++band) {
+        std::vector<Point> ends;
+        for (std::size_t corner = 0; corner < facet.size(); ++corner) {
+            const auto& from = facet[corner];
+            const double height = EdgesOf(band, advance).high;
+            if (from.height == height) ends.push_back(from.at);
+            if (const auto point = Crossing(from, facet[(corner + 1) % facet.size()], height))
+                ends.push_back(*point);
+        }
+        if (ends.size() == 2) edges.push_back({band, {ends[0], ends[1]}});
+    }
+}
+
 void CutIntoBands(const std::array<HeightAt, 3>& facet, const ChartAxis& advance,
                   std::vector<BandPiece>& pieces) {
     const auto [low, high] = std::minmax({facet[0].height, facet[1].height, facet[2].height});

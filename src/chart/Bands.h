@@ -24,6 +24,16 @@ struct BandPiece {
 // it. A band holds its lower edge; the highest holds both.
 int BandOf(double height, const ChartAxis& advance);
 
+// A line across a facet where one band ends and the next begins.
+struct BandEdge {
+    int below = 0;  // the band under it
+    Segment line;
+};
+
+// The lines at the inner edges of the bands.
+void FindBandEdges(const std::array<HeightAt, 3>& facet, const ChartAxis& advance,
+                   std::vector<BandEdge>& edges);
+
 // Cuts a facet at the edges of the bands. Facets that share a side cut it at the same points, to the bit,
 // so that pieces neither overlap nor leave gaps.
 void CutIntoBands(const std::array<HeightAt, 3>& facet, const ChartAxis& advance,

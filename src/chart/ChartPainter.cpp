@@ -80,9 +80,7 @@ void PaintCallout(QPainter& painter, const Callout& callout, const ChartColours&
     const double radius = 2.2 * colours.boldLine;
     painter.setBrush(colours.calloutFill);
     painter.setPen(RoundPen(colours.text, colours.line));
-    const Point end{callout.point.x,
-                    callout.point.y < callout.box.top ? callout.box.top : callout.box.Bottom()};
-    painter.drawLine(ToQt(callout.point), ToQt(end));
+    painter.drawLine(ToQt(callout.point), box.center());
     painter.drawRoundedRect(box, radius, radius);
     painter.setFont(BoldOf(painter.font()));
     painter.drawText(box, Qt::AlignCenter | Qt::TextDontClip, ToQt(callout.text));
@@ -144,7 +142,7 @@ void PaintOverlay(QPainter& painter, const Scene& scene, const Overlay& overlay,
         for (const auto& curve : overlay.cursor)
             painter.drawPolyline(ToPolygon(curve));
     });
-    DrawLines(painter, overlay.ghost, RoundPen(colours.ghost, 1.5 * colours.meshLine));
+    DrawLines(painter, overlay.ghost, RoundPen(colours.ghost, 1.2 * colours.meshLine));
     if (overlay.limit) PaintLimit(painter, *overlay.limit, colours);
     if (overlay.hover) {
         const double radius = 3.2 * colours.boldLine;

@@ -7,31 +7,50 @@ namespace rv52 {
 
 namespace {
 
+constexpr double kNearlyLevel = 0.3;
+
+const Tick& Lowest(const AxisOnEdge& axis) {
+    return *std::ranges::max_element(axis.ticks, {}, [](const Tick& tick) { return tick.at.y; });
+}
+
 class AxisTexts {
  public:
-    AxisTexts(const Area& bounds, double gap, const TextMeasure& measure)
-        : bounds_(bounds), gap_(gap), measure_(measure) {}
+    AxisTexts(const Walls& walls, const Area& bounds, const TextMeasure& measure)
+        : walls_(walls), measure_(measure), gap_(measure("0").height / 3), bounds_(bounds) {
+        bounds_ = {bounds.left + gap_, bounds.top, std::max(0.0, bounds.width - 2 * gap_), bounds.height};
+    }
 
+    // All equally far from the axis: as near as the box lets them.
     void AddMarks(const AxisOnEdge& axis) {
-        std::vector<PlacedText> all;
-        for (const auto& tick : axis.ticks)
-            all.push_back(Beside(tick, axis.outward));
-        const std::size_t stride = StrideFor(all);
-        for (std::size_t mark = 0; mark < all.size(); mark += stride)
-            if (Free(all[mark].area)) texts_.push_back(all[mark]);
+        const auto marks = [&](double distance) {
+            std::vector<PlacedText> all;
+            for (const auto& tick : axis.ticks)
+                all.push_back(Beside(tick, axis.outward, distance));
+            return all;
+        };
+        auto all = marks(2 * gap_);
+        for (double distance = 2.5 * gap_; distance < 12 * gap_ && TouchesBox(all); distance += gap_ / 2)
+            all = marks(distance);
+        const auto kept = Thinned(all);
+        texts_.insert(texts_.end(), kept.begin(), kept.end());
     }
 
-    // Beside the middle of the axis, moved outwards until it is clear of all other texts.
-    void AddCaption(const AxisOnEdge& axis, Point middle) {
-        const Extent size = measure_(axis.caption);
-        const double reach = 12 * (size.width + size.height);
-        for (double distance = gap_; distance < reach; distance += 1) {
-            const Area area = Inside(AreaAround(middle + Offset(axis.outward, size, distance), size));
-            if (!Free(area)) continue;
-            texts_.push_back({axis.caption, area});
-            return;
+    // Beside the middle of the axis, clear of its marks; failing that, below its lower end.
+    void AddCaption(const AxisOnEdge& axis) {
+        Extent mark{0, 0};
+        for (const auto& tick : axis.ticks) {
+            const Extent size = measure_(tick.text);
+            mark = {std::max(mark.width, size.width), std::max(mark.height, size.height)};
         }
+        const Point middle = (axis.ticks.front().at + axis.ticks.back().at) * 0.5;
+        const Point out = axis.outward;
+        const double clear = std::abs(out.x) * mark.width + std::abs(out.y) * mark.height;
+        if (!Slide(axis.caption, middle, out, 3 * gap_ + clear))
+            Slide(axis.caption, Lowest(axis).at, {0, 1}, 3 * gap_ + mark.height);
     }
+
+    // A level text along an upright axis would need a wide margin: it stands above the axis.
+    void AddCaptionAbove(const AxisOnEdge& axis) { Slide(axis.caption, axis.ticks.back().at, {0, -1}, gap_); }
 
     std::vector<PlacedText> Take() { return std::move(texts_); }
 
@@ -40,63 +59,84 @@ class AxisTexts {
         return {outward.x * (distance + size.width / 2), outward.y * (distance + size.height / 2)};
     }
 
-    PlacedText Beside(const Tick& tick, Point outward) const {
+    PlacedText Beside(const Tick& tick, Point outward, double distance) const {
         const Extent size = measure_(tick.text);
-        return {tick.text, AreaAround(tick.at + Offset(outward, size, 2 * gap_), size)};
+        return {tick.text, AreaAround(tick.at + Offset(outward, size, distance), size)};
     }
 
-    // The least that leaves a gap between neighbours.
-    std::size_t StrideFor(const std::vector<PlacedText>& all) const {
-        for (std::size_t stride = 1; stride < all.size(); stride *= 2) {
-            bool clear = true;
-            for (std::size_t mark = stride; mark < all.size(); mark += stride)
-                clear = clear && !all[mark].area.Meets(all[mark - stride].area, gap_);
-            if (clear) return stride;
+    // Every mark, or every second, fourth, …, until neighbours stand clear.
+    std::vector<PlacedText> Thinned(const std::vector<PlacedText>& all) const {
+        std::size_t stride = 1;
+        while (stride < all.size() && !Clear(all, stride))
+            stride *= 2;
+        std::vector<PlacedText> kept;
+        for (std::size_t mark = 0; mark < all.size(); mark += stride)
+            if (Free(all[mark].area)) kept.push_back(all[mark]);
+        return kept;
+    }
+
+    bool TouchesBox(const Area& area) const {
+        return std::ranges::any_of(walls_.faces, [&](const auto& face) { return Overlap(area, face); });
+    }
+    bool TouchesBox(const std::vector<PlacedText>& texts) const {
+        return std::ranges::any_of(texts, [&](const auto& text) { return TouchesBox(text.area); });
+    }
+
+    bool Clear(const std::vector<PlacedText>& all, std::size_t stride) const {
+        for (std::size_t mark = stride; mark < all.size(); ++mark)
+            if (all[mark].area.Meets(all[mark - stride].area, 1.5 * gap_, 0)) return false;
+        return true;
+    }
+
+    bool Slide(const std::string& text, Point from, Point direction, double distance) {
+        const Extent size = measure_(text);
+        const double reach = distance + bounds_.width + bounds_.height;
+        for (; distance < reach; distance += gap_ / 2) {
+            Area area = AreaAround(from + Offset(direction, size, distance), size);
+            // Pushed back from the side of the chart it would come to lie between marks one below another.
+            if (std::abs(direction.y) > kNearlyLevel)
+                area.left = std::max(bounds_.left, std::min(area.left, bounds_.Right() - area.width));
+            if (!Free(area)) continue;
+            texts_.push_back({text, area});
+            return true;
         }
-        return std::max<std::size_t>(1, all.size());
+        return false;
     }
 
     bool Free(const Area& area) const {
-        return bounds_.Contains(area) && std::ranges::none_of(texts_, [&](const PlacedText& other) {
-                   return area.Meets(other.area, gap_);
-               });
+        return bounds_.Contains(area) && !TouchesBox(area) &&
+               std::ranges::none_of(texts_,
+                                    [&](const auto& other) { return area.Meets(other.area, 1.5 * gap_, 0); });
     }
 
-    Area Inside(Area area) const {
-        area.left = std::max(bounds_.left, std::min(area.left, bounds_.Right() - area.width));
-        return area;
-    }
-
-    const Area& bounds_;
-    double gap_;
+    const Walls& walls_;
     const TextMeasure& measure_;
+    double gap_;
+    Area bounds_;
     std::vector<PlacedText> texts_;
 };
 
-Point MiddleOf(const AxisOnEdge& axis) {
-    return (axis.ticks.front().at + axis.ticks.back().at) * 0.5;
-}
-
 }  // namespace
 
-std::vector<PlacedText> PlaceAxisTexts(const Walls& walls, const Area& bounds, double gap,
-                                       const TextMeasure& measure) {
-    AxisTexts texts(bounds, gap, measure);
-    texts.AddMarks(walls.advance);
-    texts.AddMarks(walls.rpm);
-    texts.AddMarks(walls.map);
-    texts.AddCaption(walls.rpm, MiddleOf(walls.rpm));
-    texts.AddCaption(walls.map, MiddleOf(walls.map));
-    // A level text along an upright axis would be as wide as the margin: it stands above the axis instead.
-    AxisOnEdge upright = walls.advance;
-    upright.outward = {0, -1};
-    texts.AddCaption(upright, upright.ticks.back().at);
+std::vector<PlacedText> PlaceAxisTexts(const Walls& walls, const Area& bounds, const TextMeasure& measure) {
+    AxisTexts texts(walls, bounds, measure);
+    for (const auto* axis : {&walls.rpm, &walls.map, &walls.advance})
+        texts.AddMarks(*axis);
+    texts.AddCaption(walls.rpm);
+    texts.AddCaption(walls.map);
+    texts.AddCaptionAbove(walls.advance);
     return texts.Take();
 }
 
-Area PlaceBeside(Point place, Extent size, double distance, const Area& bounds) {
-    Area area{place.x - size.width / 2, place.y - distance - size.height, size.width, size.height};
-    if (area.top < bounds.top) area.top = place.y + distance;
+Area PlaceNear(Point place, Extent size, double distance, Near side, const Area& bounds) {
+    Area area = AreaAround(place, size);
+    if (side == Near::Above) {
+        area.top = place.y - distance - size.height;
+        if (area.top < bounds.top) area.top = place.y + distance;
+    } else {
+        area.left = place.x + distance;
+        if (area.Right() > bounds.Right()) area.left = place.x - distance - size.width;
+    }
     area.left = std::max(bounds.left, std::min(area.left, bounds.Right() - area.width));
     area.top = std::max(bounds.top, std::min(area.top, bounds.Bottom() - area.height));
     return area;

@@ -16,12 +16,13 @@ struct PlacedText {
     Area area;
 };
 
-// The texts of the three axes: level, outside the box, within the bounds, and none nearer to another than
-// the gap. Where an axis has no room for every mark, it keeps every second, fourth or eighth.
-std::vector<PlacedText> PlaceAxisTexts(const Walls& walls, const Area& bounds, double gap,
-                                       const TextMeasure& measure);
+// The texts of the three axes: level, outside the box, within the bounds, and none over another. Where an
+// axis has no room for every mark, it keeps every second, fourth or eighth.
+std::vector<PlacedText> PlaceAxisTexts(const Walls& walls, const Area& bounds, const TextMeasure& measure);
 
-// A box of this size beside a place: above it where there is room, and always within the bounds.
-Area PlaceBeside(Point place, Extent size, double distance, const Area& bounds);
+// A box of this size near a place, always within the bounds: above it or else below, or beside it to the
+// right or else to the left.
+enum class Near { Above, Beside };
+Area PlaceNear(Point place, Extent size, double distance, Near side, const Area& bounds);
 
 }  // namespace rv52

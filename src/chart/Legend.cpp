@@ -15,8 +15,10 @@ std::string Degrees(double value) {
 // Of these shares of a text's height the legend is made.
 constexpr double kBarWidth = 1.0;
 constexpr double kGap = 0.5;
-constexpr double kTallestBand = 2.0;
-constexpr double kShareOfChart = 0.72;
+constexpr double kBandHeight = 2.0;
+// And of the chart's height it takes at least, and at most, these shares.
+constexpr double kLeastShare = 0.4;
+constexpr double kMostShare = 0.72;
 
 class Builder {
  public:
@@ -28,7 +30,8 @@ class Builder {
         const double texts = measure(">" + Degrees(advance.to)).width;
         const double width = em_ * (kBarWidth + 3 * kGap) + texts;
         legend_.column = {chart.Right() - width, chart.top, width, chart.height};
-        bandHeight_ = std::min(kTallestBand * em_, kShareOfChart * chart.height / bands_);
+        bandHeight_ = std::min(std::max(kBandHeight * em_, kLeastShare * chart.height / bands_),
+                               kMostShare * chart.height / bands_);
         left_ = legend_.column.left + kGap * em_;
         bottom_ = chart.Centre().y + bandHeight_ * bands_ / 2;
     }

@@ -20,14 +20,15 @@ std::vector<Segment> GhostOf(const AdvanceTable& table, const Scene& scene) {
     return lines;
 }
 
-Callout CalloutOf(Cell cell, const std::string& text, const Scene& scene, const TextMeasure& measure) {
+Callout CalloutOf(Cell cell, const std::string& text, Near side, const Scene& scene,
+                  const TextMeasure& measure) {
     const Extent size = measure(text);
     const double pad = size.height / 3;
     // Cut to the chart, should a chart ever be smaller than the text.
     const Extent box{std::min(size.width + 3 * pad, scene.areas.whole.width),
                      std::min(size.height + pad, scene.areas.whole.height)};
     const Point point = scene.mesh.At(cell).at;
-    return {text, PlaceBeside(point, box, 1.1 * size.height, scene.areas.whole), point,
+    return {text, PlaceNear(point, box, 1.1 * size.height, side, scene.areas.whole), point,
             !IsVisible(cell, scene.mesh)};
 }
 
@@ -45,7 +46,9 @@ Overlay OverlayOf(const Scene& scene, const ChartMarks& marks, const TextMeasure
     if (marks.ghost) overlay.ghost = GhostOf(*marks.ghost, scene);
     if (marks.hover) overlay.hover = scene.mesh.At(*marks.hover).at;
     if (marks.labelled) {
-        overlay.callout = CalloutOf(*marks.labelled, marks.label, scene, measureBold);
+        // The limit's tick stands above its point.
+        const auto side = marks.limit ? Near::Beside : Near::Above;
+        overlay.callout = CalloutOf(*marks.labelled, marks.label, side, scene, measureBold);
         if (marks.limit) overlay.limit = LimitOf(*marks.labelled, *marks.limit, scene);
     }
     return overlay;

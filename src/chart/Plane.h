@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+
 namespace rv52 {
 
 // Places and sizes on the surface that is drawn on, in its own units (logical pixels on a screen, dots on a
@@ -45,11 +47,15 @@ struct Area {
         return other.left >= left && other.top >= top && other.Right() <= Right() &&
                other.Bottom() <= Bottom();
     }
-    constexpr bool Meets(const Area& other, double gap) const {
-        return left < other.Right() + gap && other.left < Right() + gap && top < other.Bottom() + gap &&
-               other.top < Bottom() + gap;
+    // Whether less than these gaps lies between the two.
+    constexpr bool Meets(const Area& other, double across, double down) const {
+        return left < other.Right() + across && other.left < Right() + across &&
+               top < other.Bottom() + down && other.top < Bottom() + down;
     }
 };
+
+// Whether an upright rectangle and a four-cornered, convex outline have anything in common.
+bool Overlap(const Area& area, const std::array<Point, 4>& outline);
 
 constexpr Area AreaAround(Point centre, Extent size) {
     return {centre.x - size.width / 2, centre.y - size.height / 2, size.width, size.height};

@@ -46,8 +46,8 @@ void Append(std::vector<std::vector<Point>>& curves, const Segment& part) {
 ChartAreas DivideChart(const Area& whole, const Area& legendColumn, const TextMeasure& measure) {
     const Extent number = measure("7500");
     const double side = number.width + number.height;
-    const double top = 1.9 * number.height;
-    const double bottom = 2.9 * number.height;
+    const double top = 1.7 * number.height;
+    const double bottom = 3.6 * number.height;
     const Area plotting{whole.left, whole.top, std::max(0.0, legendColumn.left - whole.left), whole.height};
     return {whole,
             plotting,
@@ -63,7 +63,7 @@ Scene SceneOf(const AdvanceTable& table, const ChartTemplate& chartTemplate, con
     const Projection projection(viewpoint, areas.plot);
     auto walls = WallsOf(chartTemplate, projection);
     Mesh mesh(table, advance, projection);
-    auto texts = PlaceAxisTexts(walls, areas.plotting, measure("0").height / 3, measure);
+    auto texts = PlaceAxisTexts(walls, areas.plotting, measure);
     auto outside = MarksOf(table, advance, mesh);
     return {chartTemplate,    areas,           std::move(legend), projection,
             std::move(walls), std::move(mesh), std::move(texts),  std::move(outside)};

@@ -61,6 +61,24 @@ class Painter {
             const auto& colours = ColoursOf(piece.band);
             FillPiece(piece, fromAbove ? colours.above : colours.below);
         }
+        if (colours_.seam == 0) SoftenEdges(corners, fromAbove);
+    }
+
+    // On screens a line of the colour between takes the steps off the edge of two bands.
+    void SoftenEdges(const std::array<HeightAt, 3>& corners, bool fromAbove) {
+        edges_.clear();
+        FindBandEdges(corners, advance_, edges_);
+        if (edges_.empty()) return;
+        painter_.setRenderHint(QPainter::Antialiasing, true);
+        for (const auto& edge : edges_) {
+            const auto& low = ColoursOf(edge.below);
+            const auto& high = ColoursOf(edge.below + 1);
+            painter_.setPen(
+                QPen(fromAbove ? Mixed(low.above, high.above, 0.5) : Mixed(low.below, high.below, 0.5),
+                     colours_.meshLine));
+            painter_.drawLine(ToQt(edge.line.from), ToQt(edge.line.to));
+        }
+        painter_.setRenderHint(QPainter::Antialiasing, false);
     }
 
     void FillPiece(const BandPiece& piece, const QColor& colour) {
@@ -106,6 +124,7 @@ class Painter {
     const ChartColours& colours_;
     std::vector<BandColours> bands_;
     std::vector<BandPiece> pieces_;
+    std::vector<BandEdge> edges_;
     QPolygonF polygon_;
 };
 

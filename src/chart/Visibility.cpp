@@ -12,6 +12,9 @@ namespace {
 constexpr double kSameDepth = 1e-4;
 // A facet seen this much edge on hides nothing. Twice an area, in square pixels.
 constexpr double kEdgeOn = 1e-3;
+// A place on a side of a facet counts as within it: what stands exactly behind the side of two facets, as
+// whole rows do when the plot is seen from straight ahead, would else slip through between them.
+constexpr double kOnSide = 1e-9;
 
 struct Span {
     double from;  // shares of the line, 0 to 1
@@ -49,7 +52,8 @@ std::optional<Span> HiddenBy(const Facet& facet, const Vertex& a, const Vertex& 
         const auto& next = *corners[(corner + 1) % 3];
         const auto& last = *corners[(corner + 2) % 3];
         const Along share{Turn(next.at, last.at, a.at) / area, Turn(next.at, last.at, b.at) / area};
-        KeepPositive(share, span);
+        KeepPositive({share.start + kOnSide, share.end + kOnSide}, span);
+        if (span.from >= span.to) return std::nullopt;
         behind.start -= share.start * corners[corner]->depth;
         behind.end -= share.end * corners[corner]->depth;
     }

@@ -1,0 +1,290 @@
+#include "ChartSupport.h"
+#include "chart/Bands.h"
+#include "chart/Overlay.h"
+#include "chart/Picking.h"
+#include "chart/Visibility.h"
+
+#include <limits>
+#include <set>
+
+namespace rv52::test {
+namespace {
+
+TEST(ViewpointTest, TurnsAllRoundButNeitherBelowNorOverhead) {
+    const rv52::Viewpoint start{.azimuth = 170, .elevation = 30, .zoom = 1, .pan = {}};
+    EXPECT_DOUBLE_EQ(Turned(start, 20, 0).azimuth, -170);
+    EXPECT_DOUBLE_EQ(Turned(start, -340, 0).azimuth, -170);
+    EXPECT_DOUBLE_EQ(Turned(start, 0, 100).elevation, 70);
+    EXPECT_DOUBLE_EQ(Turned(start, 0, -100).elevation, 10);
+}
+
+TEST(ViewpointTest, ZoomsAtThePointerWithinBounds) {
+    const Area area{30, 20, 500, 300};
+    rv52::Viewpoint view{.azimuth = 28, .elevation = 32, .zoom = 1, .pan = {}};
+    const Place place{0.3, -0.2, 0.4};
+    const Point pointer = Projection(view, area).At(place);
+    for (const double factor : {1.5, 1.5, 0.8}) {
+        view = ZoomedAt(view, factor, pointer, area);
+        const Point now = Projection(view, area).At(place);
+        EXPECT_NEAR(now.x, pointer.x, 1e-9);
+        EXPECT_NEAR(now.y, pointer.y, 1e-9);
+    }
+    EXPECT_EQ(ZoomedAt(view, 1000, pointer, area).zoom, kMostZoom);
+    EXPECT_EQ(ZoomedAt(view, 0.001, pointer, area).zoom, kLeastZoom);
+    const auto away = Panned({.azimuth = 0, .elevation = 30, .zoom = 1, .pan = {}}, {9e9, -9e9}, area);
+    EXPECT_EQ(away.pan, (Point{0.5, -0.5}));
+    EXPECT_EQ(Panned(view, {5, 5}, {0, 0, 0, 0}), view) << "a chart without area";
+}
+
+TEST(ProjectionTest, TheBoxFillsItsAreaFromEverySide) {
+    const Area area{40, 25, 560, 300};
+    for (const auto& view : ManyViews()) {
+        const Projection projection({view.azimuth, view.elevation, 1, {}}, area);
+        Area box{1e9, 1e9, 0, 0};
+        Point last{-1e9, -1e9};
+        for (int corner = 0; corner < 8; ++corner) {
+            const Point at =
+                projection.At({corner & 1 ? kBoxWidth / 2 : -kBoxWidth / 2,
+                               corner & 2 ? kBoxDepth / 2 : -kBoxDepth / 2, corner & 4 ? kBoxHeight : 0});
+            box.left = std::min(box.left, at.x);
+            box.top = std::min(box.top, at.y);
+            last = {std::max(last.x, at.x), std::max(last.y, at.y)};
+        }
+        EXPECT_GE(box.left, area.left - 1e-9) << view;
+        EXPECT_GE(box.top, area.top - 1e-9) << view;
+        EXPECT_LE(last.x, area.Right() + 1e-9) << view;
+        EXPECT_LE(last.y, area.Bottom() + 1e-9) << view;
+        const bool full = last.x - box.left > area.width - 1e-6 || last.y - box.top > area.height - 1e-6;
+        EXPECT_TRUE(full) << view;
+    }
+}
+
+TEST(ValueAtMouseTest, FindsTheValueThatIsDrawnAtThePixel) {
+    for (const auto& view : ManyViews()) {
+        AdvanceTable table(TableType::EX);
+        for (const Cell cell : {Cell{1, 1}, Cell{16, 11}, Cell{8, 5}}) {
+            for (const double value : {0.0, 17.3, 44.88}) {
+                table.SetCell(cell, 12.5);
+                const auto before = SceneAt(table, view);
+                const Point grabbed = before.mesh.At(cell).at + Point{9, -11};
+                const Grab grab{cell, 12.5, grabbed};
+                table.SetCell(cell, value);
+                const auto after = SceneAt(table, view);
+                const Point moved = after.mesh.At(cell).at + Point{9, -11};
+                EXPECT_NEAR(ValueAtMouse(grab, moved, after.projection, after.chartTemplate.advance), value,
+                            1e-9)
+                    << view;
+                EXPECT_NEAR(moved.x, grabbed.x, 1e-9) << "heights are upright on the screen";
+                EXPECT_DOUBLE_EQ(ValueAtMouse(grab, grabbed, before.projection, before.chartTemplate.advance),
+                                 12.5);
+            }
+        }
+    }
+}
+
+// What is painted last at a place must be what is nearest to the eye there.
+TEST(MeshTest, PaintsHiddenBeforeHidingFromEveryAngle) {
+    std::mt19937 random(7);
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        for (const auto& view : ManyViews()) {
+            const auto scene = SceneAt(RandomTable(type, random), view);
+            ASSERT_EQ(scene.mesh.Facets().size(), static_cast<std::size_t>(2 * 15 * (RowCount(type) - 1)));
+            std::uniform_real_distribution<double> x(0, view.size.width);
+            std::uniform_real_distribution<double> y(0, view.size.height);
+            for (int sample = 0; sample < 60; ++sample) {
+                const Point place{x(random), y(random)};
+                double nearest = std::numeric_limits<double>::infinity();
+                double painted = nearest;
+                for (const auto& facet : scene.mesh.Facets()) {
+                    if (const auto depth = DepthAt(facet, scene.mesh, place)) {
+                        nearest = std::min(nearest, *depth);
+                        painted = *depth;
+                    }
+                }
+                if (std::isfinite(painted)) {
+                    EXPECT_NEAR(painted, nearest, 1e-9) << view;
+                }
+            }
+        }
+    }
+}
+
+TEST(MeshTest, DrawsWildValuesJustOutsideTheAxis) {
+    const auto advance = ShippedTemplate(TableType::RACE).advance;
+    const double rows[][2] = {{0, 0},        {45, 45}, {44.88, 44.88}, {46, 46},
+                              {1e300, 47.5}, {-1, -1}, {-90, -2.5}};
+    for (const auto& [value, drawn] : rows)
+        EXPECT_DOUBLE_EQ(DrawnHeight(value, advance), drawn);
+    EXPECT_DOUBLE_EQ(DrawnHeight(std::numeric_limits<double>::quiet_NaN(), advance), -2.5);
+
+    AdvanceTable table(TableType::RACE);
+    table.SetCell({3, 2}, 45.01);
+    table.SetCell({4, 8}, -1e9);
+    const auto scene = SceneAt(table, {28, 32});
+    EXPECT_EQ(scene.outside.size(), 2U);
+    EXPECT_EQ(scene.legend.swatches.size(), 11U) << "nine bands, and both sides of them";
+    table.SetCell({3, 2}, 45);
+    table.SetCell({4, 8}, 0);
+    EXPECT_TRUE(SceneAt(table, {28, 32}).outside.empty());
+}
+
+double AreaOf(const std::vector<Point>& outline) {
+    double twice = 0;
+    for (std::size_t corner = 2; corner < outline.size(); ++corner)
+        twice += Turn(outline[0], outline[corner - 1], outline[corner]);
+    return twice / 2;
+}
+
+TEST(BandsTest, PiecesMakeUpTheFacetAndKeepToTheirBands) {
+    const auto advance = ShippedTemplate(TableType::EX).advance;
+    std::mt19937 random(11);
+    std::uniform_real_distribution<double> place(0, 300);
+    std::uniform_int_distribution<int> tenths(-25, 475);
+    for (int round = 0; round < 500; ++round) {
+        std::array<HeightAt, 3> facet;
+        for (auto& corner : facet)
+            // Every other time on whole bands, where corners lie upon edges.
+            corner = {{place(random), place(random)},
+                      round % 2 ? tenths(random) / 10.0 : 5 * std::floor(tenths(random) / 50.0)};
+        std::vector<BandPiece> pieces;
+        CutIntoBands(facet, advance, pieces);
+        double sum = 0;
+        std::set<int> bands;
+        for (const auto& piece : pieces) {
+            sum += AreaOf(piece.outline);
+            EXPECT_TRUE(bands.insert(piece.band).second);
+        }
+        EXPECT_NEAR(sum, AreaOf({facet[0].at, facet[1].at, facet[2].at}), 1e-6);
+        // The middle of a piece, in the facet's own plane, has a height of the band.
+        const double area = Turn(facet[0].at, facet[1].at, facet[2].at);
+        for (const auto& piece : pieces) {
+            if (std::abs(AreaOf(piece.outline)) < 1e-3 || std::abs(area) < 1) continue;
+            Point middle;
+            for (const auto& corner : piece.outline)
+                middle = middle + corner * (1.0 / static_cast<double>(piece.outline.size()));
+            const double height = (Turn(facet[1].at, facet[2].at, middle) * facet[0].height +
+                                   Turn(facet[2].at, facet[0].at, middle) * facet[1].height +
+                                   Turn(facet[0].at, facet[1].at, middle) * facet[2].height) /
+                                  area;
+            EXPECT_EQ(BandOf(height, advance), piece.band) << height;
+        }
+    }
+}
+
+TEST(BandsTest, OneAdvanceIsOneBand) {
+    const auto advance = ShippedTemplate(TableType::EX).advance;
+    const struct {
+        double degrees;
+        int band;
+    } rows[] = {{0, 0}, {4.99, 0}, {5, 1}, {22.5, 4}, {40, 8}, {45, 8}, {45.01, 9}, {-0.01, -1}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(BandOf(row.degrees, advance), row.band) << row.degrees;
+        std::vector<BandPiece> pieces;
+        CutIntoBands({{{{0, 0}, row.degrees}, {{9, 0}, row.degrees}, {{0, 9}, row.degrees}}}, advance,
+                     pieces);
+        ASSERT_EQ(pieces.size(), 1U) << "a level facet at " << row.degrees;
+        EXPECT_EQ(pieces[0].band, row.band);
+    }
+}
+
+// Neighbouring facets cut their common side at equal doubles, so that no pixel falls between them.
+TEST(BandsTest, NeighboursMeetToTheBit) {
+    const auto advance = ShippedTemplate(TableType::EX).advance;
+    const HeightAt a{{0.1, 0.7}, 3.3};
+    const HeightAt b{{91.3, 40.9}, 41.7};
+    std::vector<BandPiece> left;
+    std::vector<BandPiece> right;
+    CutIntoBands({a, b, {{10, 90}, 20}}, advance, left);
+    CutIntoBands({b, a, {{80, -30}, 7}}, advance, right);
+    const auto onSide = [&](const std::vector<BandPiece>& pieces) {
+        std::set<std::pair<double, double>> points;
+        for (const auto& piece : pieces)
+            for (const auto& corner : piece.outline)
+                if (std::abs(Turn(a.at, b.at, corner)) < 1e-6) points.insert({corner.x, corner.y});
+        return points;
+    };
+    EXPECT_EQ(onSide(left), onSide(right));
+    EXPECT_EQ(onSide(left).size(), 10U) << "both ends and eight edges of bands";
+}
+
+// Whether some facet lies before a place of this depth, found the slow way.
+bool Covered(const Mesh& mesh, Point place, double depth) {
+    for (const auto& facet : mesh.Facets())
+        if (const auto other = DepthAt(facet, mesh, place); other && *other < depth - 1e-3) return true;
+    return false;
+}
+
+TEST(VisibilityTest, AgreesWithWhatLiesBeforeAPoint) {
+    std::mt19937 random(23);
+    int hidden = 0;
+    for (const auto& view : ManyViews()) {
+        const auto scene = SceneAt(RandomTable(TableType::RACE, random), view);
+        ForEachCell(TableType::RACE, [&](Cell cell) {
+            const auto& vertex = scene.mesh.At(cell);
+            const bool visible = IsVisible(cell, scene.mesh);
+            hidden += visible ? 0 : 1;
+            if (Covered(scene.mesh, vertex.at, vertex.depth)) {
+                EXPECT_FALSE(visible) << view;
+            }
+        });
+        for (int column = 1; column < kColumnCount; ++column) {
+            const auto& a = scene.mesh.At({column, 4});
+            const auto& b = scene.mesh.At({column + 1, 4});
+            for (const auto& part : VisibleParts({column, 4}, {column + 1, 4}, scene.mesh)) {
+                const Point middle = (part.from + part.to) * 0.5;
+                const Point way = b.at - a.at;
+                const double share = std::abs(way.x) > std::abs(way.y) ? (middle.x - a.at.x) / way.x
+                                                                       : (middle.y - a.at.y) / way.y;
+                EXPECT_FALSE(Covered(scene.mesh, middle, a.depth + share * (b.depth - a.depth))) << view;
+            }
+        }
+    }
+    EXPECT_GT(hidden, 500) << "tables too tame to test hiding";
+}
+
+TEST(VisibilityTest, ALevelSurfaceHidesNothing) {
+    for (const auto& view : ManyViews()) {
+        const auto scene = SceneAt(AdvanceTable(TableType::EX), view);
+        ForEachCell(TableType::EX, [&](Cell cell) { EXPECT_TRUE(IsVisible(cell, scene.mesh)) << view; });
+        EXPECT_EQ(CursorCurves(scene.mesh, {5, 5}).size(), 2U) << view;
+    }
+}
+
+TEST(PickingTest, FourteenPixelsHitAndFifteenMiss) {
+    const auto scene = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
+    const Point corner = scene.mesh.At({1, 1}).at;
+    const auto hit = NearestVisible(scene.mesh, corner - Point{14, 0}, kPickRadius);
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->cell, (Cell{1, 1}));
+    EXPECT_NEAR(hit->distance, 14, 1e-9);
+    EXPECT_FALSE(NearestVisible(scene.mesh, corner - Point{15, 0}, kPickRadius));
+    EXPECT_FALSE(NearestVisible(scene.mesh, corner + Point{-11, 11}, kPickRadius));
+}
+
+TEST(PickingTest, PicksEveryVisiblePointAndNoHiddenOne) {
+    std::mt19937 random(31);
+    for (const auto& view : ManyViews()) {
+        const auto scene = SceneAt(RandomTable(TableType::EX, random), view);
+        ForEachCell(TableType::EX, [&](Cell cell) {
+            const auto picked = NearestVisible(scene.mesh, scene.mesh.At(cell).at, kPickRadius);
+            if (IsVisible(cell, scene.mesh)) {
+                ASSERT_TRUE(picked);
+                EXPECT_NEAR(picked->distance, 0, 1e-9);
+            } else if (picked) {
+                EXPECT_NE(picked->cell, cell);
+            }
+        });
+    }
+    // A wall of 45 degrees before a valley hides it.
+    AdvanceTable wall(TableType::RACE);
+    for (int column = 1; column <= kColumnCount; ++column)
+        wall.SetCell({column, 2}, 45);
+    const auto scene = SceneAt(wall, {0, 10});
+    EXPECT_FALSE(IsVisible({8, 3}, scene.mesh));
+    EXPECT_TRUE(IsVisible({8, 1}, scene.mesh));
+    EXPECT_TRUE(IsVisible({8, 2}, scene.mesh));
+    EXPECT_TRUE(CursorCurves(scene.mesh, {8, 3}).size() < 3);
+}
+
+}  // namespace
+}  // namespace rv52::test

@@ -1,0 +1,101 @@
+#include "ChartSupport.h"
+#include "chart/Overlay.h"
+
+#include <algorithm>
+
+namespace rv52::test {
+namespace {
+
+bool Has(const std::vector<PlacedText>& texts, const std::string& text) {
+    return std::ranges::any_of(texts, [&](const auto& placed) { return placed.text == text; });
+}
+
+std::vector<View> LabelViews() {
+    std::vector<View> views;
+    for (double azimuth = -180; azimuth < 180; azimuth += 15)
+        for (double elevation = 10; elevation <= 70; elevation += 10)
+            for (const auto& size : {Extent{400, 250}, Extent{602, 351}, Extent{1280, 700}})
+                views.push_back({azimuth, elevation, 1, size});
+    return views;
+}
+
+TEST(LabelsTest, TextsAreInsideTheChartClearOfTheBoxAndOfEachOther) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        for (const auto& view : LabelViews()) {
+            const auto scene = SceneAt(ShippedMaximum(type), view);
+            for (std::size_t one = 0; one < scene.texts.size(); ++one) {
+                const auto& text = scene.texts[one];
+                EXPECT_TRUE(scene.areas.plotting.Contains(text.area)) << text.text << ": " << view;
+                for (const auto& face : scene.walls.faces)
+                    EXPECT_FALSE(Overlap(text.area, face)) << text.text << ": " << view;
+                for (std::size_t other = one + 1; other < scene.texts.size(); ++other)
+                    EXPECT_FALSE(text.area.Meets(scene.texts[other].area, 0, 0))
+                        << text.text << " and " << scene.texts[other].text << ": " << view;
+            }
+        }
+    }
+}
+
+TEST(LabelsTest, EveryAxisIsNamedAndNumberedFromEverySide) {
+    for (const auto& view : LabelViews()) {
+        const auto scene = SceneAt(ShippedMaximum(TableType::EX), view);
+        if (view.size.width < 600) continue;
+        for (const auto* caption : {"Engine speed (RPM)", "MAP", "Advance (degrees)"})
+            EXPECT_TRUE(Has(scene.texts, caption)) << caption << ": " << view;
+        EXPECT_GE(scene.texts.size(), 9U) << view;
+    }
+}
+
+TEST(LabelsTest, NumbersEveryMarkWhereThereIsRoomAndThinsThemWhereNot) {
+    const auto wide = SceneAt(ShippedMaximum(TableType::EX), {28, 32, 1, {1900, 1000}});
+    for (const auto* text : {"0", "500", "7500", "10", "12", "30", "5", "45"})
+        EXPECT_TRUE(Has(wide.texts, text)) << text;
+    const auto narrow = SceneAt(ShippedMaximum(TableType::EX), {28, 32, 1, {602, 351}});
+    EXPECT_TRUE(Has(narrow.texts, "1000"));
+    EXPECT_FALSE(Has(narrow.texts, "1500"));
+}
+
+TEST(LabelsTest, LegendShowsEachBandOnceAndFits) {
+    for (const auto& size : {Extent{400, 250}, Extent{602, 351}, Extent{3840, 1600}}) {
+        auto table = ShippedMaximum(TableType::RACE);
+        table.SetCell({1, 1}, 99);
+        table.SetCell({2, 1}, -9);
+        const auto scene = SceneAt(table, {28, 32, 1, size});
+        const auto& legend = scene.legend;
+        for (const auto& swatch : legend.swatches)
+            EXPECT_TRUE(scene.areas.whole.Contains(swatch.area));
+        for (std::size_t one = 0; one < legend.texts.size(); ++one) {
+            EXPECT_TRUE(legend.column.Contains(legend.texts[one].area)) << legend.texts[one].text;
+            for (std::size_t other = 0; other < one; ++other)
+                EXPECT_FALSE(legend.texts[one].area.Meets(legend.texts[other].area, 0, 0))
+                    << legend.texts[one].text << " and " << legend.texts[other].text;
+        }
+        EXPECT_TRUE(Has(legend.texts, "45\u00B0"));
+        EXPECT_TRUE(Has(legend.texts, ">45\u00B0"));
+    }
+}
+
+TEST(LabelsTest, TheValueLabelNeverLeavesTheChart) {
+    for (const auto& view : ManyViews()) {
+        const auto scene = SceneAt(ShippedMaximum(TableType::EX), view);
+        ForEachCell(TableType::EX, [&](Cell cell) {
+            ChartMarks marks;
+            marks.labelled = cell;
+            marks.label = "44.9";
+            for (const bool limited : {false, true}) {
+                if (limited) marks.limit = 45;
+                const auto callout = OverlayOf(scene, marks, PlainLetters).callout;
+                ASSERT_TRUE(callout);
+                EXPECT_TRUE(scene.areas.whole.Contains(callout->box)) << view;
+            }
+        });
+    }
+    const auto tiny = SceneAt(AdvanceTable(TableType::RACE), {28, 32, 1, {12, 9}});
+    ChartMarks marks;
+    marks.labelled = Cell{1, 1};
+    marks.label = "44.9";
+    EXPECT_TRUE(tiny.areas.whole.Contains(OverlayOf(tiny, marks, PlainLetters).callout->box));
+}
+
+}  // namespace
+}  // namespace rv52::test
