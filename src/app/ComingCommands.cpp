@@ -16,9 +16,6 @@ void SayNotYet(Session& session, const char* title) {
 void mnuNewTable_Click(Session& session) {
     SayNotYet(session, "New Table");
 }
-void mnuEditModParams_Click(Session& session) {
-    SayNotYet(session, "Edit Module Parameters");
-}
 void mnuEditVIN_Click(Session& session) {
     SayNotYet(session, "Edit RV52A VIN");
 }

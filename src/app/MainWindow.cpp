@@ -8,6 +8,7 @@
 #include "chart/ChartView.h"
 #include "link/PortPanel.h"
 #include "link/PortSetup.h"
+#include "module/ModParamsDialog.h"
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 #include "table/GridView.h"
@@ -92,6 +93,10 @@ void MainWindow::ShowPortPanel() {
 
 void MainWindow::HidePortPanel() {
     ports_->hide();
+}
+
+void MainWindow::ShowModParams() {
+    ModParamsDialog(*session_, [this](const auto& handler) { Dispatch(handler); }, this).exec();
 }
 
 void MainWindow::OpenHelp(const std::string&) {

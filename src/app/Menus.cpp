@@ -5,6 +5,7 @@
 #include "app/Session.h"
 #include "link/PortSetup.h"
 #include "module/Download.h"
+#include "module/ModParams.h"
 #include "module/Report.h"
 #include "module/Upload.h"
 #include "table/FileCommands.h"

@@ -37,6 +37,8 @@ class Shell {
 
     virtual void ShowPortPanel() = 0;
     virtual void HidePortPanel() = 0;
+    // The module parameters dialog, modal; returns when it has been closed.
+    virtual void ShowModParams() = 0;
     virtual void OpenHelp(const std::string& path) = 0;
 
     // Closes every window, the last-opened first; the program then ends.

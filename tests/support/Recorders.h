@@ -39,6 +39,7 @@ class RecordingShell : public Shell {
     void HideProgress() override { progressShown = false; }
     void ShowPortPanel() override { portPanelShown = true; }
     void HidePortPanel() override { portPanelShown = false; }
+    void ShowModParams() override { ++modParamsShown; }
     void OpenHelp(const std::string& path) override { helpOpened.push_back(path); }
     void CloseWindows() override { closed = true; }
 
@@ -54,6 +55,7 @@ class RecordingShell : public Shell {
     bool progressShown = false;
     std::vector<Progress> progress;
     bool portPanelShown = false;
+    int modParamsShown = 0;
     std::vector<std::string> helpOpened;
     bool closed = false;
 };

@@ -1,0 +1,40 @@
+#include "platform/qt/SettingSlider.h"
+
+#include <QStyleOptionSlider>
+#include <QStylePainter>
+
+namespace rv52 {
+
+SettingSlider::SettingSlider(const char* name, const QString& accessibleName, QWidget* parent)
+    : QSlider(Qt::Vertical, parent) {
+    setObjectName(QLatin1String(name));
+    setAccessibleName(accessibleName);
+    setInvertedAppearance(true);
+    setInvertedControls(true);
+    setSingleStep(1);
+}
+
+void SettingSlider::SetPositions(int first, int last, int pageStep) {
+    setRange(first, last);
+    setPageStep(pageStep);
+    setTickPosition(TicksBothSides);
+    constexpr int mostTicks = 20;
+    setTickInterval(last - first > mostTicks ? pageStep : 1);
+}
+
+void SettingSlider::paintEvent(QPaintEvent*) {
+    QStylePainter painter(this);
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    // The same picture, told to the style as a slider whose positions count from the bottom.
+    option.upsideDown = true;
+    option.sliderPosition = minimum() + maximum() - sliderPosition();
+    option.subControls = QStyle::SC_SliderGroove | QStyle::SC_SliderHandle | QStyle::SC_SliderTickmarks;
+    if (isSliderDown()) {
+        option.activeSubControls = QStyle::SC_SliderHandle;
+        option.state |= QStyle::State_Sunken;
+    }
+    painter.drawComplexControl(QStyle::CC_Slider, option);
+}
+
+}  // namespace rv52

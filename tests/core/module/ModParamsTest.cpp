@@ -1,0 +1,145 @@
+#include "module/ModParams.h"
+#include "support/IdleLine.h"
+#include "support/TestSession.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52::test {
+namespace {
+
+class ModParamsTest : public testing::Test {
+ protected:
+    void ExpectWarning(const std::string& text, const std::string& title) {
+        test.prompts.Expect({text, title, Icon::Warning, Buttons::Ok}, Answer::Ok);
+    }
+
+    IdleLine line;
+    TestSession test{line};
+    Session& session = test.session;
+    ModuleParameters& parameters = session.state.ModuleParameters;
+};
+
+TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
+    const ModuleParameters full{.InitialTiming = 3,
+                                .RearOffset = -4,
+                                .CrankRevs = 2,
+                                .RPMLimit = 5750,
+                                .VSSFreq = 1000,
+                                .FixedLimFlag = true,
+                                .SelEEPROMTblFlag = false,
+                                .FixedInitialTmgFlag = true,
+                                .TachEnableFlag = true,
+                                .FlagByte = 0xA5};
+    parameters = full;
+    OpenModParams(session);
+    EXPECT_EQ(parameters, full);
+
+    parameters.FixedLimFlag = parameters.FixedInitialTmgFlag = false;
+    auto expected = parameters;
+    expected.RPMLimit = 3000;
+    expected.InitialTiming = 0;
+    OpenModParams(session);
+    EXPECT_EQ(parameters, expected);
+
+    session.state.TableType = TableType::EX;
+    expected.RearOffset = 0;
+    OpenModParams(session);
+    EXPECT_EQ(parameters, expected);
+}
+
+TEST_F(ModParamsTest, SlidersCountFromTheTop) {
+    const struct {
+        SliderScale scale;
+        int position;
+        int value;
+    } ends[] = {{kRPMLimitScale, 30, 9900}, {kRPMLimitScale, 99, 3000}, {kRPMLimitScale, 72, 5700},
+                {kInitTimingScale, 0, 5},   {kInitTimingScale, 10, -5}, {kRearOffsetScale, 0, 5},
+                {kRearOffsetScale, 10, -5}, {kCrankRevsScale, 0, 3},    {kCrankRevsScale, 3, 0}};
+    for (const auto& [scale, position, value] : ends) {
+        EXPECT_EQ(scale.ValueAt(position), value);
+        EXPECT_EQ(scale.PositionOf(value), position);
+    }
+    // Halfway between two positions the even one.
+    EXPECT_EQ(kRPMLimitScale.PositionOf(5750), 72);
+    EXPECT_EQ(kRPMLimitScale.PositionOf(5650), 72);
+    EXPECT_EQ(kRPMLimitScale.PositionOf(5651), 72);
+    EXPECT_EQ(kRPMLimitScale.PositionOf(5649), 73);
+
+    sldRPMLimit_Change(session, 71);
+    sldRearOffset_Change(session, 10);
+    sldCrankRevs_Change(session, 0);
+    EXPECT_EQ(sldInitTiming_Change(session, 1), 1);
+    EXPECT_EQ(parameters.RPMLimit, 5800);
+    EXPECT_EQ(parameters.RearOffset, -5);
+    EXPECT_EQ(parameters.CrankRevs, 3);
+    EXPECT_EQ(parameters.InitialTiming, 4);
+
+    session.state.TableType = TableType::EX;
+    EXPECT_EQ(sldInitTiming_Change(session, 1), 5);
+    EXPECT_EQ(parameters.InitialTiming, 0);
+    EXPECT_EQ(sldInitTiming_Change(session, 7), 7);
+    EXPECT_EQ(parameters.InitialTiming, -2);
+}
+
+TEST_F(ModParamsTest, ClearingAFixedValueMakesItNeutral) {
+    parameters.RPMLimit = 5700;
+    parameters.InitialTiming = 4;
+    chkFixedRPMLimit_Click(session, true);
+    chkFixedInitTiming_Click(session, true);
+    chkTachEnable_Click(session, true);
+    EXPECT_TRUE(parameters.FixedLimFlag && parameters.FixedInitialTmgFlag && parameters.TachEnableFlag);
+    EXPECT_EQ(parameters.RPMLimit, 5700);
+    EXPECT_EQ(parameters.InitialTiming, 4);
+    chkFixedRPMLimit_Click(session, false);
+    chkFixedInitTiming_Click(session, false);
+    chkTachEnable_Click(session, false);
+    EXPECT_FALSE(parameters.FixedLimFlag || parameters.FixedInitialTmgFlag || parameters.TachEnableFlag);
+    EXPECT_EQ(parameters.RPMLimit, 3000);
+    EXPECT_EQ(parameters.InitialTiming, 0);
+}
+
+TEST_F(ModParamsTest, WarnsEachTimeTheTableInEepromIsDisabled) {
+    for (int time = 0; time < 2; ++time) {
+        ExpectWarning("Selecting this option disables any advance table that you upload to EEPROM.",
+                      "Advance Table Options");
+        // Still in force while the warning is read.
+        test.prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
+        optFLASHAdvTable_Click(session);
+        EXPECT_FALSE(parameters.SelEEPROMTblFlag);
+        optFLASHAdvTable_Click(session);
+        optEEPROMAdvTable_Click(session);
+        EXPECT_TRUE(parameters.SelEEPROMTblFlag);
+    }
+}
+
+TEST_F(ModParamsTest, BringsTheVssFrequencyIntoItsRange) {
+    const std::string low = "Value must be greater than or equal to 910";
+    const std::string high = "Value must be less than or equal to 1700";
+    const struct {
+        std::string text;
+        int value;
+        std::string warning;
+    } cases[] = {{"910", 910, ""},
+                 {"1700", 1700, ""},
+                 {"1700.9", 1700, ""},
+                 {"1500.9", 1500, ""},
+                 {" 1424 Hz", 1424, ""},
+                 {"abc", 910, low},
+                 {"", 910, low},
+                 {"909.99", 910, low},
+                 {"-1500", 910, low},
+                 {"1,500", 910, low},
+                 {"1701", 1700, high},
+                 {"2000", 1700, high},
+                 {"99999999999999999999", 1700, high},
+                 {std::string(1000, '9'), 1700, high}};
+    for (const auto& [text, value, warning] : cases) {
+        if (!warning.empty()) ExpectWarning(warning, "VSS Frequency");
+        txtVSSFreq_Validate(session, text);
+        EXPECT_EQ(parameters.VSSFreq, value) << text;
+        EXPECT_TRUE(test.prompts.Done()) << text;
+    }
+}
+
+}  // namespace
+}  // namespace rv52::test

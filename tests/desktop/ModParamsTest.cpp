@@ -1,0 +1,291 @@
+#include "module/ModParamsDialog.h"
+#include "support/IdleLine.h"
+#include "support/TestSession.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace rv52::test {
+namespace {
+
+class ModParamsDialogTest : public testing::Test {
+ protected:
+    void Open() {
+        dialog = std::make_unique<ModParamsDialog>(session, [](const auto& event) { event(); });
+        dialog->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
+    }
+
+    template <class T>
+    T* Find(const char* name) const {
+        auto* found = dialog->findChild<T*>(QLatin1String(name));
+        EXPECT_NE(found, nullptr) << name;
+        return found;
+    }
+    QSlider* Slider(const char* name) const { return Find<QSlider>(name); }
+    std::string Label(const char* name) const { return Find<QLabel>(name)->text().toStdString(); }
+    std::string Vss() const { return Find<QLineEdit>("txtVSSFreq")->text().toStdString(); }
+    bool FrameShown(const char* name) const { return Find<QGroupBox>(name)->isVisible(); }
+
+    // Through the window system's way, so that the focus and the buttons are as a mouse makes them.
+    void Click(QWidget* widget, QPoint place = {8, 8}) {
+        QTest::mouseClick(dialog->windowHandle(), Qt::LeftButton, {}, widget->mapTo(dialog.get(), place));
+        QTest::qWait(0);
+    }
+    static void Key(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
+        QTest::keyClick(QApplication::focusWidget(), key, keys);
+    }
+    void TypeVss(const char* text) {
+        auto* box = Find<QLineEdit>("txtVSSFreq");
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClicks(box, QLatin1String(text));
+    }
+    void ExpectVssWarning() {
+        test.prompts.Expect(
+            {"Value must be greater than or equal to 910", "VSS Frequency", Icon::Warning, Buttons::Ok},
+            Answer::Ok);
+    }
+
+    IdleLine line;
+    TestSession test{line};
+    Session& session = test.session;
+    ModuleParameters& parameters = session.state.ModuleParameters;
+    std::unique_ptr<ModParamsDialog> dialog;
+};
+
+TEST_F(ModParamsDialogTest, OpensOnTheParameters) {
+    parameters = {.InitialTiming = -3,
+                  .RearOffset = 4,
+                  .CrankRevs = 2,
+                  .RPMLimit = 5750,
+                  .VSSFreq = 1000,
+                  .FixedLimFlag = true,
+                  .SelEEPROMTblFlag = false,
+                  .FixedInitialTmgFlag = true,
+                  .TachEnableFlag = true};
+    const auto before = parameters;
+    Open();
+    EXPECT_EQ(Slider("sldRPMLimit")->value(), 72);
+    EXPECT_EQ(Label("lblRPMLimitVal"), "5750");
+    EXPECT_EQ(Slider("sldInitTiming")->value(), 8);
+    EXPECT_EQ(Label("lblInitTimingVal"), "-3");
+    EXPECT_EQ(Slider("sldRearOffset")->value(), 1);
+    EXPECT_EQ(Label("lblRearOffsetVal"), "4");
+    EXPECT_EQ(Slider("sldCrankRevs")->value(), 1);
+    EXPECT_EQ(Label("lblCrankRevsVal"), "2");
+    EXPECT_TRUE(Find<QRadioButton>("optFLASHAdvTable")->isChecked());
+    EXPECT_TRUE(Find<QCheckBox>("chkTachEnable")->isChecked());
+    EXPECT_EQ(Vss(), "1000");
+    Click(Find<QPushButton>("cmdOK"));
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_EQ(parameters, before);
+}
+
+TEST_F(ModParamsDialogTest, SlidersRaiseTheirValueWithUpAndTheWheel) {
+    parameters.FixedLimFlag = true;
+    parameters.RPMLimit = 5750;
+    Open();
+    const struct {
+        const char* slider;
+        const char* label;
+        Qt::Key key;
+        const char* shown;
+    } strokes[] = {{"sldRPMLimit", "lblRPMLimitVal", Qt::Key_Up, "5800"},
+                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_PageUp, "6800"},
+                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_PageDown, "5800"},
+                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_Home, "9900"},
+                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_End, "3000"},
+                   {"sldCrankRevs", "lblCrankRevsVal", Qt::Key_Up, "1"},
+                   {"sldCrankRevs", "lblCrankRevsVal", Qt::Key_PageUp, "3"},
+                   {"sldRearOffset", "lblRearOffsetVal", Qt::Key_Down, "-1"},
+                   {"sldRearOffset", "lblRearOffsetVal", Qt::Key_PageDown, "-3"}};
+    for (const auto& [slider, label, key, shown] : strokes) {
+        Slider(slider)->setFocus();
+        Key(key);
+        EXPECT_EQ(Label(label), shown);
+        EXPECT_EQ(Slider(slider)->accessibleDescription().toStdString(), shown);
+    }
+    EXPECT_EQ(parameters.RPMLimit, 3000);
+    EXPECT_EQ(parameters.CrankRevs, 3);
+    EXPECT_EQ(parameters.RearOffset, -3);
+
+    auto* rear = Slider("sldRearOffset");
+    const auto centre = QPointF(rear->rect().center());
+    QWheelEvent away(centre, rear->mapToGlobal(centre), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                     Qt::NoScrollPhase, false);
+    QApplication::sendEvent(rear, &away);
+    EXPECT_GT(parameters.RearOffset, -3);
+
+    // While it is dragged: near its top is its highest value.
+    auto* limit = Slider("sldRPMLimit");
+    QTest::mousePress(limit, Qt::LeftButton, {}, QPoint(limit->width() / 2, limit->height() - 6));
+    QMouseEvent drag(QEvent::MouseMove, QPointF(limit->width() / 2, 0),
+                     limit->mapToGlobal(QPointF(limit->width() / 2, 0)), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(limit, &drag);
+    EXPECT_EQ(parameters.RPMLimit, 9900);
+    QTest::mouseRelease(limit, Qt::LeftButton, {}, QPoint(limit->width() / 2, 0));
+}
+
+TEST_F(ModParamsDialogTest, HoldsAnExTablesTimingAtZero) {
+    session.state.TableType = TableType::EX;
+    parameters.FixedInitialTmgFlag = true;
+    parameters.InitialTiming = 3;
+    parameters.RearOffset = 2;
+    Open();
+    EXPECT_FALSE(FrameShown("fraRearOffset"));
+    EXPECT_EQ(parameters.RearOffset, 0);
+    // Positive timing from a file stays until the slider moves.
+    EXPECT_EQ(Label("lblInitTimingVal"), "3");
+    Slider("sldInitTiming")->setFocus();
+    Key(Qt::Key_Down);
+    EXPECT_EQ(parameters.InitialTiming, 0);
+    EXPECT_EQ(Slider("sldInitTiming")->value(), 5);
+    Key(Qt::Key_Up);
+    EXPECT_EQ(parameters.InitialTiming, 0);
+    EXPECT_EQ(Slider("sldInitTiming")->value(), 5);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(Label("lblInitTimingVal"), "-1");
+}
+
+TEST_F(ModParamsDialogTest, FramesComeAndGoWithTheirChecks) {
+    parameters.RPMLimit = 5700;
+    Open();
+    EXPECT_EQ(parameters.RPMLimit, 3000);
+    EXPECT_FALSE(FrameShown("fraRPMLimit"));
+    EXPECT_FALSE(FrameShown("fraInitTiming"));
+    EXPECT_TRUE(FrameShown("fraRearOffset"));
+    const auto ok = Find<QPushButton>("cmdOK")->geometry();
+    Click(Find<QCheckBox>("chkFixedRPMLimit"));
+    Click(Find<QCheckBox>("chkFixedInitTiming"));
+    EXPECT_TRUE(FrameShown("fraRPMLimit"));
+    EXPECT_TRUE(FrameShown("fraInitTiming"));
+    EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), ok);
+    Slider("sldRPMLimit")->setValue(50);
+    Slider("sldInitTiming")->setValue(2);
+    EXPECT_EQ(parameters.RPMLimit, 7900);
+    EXPECT_EQ(parameters.InitialTiming, 3);
+    Click(Find<QCheckBox>("chkFixedRPMLimit"));
+    Click(Find<QCheckBox>("chkFixedInitTiming"));
+    EXPECT_FALSE(FrameShown("fraRPMLimit"));
+    EXPECT_EQ(parameters, ModuleParameters{});
+    EXPECT_EQ(Label("lblRPMLimitVal"), "3000");
+    EXPECT_EQ(Label("lblInitTimingVal"), "0");
+    EXPECT_EQ(Slider("sldRPMLimit")->value(), 99);
+    EXPECT_EQ(Slider("sldInitTiming")->value(), 5);
+}
+
+TEST_F(ModParamsDialogTest, WarnsOfFlashTablesByMouseAndKeys) {
+    Open();
+    const MessageBox warning{"Selecting this option disables any advance table that you upload to EEPROM.",
+                             "Advance Table Options", Icon::Warning, Buttons::Ok};
+    test.prompts.Expect(warning, Answer::Ok);
+    Click(Find<QRadioButton>("optFLASHAdvTable"));
+    Click(Find<QRadioButton>("optFLASHAdvTable"));
+    EXPECT_FALSE(parameters.SelEEPROMTblFlag);
+    Key(Qt::Key_Up);
+    EXPECT_TRUE(parameters.SelEEPROMTblFlag);
+    test.prompts.Expect(warning, Answer::Ok);
+    Key(Qt::Key_Down);
+    EXPECT_FALSE(parameters.SelEEPROMTblFlag);
+}
+
+// Each way out of the VSS box asks once.
+TEST_F(ModParamsDialogTest, ValidatesTheVssFrequencyHoweverTheFocusLeaves) {
+    const std::function<void()> ways[] = {
+        [&] { Key(Qt::Key_Tab); },
+        [&] { Key(Qt::Key_Tab, Qt::ShiftModifier); },
+        [&] { Click(Find<QCheckBox>("chkTachEnable")); },
+        [&] { Click(Slider("sldCrankRevs")); },
+        [&] { Click(Find<QPushButton>("cmdOK")); },
+        [&] { Key(Qt::Key_Return); },
+    };
+    for (std::size_t way = 0; way < std::size(ways); ++way) {
+        Open();
+        parameters.VSSFreq = 1424;
+        const bool tach = parameters.TachEnableFlag;
+        TypeVss("abc");
+        ExpectVssWarning();
+        ways[way]();
+        EXPECT_TRUE(test.prompts.Done()) << way;
+        EXPECT_EQ(parameters.VSSFreq, 910) << way;
+        EXPECT_EQ(Vss(), "910") << way;
+        EXPECT_EQ(dialog->isVisible(), way < 4) << way;
+        // The click that left the box has done its own work too.
+        EXPECT_EQ(parameters.TachEnableFlag, way == 2 ? !tach : tach) << way;
+        if (dialog->isVisible()) Click(Find<QPushButton>("cmdOK"));
+        EXPECT_FALSE(dialog->isVisible());
+    }
+}
+
+TEST_F(ModParamsDialogTest, ClosingAppliesNoUnfinishedVssFrequency) {
+    for (const bool escape : {true, false}) {
+        Open();
+        TypeVss("1234");
+        escape ? Key(Qt::Key_Escape) : static_cast<void>(dialog->close());
+        EXPECT_FALSE(dialog->isVisible());
+        dialog.reset();
+        EXPECT_EQ(parameters.VSSFreq, 1424);
+    }
+}
+
+TEST_F(ModParamsDialogTest, IsUsableByKeyboardAlone) {
+    parameters.FixedLimFlag = parameters.FixedInitialTmgFlag = true;
+    Open();
+    std::vector<std::string> visited;
+    for (int stop = 0; stop < 10; ++stop) {
+        auto* focus = QApplication::focusWidget();
+        visited.push_back(focus->objectName().toStdString());
+        auto* button = qobject_cast<QAbstractButton*>(focus);
+        EXPECT_FALSE(button != nullptr ? button->text().isEmpty() : focus->accessibleName().isEmpty())
+            << visited.back();
+        Key(Qt::Key_Tab);
+    }
+    EXPECT_EQ(visited,
+              (std::vector<std::string>{"optEEPROMAdvTable", "chkFixedInitTiming", "chkFixedRPMLimit",
+                                        "sldCrankRevs", "sldRearOffset", "sldInitTiming", "txtVSSFreq",
+                                        "chkTachEnable", "sldRPMLimit", "cmdOK"}));
+}
+
+TEST_F(ModParamsDialogTest, KeepsItsDesignSizeAndCutsNothingAtLargerFonts) {
+    parameters.FixedLimFlag = parameters.FixedInitialTmgFlag = true;
+    const auto font = QApplication::font();
+    for (const double points : {8.25, 11.0, 16.0, 24.0}) {
+        auto larger = font;
+        larger.setPointSizeF(points);
+        QApplication::setFont(larger);
+        Open();
+        if (points < 9) {
+            EXPECT_EQ(dialog->size(), QSize(473, 512));
+            EXPECT_EQ(Find<QGroupBox>("fraOptions")->size(), QSize(337, 177));
+            EXPECT_EQ(Find<QGroupBox>("fraRearOffset")->size(), QSize(121, 169));
+            EXPECT_EQ(Find<QGroupBox>("fraModule")->size(), QSize(265, 113));
+            EXPECT_EQ(Find<QGroupBox>("fraRPMLimit")->size(), QSize(97, 401));
+            EXPECT_EQ(Slider("sldRPMLimit")->height(), 337);
+        }
+        for (const auto* part : dialog->findChildren<QWidget*>()) {
+            const auto needed = part->minimumSizeHint();
+            EXPECT_GE(part->width(), needed.width()) << part->objectName().toStdString() << " at " << points;
+            EXPECT_GE(part->height(), needed.height())
+                << part->objectName().toStdString() << " at " << points;
+            EXPECT_TRUE(part->parentWidget()->rect().contains(part->geometry()))
+                << part->objectName().toStdString() << " at " << points;
+        }
+    }
+    QApplication::setFont(font);
+}
+
+}  // namespace
+}  // namespace rv52::test
