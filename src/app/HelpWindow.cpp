@@ -36,6 +36,10 @@ HelpPage::HelpPage(QWidget* parent) : QTextBrowser(parent) {
     setOpenExternalLinks(false);
     setSearchPaths({});
     document()->setDocumentMargin(18);
+    // The pages have colours of their own, which are meant for white.
+    auto white = palette();
+    white.setColor(QPalette::Base, Qt::white);
+    setPalette(white);
 }
 
 QVariant HelpPage::loadResource(int, const QUrl& name) {
@@ -59,6 +63,7 @@ HelpWindow::HelpWindow(QWidget* owner)
     contents_->setAccessibleName(QStringLiteral("Contents"));
     contents_->setHeaderHidden(true);
     contents_->setTextElideMode(Qt::ElideNone);
+    contents_->setStyleSheet(QStringLiteral("QTreeView::item { padding: 3px 0; }"));
 
     auto* bar = new QHBoxLayout;
     auto* back = AddButton(*bar, "cmdBack", "&Back");
@@ -77,12 +82,12 @@ HelpWindow::HelpWindow(QWidget* owner)
     halves->addWidget(contents_);
     halves->addWidget(page_);
     halves->setStretchFactor(1, 1);
-    halves->setSizes({270, 630});
+    halves->setSizes({310, 650});
     halves->setChildrenCollapsible(false);
     auto* column = new QVBoxLayout(this);
     column->addLayout(bar);
     column->addWidget(halves, 1);
-    resize(900, 640);
+    resize(960, 680);
 
     connect(contents_, &QTreeWidget::currentItemChanged, page_, [this](const QTreeWidgetItem* item) {
         if (item != nullptr) page_->setSource(item->data(0, kPageRole).toUrl());

@@ -23,11 +23,18 @@ namespace {
 constexpr double kTwipsPerInch = 1440;
 constexpr double kDocumentMargin = 18;  // points, a quarter inch
 constexpr int kDocumentResolution = 1200;
+constexpr double kChartPoints = 9;
 
-QPageLayout DefaultDocumentLayout() {
+QPageSize UsualPaper() {
     const bool letter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-    return {QPageSize(letter ? QPageSize::Letter : QPageSize::A4), QPageLayout::Landscape,
-            QMarginsF(kDocumentMargin, kDocumentMargin, kDocumentMargin, kDocumentMargin)};
+    return QPageSize(letter ? QPageSize::Letter : QPageSize::A4);
+}
+
+QFont ChartFont() {
+    QFont font(QStringLiteral("Arial"));
+    font.setPointSizeF(kChartPoints);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    return font;
 }
 
 // The long time of a desktop may name the time zone, which nobody expects of a clock on paper.
@@ -37,6 +44,11 @@ QString LongTimeFormat(const QLocale& locale) {
 }
 
 }  // namespace
+
+QPageLayout DocumentLayout(const QPageSize& paper) {
+    return {paper, QPageLayout::Landscape,
+            QMarginsF(kDocumentMargin, kDocumentMargin, kDocumentMargin, kDocumentMargin)};
+}
 
 QFont MonospacedFont(const QString& family, double points) {
     const auto installed = QFontDatabase::families();
@@ -54,7 +66,7 @@ QFont MonospacedFont(const QString& family, double points) {
     return font;
 }
 
-QtPrinter::QtPrinter(Files& files) : files_(files), documentLayout_(DefaultDocumentLayout()) {}
+QtPrinter::QtPrinter(Files& files) : files_(files), documentLayout_(DocumentLayout(UsualPaper())) {}
 
 bool QtPrinter::Present() const {
     return !QPrinterInfo::availablePrinterNames().isEmpty();
@@ -140,6 +152,7 @@ void QtPrinter::DrawChart(const PixelRectangle& place) {
     RequireJob();
     if (!drawChart_) return;
     painter_->save();
+    painter_->setFont(ChartFont());
     drawChart_(*painter_, QRectF(place.left, place.top, place.width, place.height));
     painter_->restore();
 }

@@ -65,6 +65,9 @@ class QtPrinter : public Printer {
     double columnWidth_ = 0;  // device pixels
 };
 
+// A document's page where nothing else is set up: across, with a quarter inch of margin.
+QPageLayout DocumentLayout(const QPageSize& paper);
+
 // The family itself where it is installed, else a monospaced substitute of the same width: 0.6 of its size.
 QFont MonospacedFont(const QString& family, double points);
 
