@@ -96,7 +96,9 @@ void MainWindow::HidePortPanel() {
 }
 
 void MainWindow::ShowModParams() {
-    ModParamsDialog(*session_, [this](const auto& handler) { Dispatch(handler); }, this).exec();
+    ModParamsDialog(
+        *session_, [this](const auto& handler) { Dispatch(handler); }, this)
+        .exec();
 }
 
 void MainWindow::OpenHelp(const std::string&) {
@@ -120,6 +122,10 @@ void MainWindow::Show() {
 void MainWindow::Hide() {
     chart_->hide();
     grid_->hide();
+}
+
+void MainWindow::DrawChart(QPainter& painter, const QRectF& place) const {
+    chart_->DrawOnPaper(painter, place);
 }
 
 bool MainWindow::CommitEditor() {

@@ -43,6 +43,9 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     bool CommitEditor() override;
     void AbandonEditor() override;
 
+    // What the chart shows, as vectors, on a printer page.
+    void DrawChart(QPainter& painter, const QRectF& place) const;
+
     // Runs a handler of the window's events; whatever it throws ends in the failure box.
     void Dispatch(const std::function<void()>& handler);
     // Runs a command behind the gate.

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/CommandLine.h"
+#include "app/MainWindow.h"
+#include "app/Session.h"
+#include "app/SimulatorProcess.h"
+#include "app/SplashWindow.h"
+#include "platform/ComDevices.h"
+#include "platform/qt/QtFiles.h"
+#include "platform/qt/QtPrinter.h"
+#include "platform/qt/QtPrompts.h"
+#include "platform/qt/QtSettings.h"
+#include "platform/qt/SerialLine.h"
+
+namespace rv52 {
+
+// The whole program on its real ports: what main starts, what tests and the tour drive. Needs an
+// application object; the paths in its options are absolute.
+class DesktopProgram {
+ public:
+    explicit DesktopProgram(CommandLine options);
+
+    // From the splash, which stays for this long, to the shown window. False when the program ends at once,
+    // having said why. Throws Failure when the simulated module does not start.
+    bool Start(std::chrono::milliseconds splash = SplashWindow::kTime);
+
+    MainWindow& Window() { return window_; }
+    Session& Running() { return session_; }
+
+ private:
+    void OpenTableOfCommandLine();
+
+    CommandLine options_;
+    ComDevices devices_;
+    SerialLine line_{devices_};
+    QtPrompts prompts_;
+    QtFiles files_;
+    QtSettings settings_;
+    QtPrinter printer_{files_};
+    SimulatorProcess simulator_;
+    MainWindow window_;
+    Session session_{Ports{line_, prompts_, window_, window_, files_, settings_, printer_}};
+};
+
+}  // namespace rv52

@@ -1,0 +1,151 @@
+#include "tour/Robot.h"
+
+#include "platform/qt/Text.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QTest>
+
+namespace rv52 {
+
+namespace {
+
+constexpr int kLookEvery = 10;  // ms
+
+template <class Widget>
+Widget* Find(const QWidget& window, const char* name) {
+    return window.findChild<Widget*>(QString::fromLatin1(name));
+}
+
+}  // namespace
+
+Robot::Robot(QMainWindow& window) : window_(window) {
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { Look(); });
+    timer_.start(kLookEvery);
+}
+
+void Robot::Look() {
+    auto* modal = QApplication::activeModalWidget();
+    if (modal == nullptr) used_ = nullptr;
+    if (modal == nullptr || modal == used_ || !modal->isVisible()) return;
+    used_ = modal;
+    if (expected_.empty()) {
+        auto* box = qobject_cast<QMessageBox*>(modal);
+        Report("not expected: " + FromQt(modal->windowTitle() + QStringLiteral(": ") +
+                                         (box != nullptr ? box->text() : modal->objectName())));
+        QTest::keyClick(modal, Qt::Key_Escape);
+        used_ = nullptr;
+        return;
+    }
+    const auto expectation = expected_.front();
+    expected_.pop_front();
+    if (onBox) onBox(expectation.what);
+    expectation.use(*modal);
+    used_ = nullptr;
+}
+
+void Robot::Expect(const std::string& what, std::function<void(QWidget&)> use) {
+    expected_.push_back({what, std::move(use)});
+}
+
+void Robot::ExpectBox(const std::string& text, const char* button) {
+    Expect(text, [this, text, button](QWidget& modal) {
+        auto* box = qobject_cast<QMessageBox*>(&modal);
+        auto* pressed = Find<QAbstractButton>(modal, button);
+        if (box == nullptr || !FromQt(box->text()).starts_with(text))
+            Report("expected \"" + text + "\", saw \"" + (box != nullptr ? FromQt(box->text()) : "") + "\"");
+        if (pressed != nullptr) return QTest::mouseClick(pressed, Qt::LeftButton);
+        Report(std::string("no button ") + button + " in \"" + text + "\"");
+        QTest::keyClick(&modal, Qt::Key_Escape);
+    });
+}
+
+void Robot::ExpectInput(const std::string& answer) {
+    Expect("input box", [this, answer](QWidget& modal) {
+        auto* edit = Find<QLineEdit>(modal, "txtAnswer");
+        if (edit == nullptr) {
+            Report("expected an input box");
+            return QTest::keyClick(&modal, Qt::Key_Escape);
+        }
+        edit->selectAll();
+        if (answer.empty())
+            QTest::keyClick(edit, Qt::Key_Delete);
+        else
+            QTest::keyClicks(edit, ToQt(answer));
+        QTest::keyClick(edit, Qt::Key_Return);
+    });
+}
+
+void Robot::ExpectFile(const std::string& path) {
+    Expect("file dialog", [this, path](QWidget& modal) {
+        auto* edit = Find<QLineEdit>(modal, "fileNameEdit");
+        if (qobject_cast<QFileDialog*>(&modal) == nullptr || edit == nullptr) {
+            Report("expected a file dialog");
+            return QTest::keyClick(&modal, Qt::Key_Escape);
+        }
+        // Pasted whole: typed faster than any hand, the dialog would take the folders on the way for answers.
+        edit->selectAll();
+        edit->insert(ToQt(path));
+        QTest::keyClick(edit, Qt::Key_Return);
+    });
+}
+
+void Robot::Choose(const char* menu, const char* item) {
+    auto* bar = window_.menuBar();
+    auto* opened = Find<QMenu>(window_, menu);
+    auto* action = window_.findChild<QAction*>(QString::fromLatin1(item));
+    if (opened == nullptr || action == nullptr) return Report(std::string("no menu item ") + item);
+    QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(opened->menuAction()).center());
+    QTest::mouseClick(opened, Qt::LeftButton, {}, opened->actionGeometry(action).center());
+}
+
+// A screenless platform gives no window the focus back when a box closes.
+QWidget* Robot::Focused() {
+    if (QApplication::focusWidget() == nullptr) {
+        QApplication::setActiveWindow(&window_);
+        QApplication::processEvents();
+    }
+    if (QApplication::focusWidget() != nullptr) return QApplication::focusWidget();
+    Report("nothing has the focus");
+    return &window_;
+}
+
+void Robot::Type(const std::string& text) {
+    for (const auto character : text)
+        QTest::keyClick(Focused(), character);
+}
+
+void Robot::Press(Qt::Key key) {
+    QTest::keyClick(Focused(), key);
+}
+
+QImage Robot::Picture() const {
+    auto picture = window_.grab().toImage();
+    auto* modal = QApplication::activeModalWidget();
+    if (modal == nullptr) return picture;
+    const auto box = modal->grab().toImage();
+    // A box larger than the window makes the picture larger, never cut.
+    const auto size = picture.size().expandedTo(box.size() + QSize(20, 20));
+    QImage both(size, QImage::Format_RGB32);
+    both.setDevicePixelRatio(1);
+    both.fill(Qt::lightGray);
+    QPainter painter(&both);
+    auto plain = [](QImage image) {
+        image.setDevicePixelRatio(1);
+        return image;
+    };
+    painter.drawImage(0, 0, plain(picture));
+    const QPoint at((size.width() - box.width()) / 2, (size.height() - box.height()) / 2);
+    painter.fillRect(QRect(at, box.size()).adjusted(-1, -1, 1, 1), Qt::black);
+    painter.drawImage(at, plain(box));
+    return both;
+}
+
+}  // namespace rv52

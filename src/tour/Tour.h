@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tour/Robot.h"
+
+#include <QDir>
+
+namespace rv52 {
+
+class DesktopProgram;
+
+// The guided tour: the real windows on a real serial device, from the first download to the verified
+// upload. Leaves numbered pictures and the table file in a folder and prints a line for each step.
+class Tour {
+ public:
+    Tour(DesktopProgram& program, const QString& folder);
+
+    // True when everything was as expected.
+    bool Run();
+
+ private:
+    void Download();
+    void EditCell();
+    void SaveAndOpen();
+    void Upload();
+    void About();
+    void Leave();
+
+    void Say(const std::string& line) const;
+    void Picture(const char* name);
+    // Takes one picture as soon as the progress panel of a transfer is some way along.
+    void PictureProgress(const char* name);
+    void Check(bool holds, const std::string& what);
+
+    DesktopProgram& program_;
+    Robot robot_;
+    QDir folder_;
+    int pictures_ = 0;
+};
+
+}  // namespace rv52

@@ -1,0 +1,30 @@
+#include "app/DesktopProgram.h"
+#include "platform/Failure.h"
+#include "tour/Tour.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+// rv52_tour FOLDER: the guided tour, its pictures and files in FOLDER.
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: rv52_tour FOLDER\n", stderr);
+        return 2;
+    }
+    const auto folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    rv52::CommandLine options;
+    options.simulate = rv52::TableType::RACE;
+    try {
+        rv52::DesktopProgram program(options);
+        if (!program.Start()) return 1;
+        const bool good = rv52::Tour(program, folder).Run();
+        std::printf("Pictures and files are in %s\n", qPrintable(folder));
+        return good ? 0 : 1;
+    } catch (const rv52::Failure& failure) {
+        std::fprintf(stderr, "rv52_tour: %s\n", failure.what());
+        return 1;
+    }
+}

@@ -1,0 +1,162 @@
+#include "app/Branding.h"
+#include "app/Commands.h"
+#include "app/FormResize.h"
+#include "app/StartUp.h"
+#include "simulator/SimulatedModule.h"
+#include "simulator/VirtualLine.h"
+#include "support/TestSession.h"
+#include "table/FileCommands.h"
+#include "table/TableDisplay.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52 {
+namespace {
+
+using test::TestSession;
+
+class ProgramTest : public testing::Test {
+ protected:
+    SimulatedModule module_{ModuleOptions()};
+    VirtualLine line_{module_};
+    TestSession test_{line_};
+    Session& session_ = test_.session;
+
+    void Start() {
+        session_.state.BrandingLines = DefaultBrandingLines();
+        ASSERT_TRUE(StartUp(session_));
+    }
+
+    void ShowSomeTable() {
+        session_.table.Replace(AdvanceTable(TableType::RACE));
+        ShowTable(session_);
+    }
+};
+
+TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
+    test_.settings.values["Properties/CommPort"] = "12";
+    Start();
+    EXPECT_EQ(test_.shell.caption, "Emberline Corvane RV52 Version 8.1");
+    EXPECT_EQ(session_.state.CommPort, 12);
+    EXPECT_EQ(session_.state.TableType, TableType::RACE);
+    EXPECT_EQ(session_.state.ModuleParameters, ModuleParameters{});
+    EXPECT_EQ(session_.state.ExMaxTable.Type(), TableType::EX);
+    EXPECT_GT(session_.state.ExMaxTable.GetCell({16, 11}), 30.0);
+    EXPECT_FALSE(session_.state.TableShown);
+    EXPECT_FALSE(session_.table.HasTable());
+    EXPECT_FALSE(line_.IsOpen());
+}
+
+TEST_F(ProgramTest, FallsBackToCom1WhenTheStoredPortIsNone) {
+    const std::vector<std::pair<const char*, int>> stored{{"255", 255}, {"3", 3},   {"0", 1},   {"256", 1},
+                                                          {"", 1},      {"two", 1}, {"2.5", 1}, {"-4", 1}};
+    for (const auto& [text, port] : stored) {
+        test_.settings.values["Properties/CommPort"] = text;
+        Start();
+        EXPECT_EQ(session_.state.CommPort, port) << text;
+    }
+    test_.settings.values.clear();
+    Start();
+    EXPECT_EQ(session_.state.CommPort, 1);
+}
+
+TEST_F(ProgramTest, DoesNotStartWithoutTheFilesBesideIt) {
+    const std::vector<std::pair<std::string, std::string>> files{
+        {"RV52_EX_Max.dat", "Chart data file RV52_EX_Max.dat not found."},
+        {"RV52_EX_Chart.oc3", "Chart template file RV52_EX_Chart.oc3 not found."}};
+    for (const auto& [name, message] : files) {
+        auto& content = test_.files.contents["/program/" + name];
+        for (const std::string& bad :
+             {std::string("not what it should be"), content.substr(0, content.size() / 2)}) {
+            const auto good = std::exchange(content, bad);
+            test_.prompts.Expect({message, "Form Load", Icon::Warning, Buttons::Ok}, Answer::Ok);
+            EXPECT_FALSE(StartUp(session_));
+            content = good;
+        }
+        const auto good = test_.files.contents.extract("/program/" + name);
+        test_.prompts.Expect({message, "Form Load", Icon::Warning, Buttons::Ok}, Answer::Ok);
+        EXPECT_FALSE(StartUp(session_));
+    }
+}
+
+TEST_F(ProgramTest, ExitAsksOnlyWithATableAndClosesThePortInAnyCase) {
+    Start();
+    const MessageBox question{"Save advance table before exiting?", "Exit Program", Icon::Warning,
+                              Buttons::YesNoCancel};
+    ShowSomeTable();
+    line_.Open(1);
+    test_.prompts.Expect(question, Answer::Cancel);
+    RequestExit(session_);
+    EXPECT_FALSE(test_.shell.closed);
+    EXPECT_FALSE(line_.IsOpen());
+    EXPECT_TRUE(test_.view.shown);
+
+    test_.prompts.Expect(question, Answer::Yes);
+    test_.prompts.ExpectSave("");
+    RequestExit(session_);
+    EXPECT_TRUE(test_.shell.closed);
+
+    test_.shell.closed = false;
+    HideTable(session_);
+    RequestExit(session_);
+    EXPECT_TRUE(test_.shell.closed);
+}
+
+TEST_F(ProgramTest, OneCommandAtATimeAndWhatHadToWaitFollowsIt) {
+    Start();
+    session_.state.LineErrorCount = 2;
+    bool second = false;
+    RunCommand(session_, [&](Session& running) {
+        RunCommand(running, [&](Session&) { second = true; });
+        test_.shell.size = {6000, 6000};
+        WindowResized(running);
+        EXPECT_EQ(test_.shell.layout.chart.width, 6000);
+        EXPECT_EQ(running.state.LineErrorCount, 2);
+        RequestExit(running);
+        EXPECT_FALSE(running.state.AbortRequested);
+        running.gate.SetCloseAborts(true);
+        RequestExit(running);
+        EXPECT_TRUE(running.state.AbortRequested);
+        EXPECT_FALSE(test_.shell.closed);
+    });
+    EXPECT_FALSE(second);
+    EXPECT_EQ(session_.state.LineErrorCount, 0);
+    EXPECT_TRUE(test_.shell.closed);
+}
+
+TEST_F(ProgramTest, ARefusedCellEditKeepsACommandFromStarting) {
+    Start();
+    test_.view.editorAccepts = false;
+    bool ran = false;
+    RunCommand(session_, [&](Session&) { ran = true; });
+    EXPECT_FALSE(ran);
+    RequestExit(session_);
+    EXPECT_EQ(test_.view.abandoned, 1);
+    EXPECT_TRUE(test_.shell.closed);
+}
+
+TEST_F(ProgramTest, AboutNamesBrandVersionAndMaker) {
+    session_.state.BrandingLines = {"Brand", "Company", "Town"};
+    test_.prompts.Expect({"Brand Corvane RV52 Version 8.10\r\n"
+                          "Ignition advance tables for RV52 modules. All rights reserved.\r\n\r\n"
+                          "Company\r\nTown\r\n",
+                          "About", Icon::Information, Buttons::Ok},
+                         Answer::Ok);
+    mnuAbout_Click(session_);
+}
+
+TEST_F(ProgramTest, EscapeHidesTheValueLabelAndAsksForAnAbort) {
+    Start();
+    ShowSomeTable();
+    SetUpTableGrid(session_, TableType::RACE);
+    MoveGridCursor(session_, {8, 3});
+    EXPECT_EQ(session_.chart.Label(), (ValueLabel{true, {3, 1}, "0.0"}));
+    EscapePressed(session_);
+    EXPECT_FALSE(session_.chart.Label().shown);
+    EXPECT_TRUE(session_.state.AbortRequested);
+    MoveGridCursor(session_, {0, 0});
+    EXPECT_FALSE(session_.chart.Label().shown);
+}
+
+}  // namespace
+}  // namespace rv52
