@@ -199,6 +199,8 @@ void GridView::ReflectLayout() {
         model_->LaidOut();
     }
     corner_->SetText(model_->CornerText());
+    // The item view leaves its corner out of the accessibility tree.
+    setAccessibleDescription(model_->CornerText());
     ApplyPitch();
     ReflectCursor();
 }

@@ -1,5 +1,6 @@
 #include "GridFixture.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QHeaderView>
@@ -29,6 +30,7 @@ QColor Ground(const QWidget& viewport, const QRect& cell) {
 }
 
 TEST_F(GridTest, HasNoCurrentCellAfterLoadingUntilAKeyOrAClick) {
+    elsewhere.setFocus();
     ShowRace();
     grid.setFocus(Qt::TabFocusReason);
     EXPECT_FALSE(grid.currentIndex().isValid());
@@ -127,6 +129,21 @@ TEST_F(GridTest, KeepsRowsAndColumnsToTheirShares) {
     // 1 pixel of frame at each side: floor(398 · 15 / 9) − 1 twips.
     EXPECT_EQ(grid.rowHeight(0), 662 / kTwipsPerPixel);
     EXPECT_EQ(grid.font().pointSizeF(), 8.25);
+}
+
+TEST_F(GridTest, IsReachableThroughTheAccessibilityTree) {
+    ShowRace();
+    auto* table = QAccessible::queryAccessibleInterface(&grid);
+    ASSERT_NE(table, nullptr);
+    ASSERT_NE(table->tableInterface(), nullptr);
+    EXPECT_EQ(table->role(), QAccessible::Table);
+    EXPECT_EQ(table->text(QAccessible::Name), QStringLiteral("Advance table"));
+    EXPECT_EQ(table->text(QAccessible::Description), QStringLiteral("MAP/RPM"));
+    EXPECT_EQ(table->tableInterface()->rowDescription(0), QStringLiteral("16"));
+    EXPECT_EQ(table->tableInterface()->columnDescription(15), QStringLiteral("7500"));
+    auto* cell = table->tableInterface()->cellAt(7, 15);
+    EXPECT_EQ(cell->role(), QAccessible::Cell);
+    EXPECT_EQ(cell->text(QAccessible::Name), QStringLiteral("30.0"));
 }
 
 TEST_F(GridTest, AcceptsATypedAdvance) {
@@ -230,6 +247,22 @@ TEST_F(GridTest, RefusesOnceAndKeepsTheEditorOpen) {
     Type("44");
     Key(Qt::Key_Return);
     EXPECT_EQ(Text({2, 3}), "44");
+}
+
+// Looking something up in another window is no end of an edit.
+TEST_F(GridTest, StaysInItsEditorWhileAnotherWindowIsActive) {
+    ShowRace();
+    Click({2, 3});
+    Type("99");
+    QWidget another;
+    another.show();
+    another.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&another));
+    EXPECT_NE(Editor(), nullptr);
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    Key(Qt::Key_Escape);
+    EXPECT_EQ(Text({2, 3}), "30.0");
 }
 
 TEST_F(GridTest, CommandsWaitForAnAcceptableText) {
