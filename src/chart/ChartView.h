@@ -2,6 +2,7 @@
 
 #include "chart/Overlay.h"
 #include "chart/Picking.h"
+#include "chart/PlotDrag.h"
 #include "chart/Scene.h"
 #include "chart/Viewpoint.h"
 
@@ -29,7 +30,7 @@ class ChartView : public QWidget {
 
     // The plot as it is on screen now; nothing without a table. Places are in the widget's pixels.
     const std::optional<Scene>& Shown();
-    const rv52::Viewpoint& Viewpoint() const { return viewpoint_; }
+    const Viewpoint& SeenFrom() const { return viewpoint_; }
     // The same plot on paper, into a rectangle of a printer page: without the value label and the marks, and
     // with the painter's font. Nothing is drawn without a table.
     void DrawOnPaper(QPainter& painter, const QRectF& place) const;
@@ -43,6 +44,8 @@ class ChartView : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -52,31 +55,32 @@ class ChartView : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
  private:
-    enum class Motion { None, Turn, Pan };
-
-    // Something that the scene shows has changed: it is made anew when next needed.
+    // Something that the plot shows has changed: it is made anew when next needed.
     void Renew();
-    void FollowTemplate();
-    void Look(const rv52::Viewpoint& viewpoint);
+    void Look(const Viewpoint& viewpoint);
     void UpdateLabel();
-    void UpdateHover(std::optional<Point> mouse);
     ChartMarks LabelMarks() const;
     ChartMarks Marks() const;
-    std::optional<Cell> CellUnder(Point mouse);
+    void Paint();
+
+    // Turning, shifting and zooming: for interactive charts, and not while a point is being dragged.
+    bool CanMovePlot();
+    void StartPlotDrag(PlotDrag::Kind kind, Point mouse);
     void PressLeft(Point mouse, Qt::KeyboardModifiers modifiers);
-    void Move(Point mouse, Qt::MouseButtons buttons);
-    void StartMotion(Motion motion, Point mouse);
+    void Move(Point mouse);
+    void Hover(std::optional<Point> mouse);
+    void DropDrags();
 
     Session& session_;
     Dispatch dispatch_;
     QLabel* label_;  // the value label as assistive tools find it; the painter draws it
-    rv52::Viewpoint viewpoint_;
+    Viewpoint viewpoint_;
     int templateSerial_ = 0;
     std::optional<Scene> scene_;
     std::optional<Grab> grab_;
+    std::optional<PlotDrag> plotDrag_;
     std::optional<Cell> hover_;
-    Motion motion_ = Motion::None;
-    Point lastMouse_;
+    bool focusShown_ = false;
     int paints_ = 0;
 };
 

@@ -1,0 +1,147 @@
+// The mouse and the keyboard on the chart.
+#include "app/Session.h"
+#include "chart/ChartEditing.h"
+#include "chart/ChartView.h"
+#include "chart/PlotKeys.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+
+namespace rv52 {
+
+namespace {
+
+constexpr double kNotch = 120;  // of a wheel, in eighths of a degree
+
+// A drag works in whole pixels, however finely a pointer reports.
+Point WholePixel(const QPointF& position) {
+    return {std::nearbyint(position.x()), std::nearbyint(position.y())};
+}
+
+PressKey KeyOf(Qt::KeyboardModifiers modifiers) {
+    if (modifiers == Qt::NoModifier) return PressKey::Plain;
+    return modifiers == Qt::ShiftModifier ? PressKey::Shift : PressKey::Other;
+}
+
+std::optional<Cell> CellNear(const std::optional<Scene>& scene, Point mouse) {
+    if (!scene) return std::nullopt;
+    const auto nearest = NearestVisible(scene->mesh, mouse, kPickRadius);
+    return nearest ? std::optional(nearest->cell) : std::nullopt;
+}
+
+}  // namespace
+
+bool ChartView::CanMovePlot() {
+    return session_.chart.Interactive() && !grab_ && Shown();
+}
+
+void ChartView::StartPlotDrag(PlotDrag::Kind kind, Point mouse) {
+    if (!CanMovePlot()) return;
+    plotDrag_.emplace(kind, mouse);
+    setCursor(kind == PlotDrag::Kind::Shift ? Qt::ClosedHandCursor : Qt::SizeAllCursor);
+}
+
+void ChartView::PressLeft(Point mouse, Qt::KeyboardModifiers modifiers) {
+    if (plotDrag_) return;
+    const auto key = KeyOf(modifiers);
+    if (modifiers == Qt::ControlModifier) StartPlotDrag(PlotDrag::Kind::Turn, mouse);
+    ChartPress(session_, key, key == PressKey::Other ? std::nullopt : CellNear(Shown(), mouse));
+    grab_.reset();
+    if (session_.gesture.kind == ChartGesture::Kind::None) return;
+    const auto cell = session_.gesture.PickedCell();
+    grab_ = Grab{cell, session_.table.Table().GetCell(cell), mouse};
+    hover_.reset();
+    update();
+}
+
+void ChartView::Move(Point mouse) {
+    if (!Shown()) return;
+    if (plotDrag_) Look(plotDrag_->MovedTo(mouse, viewpoint_, scene_->areas.plot));
+    if (grab_)
+        ChartDrag(session_, ValueAtMouse(*grab_, mouse, scene_->projection, scene_->chartTemplate.advance));
+}
+
+void ChartView::Hover(std::optional<Point> mouse) {
+    const auto cell = mouse && !session_.gate.Busy() ? CellNear(Shown(), *mouse) : std::nullopt;
+    if (cell)
+        setCursor(Qt::SizeVerCursor);
+    else
+        unsetCursor();
+    if (cell == hover_) return;
+    hover_ = cell;
+    update();
+}
+
+// A message box or a hidden chart can take the button's release away.
+void ChartView::DropDrags() {
+    plotDrag_.reset();
+    if (!grab_) return;
+    grab_.reset();
+    ChartDragLost(session_);
+    update();
+}
+
+void ChartView::leaveEvent(QEvent*) {
+    dispatch_([this] { Hover(std::nullopt); });
+}
+
+void ChartView::mousePressEvent(QMouseEvent* event) {
+    const auto mouse = WholePixel(event->position());
+    dispatch_([&] {
+        if (event->button() == Qt::LeftButton) PressLeft(mouse, event->modifiers() & ~Qt::KeypadModifier);
+        if (event->button() == Qt::RightButton) StartPlotDrag(PlotDrag::Kind::Turn, mouse);
+        if (event->button() == Qt::MiddleButton) StartPlotDrag(PlotDrag::Kind::Shift, mouse);
+    });
+}
+
+void ChartView::mouseMoveEvent(QMouseEvent* event) {
+    const auto mouse = WholePixel(event->position());
+    dispatch_([&] {
+        if (event->buttons() != Qt::NoButton) return Move(mouse);
+        DropDrags();
+        Hover(mouse);
+    });
+}
+
+void ChartView::mouseReleaseEvent(QMouseEvent* event) {
+    dispatch_([&] {
+        if (event->button() == Qt::LeftButton || session_.gesture.ReleaseSuppressed) {
+            grab_.reset();
+            ChartRelease(session_);
+            update();
+        }
+        if (event->buttons() != Qt::NoButton) return;
+        plotDrag_.reset();
+        Hover(WholePixel(event->position()));
+    });
+}
+
+void ChartView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return mousePressEvent(event);
+    dispatch_([&] { ChartDoubleClick(session_); });
+}
+
+void ChartView::wheelEvent(QWheelEvent* event) {
+    dispatch_([&] {
+        if (!CanMovePlot()) return event->ignore();
+        const Point pointer{event->position().x(), event->position().y()};
+        Look(ViewpointAfterWheel(event->angleDelta().y() / kNotch, pointer, viewpoint_, scene_->areas.plot));
+        Hover(pointer);
+    });
+}
+
+void ChartView::keyPressEvent(QKeyEvent* event) {
+    dispatch_([&] {
+        std::optional<Viewpoint> next;
+        if (CanMovePlot())
+            next = ViewpointAfterKey(event->key(), viewpoint_, scene_->chartTemplate, scene_->areas.plot);
+        if (!next) return event->ignore();
+        Look(*next);
+        Hover(std::nullopt);
+    });
+}
+
+}  // namespace rv52
