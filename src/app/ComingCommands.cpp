@@ -16,8 +16,5 @@ void SayNotYet(Session& session, const char* title) {
 void mnuNewTable_Click(Session& session) {
     SayNotYet(session, "New Table");
 }
-void mnuEditVIN_Click(Session& session) {
-    SayNotYet(session, "Edit RV52A VIN");
-}
 
 }  // namespace rv52

@@ -6,6 +6,5 @@ struct Session;
 
 // Menu commands that are not part of this version yet: each says so in a box.
 void mnuNewTable_Click(Session& session);
-void mnuEditVIN_Click(Session& session);
 
 }  // namespace rv52

@@ -3,6 +3,7 @@
 #include "app/ComingCommands.h"
 #include "app/Commands.h"
 #include "app/Session.h"
+#include "link/EditVin.h"
 #include "link/PortSetup.h"
 #include "module/Download.h"
 #include "module/ModParams.h"

@@ -7,7 +7,6 @@
 #include "table/Numbers.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace rv52 {
 
@@ -16,10 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto kStoredPause = 2ms;
-
-std::uint8_t& ByteAt(Session& session, int index) {
-    return session.state.EepromBuffer.at(static_cast<std::size_t>(index));
-}
 
 int Percent(int position, const TransferExtent& extent) {
     return std::clamp(static_cast<int>(RoundHalfEven(100.0 * position / extent.fullPosition)), 0, 100);
@@ -46,14 +41,9 @@ bool RunShown(Session& session, const char* caption, const TransferExtent& exten
 void ReadEEPROMData(Session& session) {
     auto& state = session.state;
     ClearEEPROMBuffer(state.EepromBuffer);
-    RangeLoop loop;
-    loop.addressed = [&] { return std::exchange(state.CommOK, false); };
-    loop.move = [&](int index) {
-        ByteAt(session, index) = ReadEEPROM(session).value_or(0);
-        return true;
-    };
-    loop.settle = [&] {
-        if (!GoOnReading(session)) return false;
+    auto loop = ReadLoop(session);
+    loop.settle = [&, goOn = loop.settle] {
+        if (!goOn()) return false;
         DelayTimer(session, kStoredPause);
         return true;
     };
@@ -65,17 +55,7 @@ void ReadEEPROMData(Session& session) {
 
 void WriteEEPROMData(Session& session) {
     auto& state = session.state;
-    RangeLoop loop;
-    // An address that was acknowledged says nothing about the bytes that follow it.
-    loop.addressed = [&] {
-        if (!std::exchange(state.CommOK, false)) return false;
-        OpenLine(session);
-        return true;
-    };
-    loop.move = [&](int index) {
-        return WriteEEPROM(session, ByteAt(session, index), state.EchoMode ? kWriteEchoes : 0);
-    };
-    loop.settle = [] { return true; };
+    const auto loop = WriteLoop(session, state.EchoMode ? kWriteEchoes : 0);
     const bool acknowledged = RunShown(session, "Programming EEPROM", WriteExtent(state.TableType), loop);
     if (acknowledged) VerifyEEPROM(session);
     state.CommOK = acknowledged;
@@ -83,24 +63,9 @@ void WriteEEPROMData(Session& session) {
 }
 
 void VerifyEEPROM(Session& session) {
-    auto& state = session.state;
-    state.AbortRequested = false;
-    state.VerifyErrors = 0;
-    bool addressed = true;
-    RangeLoop loop;
-    loop.addressed = [&] {
-        addressed = addressed && state.CommOK;
-        return true;
-    };
-    loop.move = [&](int index) {
-        if (ReadEEPROM(session) != ByteAt(session, index)) ++state.VerifyErrors;
-        return true;
-    };
-    loop.settle = [&] { return GoOnReading(session); };
-    const bool complete = RunShown(session, "Verifying EEPROM", WriteExtent(state.TableType), loop);
-    // A verify that could not look, or looked at a place that the module never confirmed, has failed.
-    if (!complete || !addressed) ++state.VerifyErrors;
-    if (!complete) state.AbortRequested = false;
+    Verification verification(session);
+    verification.Judge(
+        RunShown(session, "Verifying EEPROM", WriteExtent(session.state.TableType), verification.Loop()));
     session.line.Close();
 }
 

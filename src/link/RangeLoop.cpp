@@ -3,7 +3,23 @@
 #include "app/Session.h"
 #include "link/ModuleProtocol.h"
 
+#include <utility>
+
 namespace rv52 {
+
+namespace {
+
+std::uint8_t& ByteAt(Session& session, int index) {
+    return session.state.EepromBuffer.at(static_cast<std::size_t>(index));
+}
+
+// After a byte read from the module: the window lives, and Escape or a failed read ends the transfer.
+bool GoOnReading(Session& session) {
+    Yield(session);
+    return session.state.CommOK && !session.state.AbortRequested;
+}
+
+}  // namespace
 
 bool RunRanges(Session& session, std::span<const TransferRange> ranges, const RangeLoop& loop) {
     for (const auto& range : ranges) {
@@ -18,9 +34,54 @@ bool RunRanges(Session& session, std::span<const TransferRange> ranges, const Ra
     return true;
 }
 
-bool GoOnReading(Session& session) {
-    Yield(session);
-    return session.state.CommOK && !session.state.AbortRequested;
+RangeLoop ReadLoop(Session& session) {
+    RangeLoop loop;
+    loop.addressed = [&] { return std::exchange(session.state.CommOK, false); };
+    loop.move = [&](int index) {
+        ByteAt(session, index) = ReadEEPROM(session).value_or(0);
+        return true;
+    };
+    loop.settle = [&] { return GoOnReading(session); };
+    return loop;
+}
+
+RangeLoop WriteLoop(Session& session, int echoes, const char* timeoutText) {
+    RangeLoop loop;
+    // An address that was acknowledged says nothing about the bytes that follow it.
+    loop.addressed = [&] {
+        if (!std::exchange(session.state.CommOK, false)) return false;
+        OpenLine(session);
+        return true;
+    };
+    loop.move = [&session, echoes, timeoutText](int index) {
+        return WriteEEPROM(session, ByteAt(session, index), echoes, timeoutText);
+    };
+    loop.settle = [] { return true; };
+    return loop;
+}
+
+Verification::Verification(Session& session) : session_(session) {
+    session_.state.AbortRequested = false;
+    session_.state.VerifyErrors = 0;
+}
+
+RangeLoop Verification::Loop() {
+    RangeLoop loop;
+    loop.addressed = [this] {
+        addressed_ = addressed_ && session_.state.CommOK;
+        return true;
+    };
+    loop.move = [this](int index) {
+        if (ReadEEPROM(session_) != ByteAt(session_, index)) ++session_.state.VerifyErrors;
+        return true;
+    };
+    loop.settle = [this] { return GoOnReading(session_); };
+    return loop;
+}
+
+void Verification::Judge(bool complete) {
+    if (!complete || !addressed_) ++session_.state.VerifyErrors;
+    if (!complete) session_.state.AbortRequested = false;
 }
 
 }  // namespace rv52

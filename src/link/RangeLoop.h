@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/WireSteps.h"
 #include "module/EepromMap.h"
 
 #include <functional>
@@ -21,8 +22,24 @@ struct RangeLoop {
 // Addresses each range and moves its bytes in ascending order. True when all were moved.
 bool RunRanges(Session& session, std::span<const TransferRange> ranges, const RangeLoop& loop);
 
-// After a byte read from the module: lets the window live, then tells whether to go on, which Escape and a
-// failed read do not.
-bool GoOnReading(Session& session);
+// From the module into the buffer. Escape ends it.
+RangeLoop ReadLoop(Session& session);
+
+// From the buffer into the module, as long as every byte is acknowledged, after this many echoes.
+RangeLoop WriteLoop(Session& session, int echoes, const char* timeoutText = kReplyTimeout);
+
+// Compares what the module holds with the buffer, counting VerifyErrors from 0. Escape ends it.
+class Verification {
+ public:
+    explicit Verification(Session& session);
+
+    RangeLoop Loop();
+    // A verify that could not look, or looked at a place that the module never confirmed, has failed.
+    void Judge(bool complete);
+
+ private:
+    Session& session_;
+    bool addressed_ = true;
+};
 
 }  // namespace rv52

@@ -76,4 +76,8 @@ constexpr TransferExtent WriteExtent(TableType module) {
     return ReadExtent(module);
 }
 
+// The VIN, one byte for each character. Its bytes pass through the buffer at the indices of their addresses,
+// beyond the table data.
+inline constexpr std::array kVinRanges{TransferRange{{432}, 432, 448}};
+
 }  // namespace rv52
