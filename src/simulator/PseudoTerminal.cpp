@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <system_error>
@@ -41,7 +40,14 @@ int TakeSignals() {
 // A sleep wakes late by about this much; a byte at 56000 bit/s takes 179 µs. What is left is spun.
 constexpr std::chrono::microseconds kSpin{100};
 
-constexpr int kDrainPatience = 100;  // ms
+constexpr int kDrainPatience = 1000;  // ms
+
+// By poll, which first makes the kernel hand over what it still carries; a count of the bytes that wait
+// (FIONREAD) misses those on a busy machine.
+bool HasUnread(int device) {
+    pollfd event{device, POLLIN, 0};
+    return poll(&event, 1, 0) > 0;
+}
 
 timespec SleepBefore(PseudoTerminal::Clock time) {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -109,11 +115,8 @@ void PseudoTerminal::Write(std::uint8_t byte) {
 
 void PseudoTerminal::HangUp() {
     // The kernel drops what has not been read yet when the line goes; what went over it before still counts.
-    for (int left = kDrainPatience; left > 0 && master_ >= 0; --left) {
+    for (int left = kDrainPatience; left > 0 && HasUnread(device_); --left)
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        int unread = 0;
-        if (ioctl(device_, FIONREAD, &unread) != 0 || unread == 0) break;
-    }
     CloseIfOpen(device_);
     CloseIfOpen(master_);
 }
