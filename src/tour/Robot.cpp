@@ -106,6 +106,14 @@ void Robot::Choose(const char* menu, const char* item) {
     QTest::mouseClick(opened, Qt::LeftButton, {}, opened->actionGeometry(action).center());
 }
 
+void Robot::ChooseFromPopup(const char* menu, const char* item) {
+    auto* opened = Find<QMenu>(window_, menu);
+    auto* action = window_.findChild<QAction*>(QString::fromLatin1(item));
+    if (opened == nullptr || action == nullptr || !opened->isVisible())
+        return Report(std::string("no popup item ") + item);
+    QTest::mouseClick(opened, Qt::LeftButton, {}, opened->actionGeometry(action).center());
+}
+
 // A screenless platform gives no window the focus back when a box closes.
 QWidget* Robot::Focused() {
     if (QApplication::focusWidget() == nullptr) {

@@ -32,6 +32,9 @@ class Robot {
     // Opens the menu and clicks its item, both by object name; returns when the command has ended.
     void Choose(const char* menu, const char* item);
 
+    // Clicks an item of a popup menu that is open, both by object name.
+    void ChooseFromPopup(const char* menu, const char* item);
+
     // Types into whatever has the focus, key by key.
     void Type(const std::string& text);
     void Press(Qt::Key key);

@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QFile>
 #include <QProgressBar>
+#include <QPushButton>
+#include <QSlider>
 #include <QTest>
 
 #include <cmath>
@@ -41,6 +43,8 @@ bool Tour::Run() {
     Picture("main-window");
     Download();
     EditCell();
+    ModifySelection();
+    SetParameters();
     SaveAndOpen();
     Upload();
     About();
@@ -77,6 +81,41 @@ void Tour::EditCell() {
           "the typed advance is in the table");
     Picture("cell-edited");
     Say("Changed one cell to 31.5 degrees");
+}
+
+// Two rows at the bottom, under full load, fall by a twentieth.
+void Tour::ModifySelection() {
+    auto* grid = program_.Window().findChild<GridView*>();
+    const auto middle = [&](GridCell at) {
+        return grid->visualRect(grid->model()->index(at.row - 1, at.column - 1)).center();
+    };
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, middle({7, 8}));
+    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, middle({8, 12}));
+    auto& session = program_.Running();
+    const auto value = [&] { return session.table.Table().GetCell(CellAt({8, 12}, session.sheet.Type())); };
+    const double before = value();
+    robot_.ExpectInput("-5%");
+    robot_.Press(Qt::Key_Menu);
+    Picture("popup");
+    robot_.ChooseFromPopup("mnuPopUpEdit3D", "mnuPopUpModify3D");
+    Check(value() < before, "the modified cells have fallen");
+    Picture("modified");
+    Say("Lowered ten cells by 5 percent");
+}
+
+void Tour::SetParameters() {
+    const auto& parameters = program_.Running().state.ModuleParameters;
+    const int before = parameters.RPMLimit;
+    robot_.Expect("parameters", [this](QWidget& dialog) {
+        auto* slider = dialog.findChild<QSlider*>(QStringLiteral("sldRPMLimit"));
+        Check(slider->isVisible(), "the module's fixed RPM limit is on");
+        QTest::keyClick(slider, Qt::Key_PageUp);
+        Picture("parameters");
+        QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
+    });
+    robot_.Choose("mnuEdit", "mnuEditModParams");
+    Check(parameters.RPMLimit == before + 1000, "the RPM limit has risen by a page");
+    Say("Raised the RPM limit to " + std::to_string(parameters.RPMLimit));
 }
 
 void Tour::SaveAndOpen() {

@@ -20,6 +20,8 @@ class Tour {
  private:
     void Download();
     void EditCell();
+    void ModifySelection();
+    void SetParameters();
     void SaveAndOpen();
     void Upload();
     void About();
