@@ -67,6 +67,7 @@ ChartColours PaperColours(double unitsPerPoint) {
     colours.ghost = Qt::black;
     colours.outside = QColor(0xd8, 0x1b, 0x60);
     colours.calloutFill = Qt::white;
+    colours.hairline = 0.35 * unitsPerPoint;
     colours.line = 0.5 * unitsPerPoint;
     colours.meshLine = 0.35 * unitsPerPoint;
     colours.boldLine = 1.4 * unitsPerPoint;

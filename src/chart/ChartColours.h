@@ -25,7 +25,8 @@ struct ChartColours {
     QColor outside;  // surface beyond the advance axis
     QColor calloutFill;
 
-    double line = 1;  // widths, in units of the drawing surface
+    double hairline = 0;  // widths, in units of the drawing surface; 0 is one pixel of the device
+    double line = 1;
     double meshLine = 1;
     double boldLine = 2;
     double casingLine = 5;

@@ -36,7 +36,7 @@ void PaintWalls(QPainter& painter, const Walls& walls, const ChartColours& colou
         const auto& corners = walls.faces[face];
         painter.drawConvexPolygon(ToPolygon(corners));
     }
-    DrawLines(painter, walls.lines, QPen(colours.wallLine, colours.line));
+    DrawLines(painter, walls.lines, QPen(colours.wallLine, colours.hairline));
     DrawLines(painter, walls.edges, RoundPen(colours.wallEdge, colours.line));
 }
 

@@ -75,7 +75,7 @@ class Painter {
             const auto& high = ColoursOf(edge.below + 1);
             painter_.setPen(
                 QPen(fromAbove ? Mixed(low.above, high.above, 0.5) : Mixed(low.below, high.below, 0.5),
-                     colours_.meshLine));
+                     colours_.hairline));
             painter_.drawLine(ToQt(edge.line.from), ToQt(edge.line.to));
         }
         painter_.setRenderHint(QPainter::Antialiasing, false);

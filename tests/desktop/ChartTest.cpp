@@ -137,9 +137,9 @@ TEST_F(ChartTest, OnlyThePointsThatCanBeSeenAreNearEnoughToPick) {
     QTest::mouseRelease(&view, Qt::LeftButton, {}, beside);
     EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
 
-    QTest::mouseMove(&view, corner);
+    MoveHeld(corner, Qt::NoButton);
     EXPECT_EQ(view.cursor().shape(), Qt::SizeVerCursor);
-    QTest::mouseMove(&view, beside);
+    MoveHeld(beside, Qt::NoButton);
     EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
     EXPECT_TRUE(IsVisible({16, 1}, mesh));
 }
