@@ -9,11 +9,11 @@ namespace rv52 {
 namespace {
 
 double Luminance(const QColor& colour) {
-    const auto linear = [](double value) {
+    const auto linear = [](int byte) {
+        const double value = byte / 255.0;
         return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
     };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
+    return 0.2126 * linear(colour.red()) + 0.7152 * linear(colour.green()) + 0.0722 * linear(colour.blue());
 }
 
 double Contrast(const QColor& a, const QColor& b) {
