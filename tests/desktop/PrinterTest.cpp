@@ -15,6 +15,7 @@
 #include <QFontMetricsF>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPainter>
 #include <QPdfWriter>
 #include <QPushButton>
 #include <QTemporaryDir>

@@ -10,7 +10,7 @@
 #include <QFontMetricsF>
 #include <QLocale>
 #include <QPageSetupDialog>
-#include <QPdfWriter>
+#include <QPainter>
 #include <QPrintDialog>
 #include <QPrinterInfo>
 #include <QPushButton>
@@ -35,6 +35,16 @@ QFont ChartFont() {
     font.setPointSizeF(kChartPoints);
     font.setHintingPreference(QFont::PreferNoHinting);
     return font;
+}
+
+// QPrinter knows the printer, but not the paper that lies in it by default. Without a default printer it is
+// the first one.
+std::unique_ptr<QPrinter> DefaultPrinter() {
+    auto info = QPrinterInfo::defaultPrinter();
+    if (info.isNull()) info = QPrinterInfo::availablePrinters().value(0);
+    auto printer = std::make_unique<QPrinter>(info, QPrinter::HighResolution);
+    if (info.defaultPageSize().isValid()) printer->setPageSize(info.defaultPageSize());
+    return printer;
 }
 
 // The long time of a desktop may name the time zone, which nobody expects of a clock on paper.
@@ -88,94 +98,100 @@ std::string QtPrinter::DateAndTime() const {
 
 void QtPrinter::Begin(const PrintJob& job) {
     Discard();
-    auto& device = job.path.empty() ? OpenPrinter(job) : OpenDocument(job);
-    painter_ = std::make_unique<QPainter>();
-    if (!painter_->begin(&device)) {
-        Discard();
-        throw Failure("The printer does not take the job \"" + job.title + "\".");
-    }
-    const auto font = MonospacedFont(ToQt(job.font), job.points);
-    painter_->setFont(font);
-    const QFontMetricsF metrics(font, &device);
-    columnWidth_ = metrics.horizontalAdvance(QLatin1Char('0'));
+    if (job.path.empty())
+        OpenPrinter(job);
+    else
+        OpenDocument(job);
+    device_->setPageOrientation(QPageLayout::Landscape);
+    font_ = MonospacedFont(ToQt(job.font), job.points);
+    columnWidth_ = QFontMetricsF(font_, device_).horizontalAdvance(QLatin1Char('0'));
     line_ = job.top / Page().twipsPerPixelY;
 }
 
-QPagedPaintDevice& QtPrinter::OpenPrinter(const PrintJob& job) {
-    auto& printer = chosen_ ? chosen_ : current_;
-    if (!printer) {
-        const auto byDefault = QPrinterInfo::defaultPrinter();
-        current_ = byDefault.isNull() ? std::make_unique<QPrinter>(QPrinter::HighResolution)
-                                      : std::make_unique<QPrinter>(byDefault, QPrinter::HighResolution);
-    }
-    if (!printer->isValid() || QPrinterInfo::printerInfo(printer->printerName()).isNull())
-        throw Failure("The printer \"" + FromQt(printer->printerName()) + "\" is not there.");
-    printer->setDocName(ToQt(job.title));
-    printer->setPageOrientation(QPageLayout::Landscape);
-    return *printer;
+void QtPrinter::OpenPrinter(const PrintJob& job) {
+    if (!chosen_) current_ = DefaultPrinter();
+    auto& printer = chosen_ ? *chosen_ : *current_;
+    if (!printer.isValid() || QPrinterInfo::printerInfo(printer.printerName()).isNull())
+        throw Failure("The printer \"" + FromQt(printer.printerName()) + "\" is not there.");
+    printer.setDocName(ToQt(job.title));
+    device_ = &printer;
 }
 
-QPagedPaintDevice& QtPrinter::OpenDocument(const PrintJob& job) {
+void QtPrinter::OpenDocument(const PrintJob& job) {
     documentPath_ = job.path;
     document_.setData({});
     document_.open(QIODevice::WriteOnly);
-    auto writer = std::make_unique<QPdfWriter>(&document_);
-    writer->setResolution(kDocumentResolution);
-    writer->setTitle(ToQt(job.title));
-    writer->setPageLayout(documentLayout_);
-    writer->setPageOrientation(QPageLayout::Landscape);
-    documentDevice_ = std::move(writer);
-    return *documentDevice_;
+    writer_ = std::make_unique<QPdfWriter>(&document_);
+    writer_->setResolution(kDocumentResolution);
+    writer_->setTitle(ToQt(job.title));
+    writer_->setPageLayout(documentLayout_);
+    device_ = writer_.get();
 }
 
-void QtPrinter::RequireJob() const {
-    if (painter_ == nullptr || !painter_->isActive()) throw Failure("No page is being printed.");
+QPagedPaintDevice& QtPrinter::Device() const {
+    if (device_ == nullptr) throw Failure("No page is being printed.");
+    return *device_;
 }
 
 void QtPrinter::PrintLine(const std::vector<PrintItem>& items) {
-    RequireJob();
-    const QFontMetricsF metrics(painter_->font(), painter_->device());
-    for (const auto& [column, text] : items)
-        painter_->drawText(QPointF((column - 1) * columnWidth_, line_ + metrics.ascent()), ToQt(text));
+    const QFontMetricsF metrics(font_, &Device());
+    for (const auto& [column, text] : items) {
+        const QPointF start((column - 1) * columnWidth_, line_ + metrics.ascent());
+        page_.emplace_back([font = font_, start, shown = ToQt(text)](QPainter& painter) {
+            painter.setFont(font);
+            painter.drawText(start, shown);
+        });
+    }
     line_ += metrics.lineSpacing();
 }
 
 PrintPage QtPrinter::Page() const {
-    RequireJob();
-    const auto* device = painter_->device();
-    const double twipsX = kTwipsPerInch / device->logicalDpiX();
-    const double twipsY = kTwipsPerInch / device->logicalDpiY();
-    return {device->width() * twipsX, device->height() * twipsY, twipsX, twipsY};
+    const auto& device = Device();
+    const double twipsX = kTwipsPerInch / device.logicalDpiX();
+    const double twipsY = kTwipsPerInch / device.logicalDpiY();
+    return {device.width() * twipsX, device.height() * twipsY, twipsX, twipsY};
 }
 
 void QtPrinter::DrawChart(const PixelRectangle& place) {
-    RequireJob();
+    Device();
     if (!drawChart_) return;
-    painter_->save();
-    painter_->setFont(ChartFont());
-    drawChart_(*painter_, QRectF(place.left, place.top, place.width, place.height));
-    painter_->restore();
+    const QRectF area(place.left, place.top, place.width, place.height);
+    page_.emplace_back([this, area](QPainter& painter) {
+        painter.save();
+        painter.setFont(ChartFont());
+        drawChart_(painter, area);
+        painter.restore();
+    });
 }
 
-// Made again after a failure, it only writes the document once more.
+void QtPrinter::PaintPage() {
+    QPainter painter;
+    if (!painter.begin(device_)) throw Failure("The printer does not take the page.");
+    for (const auto& paint : page_)
+        paint(painter);
+    if (!painter.end()) throw Failure("The printer does not take the page.");
+    painted_ = true;
+}
+
+// Made again after a failure to write, it only writes the document once more.
 void QtPrinter::EndDocument() {
-    if (painter_ == nullptr) throw Failure("No page is being printed.");
-    if (painter_->isActive() && !painter_->end()) throw Failure("The printer does not take the page.");
-    if (!documentPath_.empty())
+    Device();
+    if (!painted_) PaintPage();
+    if (writer_) {
         files_.ReplaceWhole(documentPath_, document_.data().toStdString());
-    else if (const auto& printer = chosen_ ? chosen_ : current_; printer->printerState() == QPrinter::Error)
-        throw Failure("The printer \"" + FromQt(printer->printerName()) + "\" reports an error.");
-    painter_.reset();
+    } else if (const auto& printer = chosen_ ? *chosen_ : *current_;
+               printer.printerState() == QPrinter::Error) {
+        throw Failure("The printer \"" + FromQt(printer.printerName()) + "\" reports an error.");
+    }
     Discard();
 }
 
 void QtPrinter::Discard() noexcept {
-    if (painter_ != nullptr && painter_->isActive() && documentPath_.empty())
-        (chosen_ ? chosen_ : current_)->abort();
-    painter_.reset();
-    documentDevice_.reset();
+    device_ = nullptr;
+    page_.clear();
+    painted_ = false;
+    writer_.reset();
     document_.close();
-    documentPath_.clear();
     current_.reset();
 }
 
@@ -191,7 +207,7 @@ void QtPrinter::SetUp() {
 void QtPrinter::SetUpPrinter() {
     auto printer = std::move(chosen_);
     const bool chosenBefore = printer != nullptr;
-    if (!chosenBefore) printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    if (!chosenBefore) printer = DefaultPrinter();
     QPrintDialog dialog(printer.get(), parent_);
     dialog.setObjectName(QStringLiteral("PrinterSetup"));
     dialog.setWindowTitle(QStringLiteral("Printer Setup"));

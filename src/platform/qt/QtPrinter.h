@@ -3,27 +3,28 @@
 #include "platform/Printer.h"
 
 #include <QBuffer>
+#include <QFont>
 #include <QPageLayout>
-#include <QPainter>
+#include <QPdfWriter>
 #include <QPrinter>
 
 #include <functional>
 #include <memory>
 
+class QPainter;
 class QWidget;
 
 namespace rv52 {
 
 class Files;
 
-// The printers of the desktop. Where there is none, a job becomes a PDF, which is written only once it is
-// whole.
+// The printers of the desktop. Where there is none, a job becomes a PDF. A page is painted only when the job
+// ends, since a print system prints whatever has been begun: so nothing reaches it that is not whole.
 class QtPrinter : public Printer {
  public:
     using ChartDrawing = std::function<void(QPainter&, const QRectF&)>;
 
     explicit QtPrinter(Files& files);
-    ~QtPrinter() override { Discard(); }
 
     // The window that the setup dialog belongs to.
     void SetParent(QWidget* parent) { parent_ = parent; }
@@ -42,9 +43,12 @@ class QtPrinter : public Printer {
     void SetUp() override;
 
  private:
-    QPagedPaintDevice& OpenPrinter(const PrintJob& job);
-    QPagedPaintDevice& OpenDocument(const PrintJob& job);
-    void RequireJob() const;
+    using Painting = std::function<void(QPainter&)>;
+
+    void OpenPrinter(const PrintJob& job);
+    void OpenDocument(const PrintJob& job);
+    QPagedPaintDevice& Device() const;
+    void PaintPage();
     void SetUpPrinter();
     void SetUpDocument();
 
@@ -55,12 +59,15 @@ class QtPrinter : public Printer {
     std::unique_ptr<QPrinter> chosen_;
     QPageLayout documentLayout_;
 
-    // The job that has begun: a device and what is painted on it.
+    // The job that has begun: its device, which is a printer or a document, and what its page will show.
     std::unique_ptr<QPrinter> current_;
     QBuffer document_;
+    std::unique_ptr<QPdfWriter> writer_;
     std::string documentPath_;
-    std::unique_ptr<QPagedPaintDevice> documentDevice_;
-    std::unique_ptr<QPainter> painter_;
+    QPagedPaintDevice* device_ = nullptr;
+    std::vector<Painting> page_;
+    bool painted_ = false;
+    QFont font_;
     double line_ = 0;         // top of the next line, in device pixels
     double columnWidth_ = 0;  // device pixels
 };
