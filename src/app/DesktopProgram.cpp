@@ -5,6 +5,8 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QGuiApplication>
+#include <QIcon>
 #include <QProcess>
 #include <QSettings>
 #include <QTimer>
@@ -16,6 +18,8 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QProcess::nullDevice());
     for (const auto& [commPort, device] : options_.devices)
         devices_.Override(commPort, device);
+    QGuiApplication::setWindowIcon(
+        QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.svg")));
     prompts_.SetParent(&window_);
     printer_.SetParent(&window_);
     printer_.SetChartDrawing(

@@ -18,6 +18,8 @@ namespace rv52 {
 // A page of the help. It knows no other source than the help file: what a page refers to outside of it is
 // neither fetched nor opened.
 class HelpPage : public QTextBrowser {
+    Q_OBJECT
+
  public:
     explicit HelpPage(QWidget* parent);
 
@@ -33,6 +35,8 @@ class HelpPage : public QTextBrowser {
 
 // The viewer of the compiled help: the table of contents at left, the page at right.
 class HelpWindow : public QWidget {
+    Q_OBJECT
+
  public:
     explicit HelpWindow(QWidget* owner);
 

@@ -2,6 +2,7 @@
 
 #include "app/Commands.h"
 #include "app/FormResize.h"
+#include "app/HelpWindow.h"
 #include "app/Menus.h"
 #include "app/ProgressPanel.h"
 #include "app/Session.h"
@@ -101,9 +102,9 @@ void MainWindow::ShowModParams() {
         .exec();
 }
 
-void MainWindow::OpenHelp(const std::string&) {
-    session_->prompts.Ask(
-        {"The help is not part of this version yet.", "Help", Icon::Information, Buttons::Ok});
+void MainWindow::OpenHelp(const std::string& path) {
+    if (help_ == nullptr) help_ = new HelpWindow(this);
+    help_->Open(path);
 }
 
 void MainWindow::CloseWindows() {

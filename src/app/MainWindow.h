@@ -11,6 +11,7 @@ namespace rv52 {
 class ChartView;
 class ComDevices;
 class GridView;
+class HelpWindow;
 class PortPanel;
 class ProgressPanel;
 struct Session;
@@ -63,6 +64,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     GridView* grid_ = nullptr;
     ProgressPanel* progress_ = nullptr;
     PortPanel* ports_ = nullptr;
+    HelpWindow* help_ = nullptr;  // from when it is first asked for
     bool closing_ = false;
 };
 

@@ -13,6 +13,8 @@ namespace rv52 {
 
 // frmCorvane_Splash: shown before anything of the main window happens, and gone by itself after its time.
 class SplashWindow : public QDialog, public Splash {
+    Q_OBJECT
+
  public:
     static constexpr std::chrono::milliseconds kTime{4000};
 
