@@ -13,6 +13,7 @@
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 #include "table/GridView.h"
+#include "table/NewTableDialog.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -94,6 +95,12 @@ void MainWindow::ShowPortPanel() {
 
 void MainWindow::HidePortPanel() {
     ports_->hide();
+}
+
+void MainWindow::ShowNewTable(NewTable& newTable) {
+    NewTableDialog(
+        *session_, newTable, [this](const auto& handler) { Dispatch(handler); }, this)
+        .exec();
 }
 
 void MainWindow::ShowModParams() {

@@ -34,6 +34,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     void HideProgress() override;
     void ShowPortPanel() override;
     void HidePortPanel() override;
+    void ShowNewTable(NewTable& newTable) override;
     void ShowModParams() override;
     void OpenHelp(const std::string& path) override;
     void CloseWindows() override;

@@ -1,6 +1,5 @@
 #include "app/Menus.h"
 
-#include "app/ComingCommands.h"
 #include "app/Commands.h"
 #include "app/Session.h"
 #include "link/EditVin.h"
@@ -10,6 +9,7 @@
 #include "module/Report.h"
 #include "module/Upload.h"
 #include "table/FileCommands.h"
+#include "table/NewTable.h"
 
 #include <QAction>
 #include <QMenu>

@@ -6,6 +6,8 @@
 
 namespace rv52 {
 
+struct NewTable;
+
 // The chart and the grid, which are always shown and hidden together.
 class TableView {
  public:
@@ -37,6 +39,8 @@ class Shell {
 
     virtual void ShowPortPanel() = 0;
     virtual void HidePortPanel() = 0;
+    // The New Table dialog, modal; returns when it has been closed.
+    virtual void ShowNewTable(NewTable& newTable) = 0;
     // The module parameters dialog, modal; returns when it has been closed.
     virtual void ShowModParams() = 0;
     virtual void OpenHelp(const std::string& path) = 0;

@@ -1,6 +1,7 @@
 #include "table/GridView.h"
 
 #include "app/Session.h"
+#include "platform/qt/ControlFont.h"
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 #include "table/GridCursor.h"
@@ -27,17 +28,6 @@ bool StartsTyping(const QKeyEvent& event) {
     return letter.isPrint() && !letter.isSpace();
 }
 
-QFont GridFont() {
-    QFont font;
-    font.setFamilies({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
-                      QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
-                      QStringLiteral("Helvetica")});
-    font.setStyleHint(QFont::SansSerif);
-    font.setWeight(QFont::Normal);
-    font.setPointSizeF(8.25);
-    return font;
-}
-
 }  // namespace
 
 GridView::GridView(Session& session, Dispatch dispatch, RunCommand runCommand, QWidget* parent)
@@ -61,7 +51,7 @@ void GridView::Dress() {
     setObjectName(QStringLiteral("VSFlexGrid1"));
     setAccessibleName(tr("Advance table"));
     setToolTip(tr("Click to select or double click to edit cell"));
-    setFont(GridFont());
+    setFont(ControlFont());
     setHorizontalHeader(new GridHeader(Qt::Horizontal, this));
     setVerticalHeader(new GridHeader(Qt::Vertical, this));
     setItemDelegate(new GridDelegate(this));

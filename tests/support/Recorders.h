@@ -4,6 +4,7 @@
 #include "platform/Storage.h"
 #include "platform/Views.h"
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -39,6 +40,10 @@ class RecordingShell : public Shell {
     void HideProgress() override { progressShown = false; }
     void ShowPortPanel() override { portPanelShown = true; }
     void HidePortPanel() override { portPanelShown = false; }
+    void ShowNewTable(NewTable& newTable) override {
+        ++newTableDialogs;
+        if (whileNewTableOpen) whileNewTableOpen(newTable);
+    }
     void ShowModParams() override { ++modParamsShown; }
     void OpenHelp(const std::string& path) override { helpOpened.push_back(path); }
     void CloseWindows() override { closed = true; }
@@ -55,6 +60,8 @@ class RecordingShell : public Shell {
     bool progressShown = false;
     std::vector<Progress> progress;
     bool portPanelShown = false;
+    int newTableDialogs = 0;
+    std::function<void(NewTable&)> whileNewTableOpen;
     int modParamsShown = 0;
     std::vector<std::string> helpOpened;
     bool closed = false;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/qt/Twips.h"
+
+#include <QFont>
+
+namespace rv52 {
+
+// The controls' font: "MS Sans Serif" of 8.25 points, or its nearest of kin.
+inline QFont ControlFont() {
+    QFont font;
+    font.setFamilies({QStringLiteral("MS Sans Serif"), QStringLiteral("Microsoft Sans Serif"),
+                      QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
+                      QStringLiteral("Helvetica")});
+    font.setStyleHint(QFont::SansSerif);
+    font.setWeight(QFont::Normal);
+    font.setPointSizeF(8.25);
+    return font;
+}
+
+// The same for forms whose controls stand at fixed places, sized as those are: on a desktop that magnifies
+// its fonts alone, texts would outgrow their places.
+inline QFont FormFont() {
+    constexpr double height = 165;  // 8.25 points in twips
+    auto font = ControlFont();
+    font.setPixelSize(ToPixels(height));
+    return font;
+}
+
+}  // namespace rv52

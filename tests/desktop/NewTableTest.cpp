@@ -1,0 +1,210 @@
+#include "platform/qt/Twips.h"
+#include "support/IdleLine.h"
+#include "support/ShownTable.h"
+#include "support/TestSession.h"
+#include "table/NewTableDialog.h"
+
+#include <QAccessible>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+#include <QSlider>
+#include <QStyle>
+#include <QStyleOptionSlider>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+namespace rv52 {
+namespace {
+
+class NewTableDialogTest : public testing::Test {
+ protected:
+    void Open(const char* type) {
+        test_.prompts.ExpectText({"Enter table type (Race or EX)", "Create New Advance Table", "Race"}, type);
+        ASSERT_TRUE(OpenNewTable(session_, newTable_));
+        dialog_ = std::make_unique<NewTableDialog>(session_, newTable_, [](const auto& event) { event(); });
+        dialog_->show();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
+    }
+
+    template <class Widget = QWidget>
+    Widget& Find(const char* name) const {
+        return *dialog_->findChild<Widget*>(QString::fromLatin1(name));
+    }
+    QSlider& Timing() const { return Find<QSlider>("sldInitTiming"); }
+    QSlider& Slope() const { return Find<QSlider>("sldAdvSlope"); }
+    QString Text(const char* label) const { return Find<QLabel>(label).text(); }
+    void ExpectTiming(int setting) const {
+        EXPECT_EQ(Timing().value(), 9 - setting);
+        EXPECT_EQ(Timing().sliderPosition(), 9 - setting);
+        EXPECT_EQ(newTable_.InitTiming, setting);
+        EXPECT_EQ(Text("lblInitTimingVal"), QString::number(setting));
+    }
+
+    static void Key(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+    static void Wheel(QSlider& slider, int notches) {
+        const QPointF place = slider.rect().center();
+        QWheelEvent turn(place, slider.mapToGlobal(place), {}, {0, 120 * notches}, Qt::NoButton,
+                         Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&slider, &turn);
+    }
+    static QPoint Handle(const QSlider& slider) {
+        QStyleOptionSlider option;
+        option.initFrom(&slider);
+        option.orientation = Qt::Vertical;
+        option.maximum = slider.maximum();
+        option.sliderPosition = option.sliderValue = slider.sliderPosition();
+        option.tickPosition = slider.tickPosition();
+        option.tickInterval = slider.tickInterval();
+        return slider.style()
+            ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider)
+            .center();
+    }
+
+    test::IdleLine line_;
+    test::TestSession test_{line_};
+    Session& session_ = test_.session;
+    NewTable newTable_;
+    std::unique_ptr<NewTableDialog> dialog_;
+};
+
+TEST_F(NewTableDialogTest, StandsWhereItIsDrawn) {
+    Open("Race");
+    const struct {
+        const char* name;
+        const char* parent;
+        Rectangle twips;
+    } controls[] = {{"lblInitTmg", "frmNewTable", {120, 120, 1455, 495}},
+                    {"fraInitTiming", "frmNewTable", {360, 600, 855, 2295}},
+                    {"lblAdvSlp", "frmNewTable", {1800, 120, 1455, 495}},
+                    {"fraAdvSlope", "frmNewTable", {2040, 600, 855, 2295}},
+                    {"lblInitTimingVal", "fraInitTiming", {240, 240, 375, 375}},
+                    {"sldInitTiming", "fraInitTiming", {240, 600, 495, 1575}},
+                    {"lblAdvSlopeVal", "fraAdvSlope", {240, 240, 375, 375}},
+                    {"sldAdvSlope", "fraAdvSlope", {240, 600, 495, 1575}},
+                    {"cmdUpdate", "frmNewTable", {240, 3120, 1095, 495}},
+                    {"cmdOK", "frmNewTable", {1920, 3120, 1095, 495}}};
+    for (const auto& one : controls) {
+        const auto& control = Find(one.name);
+        EXPECT_EQ(control.geometry(), ToPixels(one.twips)) << one.name;
+        EXPECT_EQ(control.parentWidget()->objectName(), QString::fromLatin1(one.parent)) << one.name;
+    }
+    EXPECT_EQ(dialog_->size(), QSize(3780 / 15, 3825 / 15));
+    EXPECT_EQ(dialog_->windowTitle(), QStringLiteral("Corvane RV52 - New Table"));
+    const auto offCentre = dialog_->frameGeometry().center() - dialog_->screen()->geometry().center();
+    EXPECT_LE(offCentre.manhattanLength(), 2);
+
+    for (const auto* name : {"lblInitTmg", "lblAdvSlp"}) {
+        const auto& label = Find<QLabel>(name);
+        EXPECT_LE(label.heightForWidth(label.width()), label.height()) << name << " is clipped";
+    }
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&Timing())->text(QAccessible::Name),
+              QStringLiteral("Initial Timing Switch Setting"));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&Slope())->text(QAccessible::Name),
+              QStringLiteral("Advance Slope Switch Setting"));
+}
+
+TEST_F(NewTableDialogTest, KeysAloneMakeATable) {
+    Open("Race");
+    ExpectTiming(0);
+    EXPECT_EQ(Text("lblAdvSlopeVal"), QStringLiteral("0"));
+    ASSERT_EQ(QApplication::focusWidget(), &Timing());
+    for (int presses = 0; presses < 3; ++presses)
+        Key(Qt::Key_Up);
+    ExpectTiming(3);
+    Key(Qt::Key_Down);
+    ExpectTiming(2);
+    Key(Qt::Key_PageUp);
+    ExpectTiming(3);
+    Key(Qt::Key_Home);
+    ExpectTiming(9);
+    Key(Qt::Key_Up);
+    ExpectTiming(9);
+
+    Key(Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), &Slope());
+    Key(Qt::Key_Up);
+    EXPECT_EQ(newTable_.AdvSlope, 1);
+    EXPECT_EQ(Text("lblAdvSlopeVal"), QStringLiteral("1"));
+    EXPECT_FALSE(session_.state.TableShown) << "sliders alone replace nothing";
+
+    Key(Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), &Find("cmdUpdate"));
+    Key(Qt::Key_Space);
+    EXPECT_TRUE(session_.state.TableShown);
+    EXPECT_TRUE(dialog_->isVisible());
+    const auto minimum = newTable_.MinTable.GetCell({16, 1});
+    const auto maximum = newTable_.MaxTable.GetCell({16, 1});
+    EXPECT_DOUBLE_EQ(session_.table.Table().GetCell({16, 1}), (8 * minimum + maximum) / 9 + 4);
+
+    Key(Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), &Find("cmdOK"));
+    Key(Qt::Key_Space);
+    EXPECT_FALSE(dialog_->isVisible());
+}
+
+TEST_F(NewTableDialogTest, EnterIsOkAndEscapeIsTheCloseBox) {
+    Open("EX");
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(dialog_->isVisible());
+    EXPECT_FALSE(session_.state.TableShown);
+
+    dialog_->show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(dialog_.get()));
+    Timing().setFocus();
+    Key(Qt::Key_Return);
+    EXPECT_FALSE(dialog_->isVisible());
+    EXPECT_TRUE(session_.state.TableShown);
+}
+
+TEST_F(NewTableDialogTest, TheMouseMovesTheSettings) {
+    Open("Race");
+    Wheel(Timing(), 1);
+    ExpectTiming(1);
+    Wheel(Timing(), -1);
+    ExpectTiming(0);
+    const auto from = Handle(Slope());
+    QTest::mousePress(&Slope(), Qt::LeftButton, {}, from);
+    QTest::mouseMove(&Slope(), {from.x(), 0});
+    QTest::mouseRelease(&Slope(), Qt::LeftButton, {}, {from.x(), 0});
+    EXPECT_EQ(newTable_.AdvSlope, 9);
+    EXPECT_EQ(Slope().value(), 0);
+    EXPECT_LT(Handle(Slope()).y(), from.y());
+    QTest::mouseClick(&Find("cmdOK"), Qt::LeftButton);
+    EXPECT_TRUE(session_.state.TableShown);
+    EXPECT_FALSE(dialog_->isVisible());
+}
+
+TEST_F(NewTableDialogTest, AnExTablesTimingStopsAtFive) {
+    Open("EX");
+    for (int presses = 0; presses < 7; ++presses)
+        Key(Qt::Key_Up);
+    ExpectTiming(5);
+    Key(Qt::Key_Home);
+    ExpectTiming(5);
+    Timing().setValue(9);
+    for (int notches = 0; notches < 7; ++notches)
+        Wheel(Timing(), 1);
+    ExpectTiming(5);
+
+    Timing().setValue(9);
+    const auto bottom = Handle(Timing());
+    QTest::mousePress(&Timing(), Qt::LeftButton, {}, bottom);
+    for (int y = bottom.y(); y >= 0; y -= 5) {
+        QTest::mouseMove(&Timing(), {bottom.x(), y});
+        EXPECT_GE(Timing().sliderPosition(), 4) << "felt while dragging";
+    }
+    ExpectTiming(5);
+    QTest::mouseRelease(&Timing(), Qt::LeftButton, {}, {bottom.x(), 0});
+    ExpectTiming(5);
+    QTest::mouseClick(&Timing(), Qt::LeftButton, {}, {bottom.x(), 2});
+    ExpectTiming(5);
+
+    Slope().setValue(0);
+    EXPECT_EQ(newTable_.AdvSlope, 9) << "the slope has no stop";
+}
+
+}  // namespace
+}  // namespace rv52
