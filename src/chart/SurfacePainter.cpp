@@ -45,7 +45,10 @@ class Painter {
         bands_.push_back({band, Underside(band, colours_.background), MeshLineOn(band)});
     }
 
-    const BandColours& ColoursOf(int band) const { return bands_[static_cast<std::size_t>(band + 1)]; }
+    const BandColours& ColoursOf(int band) const {
+        const int place = band + 1;  // below the axis first
+        return bands_[static_cast<std::size_t>(place)];
+    }
 
     void Fill(const Facet& facet) {
         std::array<HeightAt, 3> corners;
