@@ -1,21 +1,14 @@
 #pragma once
 
-#include "module/ModParams.h"
+#include "module/ModParamsControls.h"
 
 #include <QDialog>
 
 #include <functional>
 
-class QCheckBox;
-class QLabel;
-class QPushButton;
-class QRadioButton;
-
 namespace rv52 {
 
-class SettingSlider;
-class TwipFrame;
-class VssFrequencyEdit;
+struct Session;
 
 // frmModParams: every control writes its parameter the moment it changes; OK only closes.
 class ModParamsDialog : public QDialog {
@@ -34,40 +27,18 @@ class ModParamsDialog : public QDialog {
     void showEvent(QShowEvent* event) override;
 
  private:
-    // A frame with a slider and the slider's value above it.
-    struct Setting {
-        TwipFrame* frame;
-        QLabel* value;
-        SettingSlider* slider;
-    };
-
-    Setting AddSetting(const char* name, const QString& title, const SliderScale& scale, double width,
-                       double height);
-    QCheckBox* AddCheckBox(const char* name, const QString& caption);
-    void Compose();
-    TwipFrame* ComposeOptions();
-    TwipFrame* ComposeModuleFrame();
-    void SetTabOrder();
     void ShowParameters();
     void ShowValues();
-    void Connect();
+    void ConnectOptions();
+    void ConnectFixedValues();
     void ConnectSliders();
-    void Accept();
+    void ConnectVssFrequency();
+    void PressOK();
     void Fit();
 
     Session& session_;
     Dispatch dispatch_;
-    QRadioButton* eepromTable_;
-    QRadioButton* flashTables_;
-    QCheckBox* fixedInitTiming_;
-    QCheckBox* fixedRPMLimit_;
-    QCheckBox* tachEnable_;
-    Setting crankRevs_;
-    Setting rearOffset_;
-    Setting initTiming_;
-    Setting rpmLimit_;
-    VssFrequencyEdit* vssFreq_;
-    QPushButton* ok_;
+    ModParamsControls controls_{*this};
 };
 
 }  // namespace rv52

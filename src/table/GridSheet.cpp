@@ -8,7 +8,7 @@ namespace rv52 {
 void GridSheet::SetUp(TableType type) {
     type_ = type;
     rows_ = rv52::RowCount(type) + 1;
-    texts_.assign(static_cast<std::size_t>(rows_ * ColumnCount()), {});
+    texts_.assign(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(ColumnCount()), {});
     cursor_ = {};
     selection_ = {};
     texts_[IndexOf({0, 0})] = "MAP/RPM";
@@ -53,7 +53,8 @@ void GridSheet::Release() {
 std::size_t GridSheet::IndexOf(GridCell at) const {
     if (at.row < 0 || at.row >= rows_ || at.column < 0 || at.column > kColumnCount)
         throw std::logic_error("no such cell in the grid");
-    return static_cast<std::size_t>(at.row * (kColumnCount + 1) + at.column);
+    return static_cast<std::size_t>(at.row) * static_cast<std::size_t>(ColumnCount()) +
+           static_cast<std::size_t>(at.column);
 }
 
 void GridSheet::Notify(Change change) {

@@ -138,7 +138,7 @@ void GridView::contextMenuEvent(QContextMenuEvent* event) {
 
 void GridView::focusInEvent(QFocusEvent* event) {
     // Not the item view's own, which would make the first cell current: after loading none is.
-    QAbstractScrollArea::focusInEvent(event);
+    QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
 }
 
