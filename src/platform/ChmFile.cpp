@@ -3,6 +3,10 @@
 #include "platform/Failure.h"
 #include "table/Text.h"
 
+#include <QCryptographicHash>
+#include <QFile>
+
+#include <algorithm>
 #include <chm_lib.h>
 #include <filesystem>
 
@@ -12,6 +16,21 @@ namespace {
 
 // A page or a picture; whatever claims to be larger comes from a damaged directory.
 constexpr LONGUINT64 kLargestPart = 8U << 20;
+
+// The build ends the file with this and the checksum of all before it. A damaged file is known by that: what
+// reads it further on trusts its tables.
+constexpr const char* kSeal = "SHA-256 ";
+constexpr qsizetype kSealLength = 8 + 64 + 1;
+
+bool IsWhole(const std::string& path) {
+    QFile file(QFile::decodeName(path.c_str()));
+    if (!file.open(QIODevice::ReadOnly)) return false;
+    const auto content = file.readAll();
+    const auto seal = content.right(kSealLength);
+    const auto checksum = QCryptographicHash::hash(content.chopped(std::min(kSealLength, content.size())),
+                                                   QCryptographicHash::Sha256);
+    return seal == kSeal + checksum.toHex() + '\n';
+}
 
 struct Search {
     std::string extension;
@@ -36,7 +55,7 @@ ChmFile::ChmFile(const std::string& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
         throw FileFailure("The help file " + path + " is not there.");
-    file_.reset(chm_open(path.c_str()));
+    if (IsWhole(path)) file_.reset(chm_open(path.c_str()));
     if (!file_) throw FileFailure("The help file " + path + " is damaged or cannot be read.");
 }
 

@@ -11,7 +11,7 @@ namespace rv52 {
 // A compiled help file, opened for reading.
 class ChmFile {
  public:
-    // Throws FileFailure when the file is missing, or damaged at its head.
+    // Throws FileFailure when the file is missing, or is not byte for byte what the build made.
     explicit ChmFile(const std::string& path);
 
     // The whole content of a file inside, named by its path from the root: "/index.html". Nothing when it

@@ -128,8 +128,10 @@ TEST_F(HelpTest, SaysWhenTheFileIsMissingOrDamaged) {
     const auto content = whole.readAll();
     QByteArray wiped = content;
     wiped.fill('\0');
+    QByteArray flipped = content;
+    flipped[content.size() / 2] = static_cast<char>(flipped[content.size() / 2] ^ 1);
     for (const auto& damaged : {QByteArray(), QByteArray("no help at all"), content.left(40),
-                                content.left(600), content.left(content.size() / 2), wiped}) {
+                                content.left(600), content.chopped(1), wiped, flipped}) {
         QFile file(path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(damaged);
