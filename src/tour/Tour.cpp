@@ -1,6 +1,7 @@
 #include "tour/Tour.h"
 
 #include "app/DesktopProgram.h"
+#include "app/HelpWindow.h"
 #include "chart/ChartView.h"
 #include "platform/qt/Text.h"
 #include "table/GridView.h"
@@ -23,6 +24,9 @@ namespace {
 constexpr GridCell kEdited{4, 4};
 constexpr double kAdvance = 31.5;
 
+constexpr const char* kSplash = "splash";
+constexpr int kSplashPatience = 10000;  // ms
+
 QString TableFile(const QDir& folder) {
     return folder.filePath(QStringLiteral("tour.tbl"));
 }
@@ -33,11 +37,12 @@ Tour::Tour(DesktopProgram& program, const QString& folder)
     : program_(program), robot_(program.Window()), folder_(folder) {
     // Given a moment, the windows paint as a user sees them.
     robot_.onBox = [this](const std::string& what) {
-        if (what != "file dialog") Picture("box");
+        if (what != "file dialog" && what != kSplash) Picture("box");
     };
 }
 
 bool Tour::Run() {
+    if (!Start()) return false;
     program_.Window().activateWindow();
     Check(QTest::qWaitForWindowActive(&program_.Window()), "the main window appears");
     Picture("main-window");
@@ -47,12 +52,22 @@ bool Tour::Run() {
     SetParameters();
     SaveAndOpen();
     Upload();
+    Print();
+    Help();
     About();
     Leave();
     Check(robot_.Done(), "every expected box appeared");
     for (const auto& problem : robot_.Problems())
         std::fprintf(stderr, "PROBLEM: %s\n", problem.c_str());
     return robot_.Problems().empty();
+}
+
+bool Tour::Start() {
+    robot_.Expect(kSplash, [this](QWidget& splash) {
+        PictureOf(splash, "splash");
+        Check(QTest::qWaitFor([&] { return !splash.isVisible(); }, kSplashPatience), "the splash goes away");
+    });
+    return program_.Start();
 }
 
 void Tour::Download() {
@@ -152,6 +167,30 @@ void Tour::Upload() {
     Say("Uploaded, verified, and read back from the module");
 }
 
+void Tour::Print() {
+    const auto chart = folder_.filePath(QStringLiteral("report-chart.pdf"));
+    const auto table = folder_.filePath(QStringLiteral("report-table.pdf"));
+    for (const auto& page : {chart, table})
+        QFile::remove(page);
+    robot_.ExpectInput("Guided tour");
+    robot_.ExpectFile(FromQt(chart));
+    robot_.ExpectFile(FromQt(table));
+    robot_.Choose("mnuFile", "mnuPrintTable");
+    Check(QFile::exists(chart) && QFile::exists(table), "both pages of the report are on disk");
+    Say("Printed the report: " + FromQt(chart) + " and " + FromQt(table));
+}
+
+void Tour::Help() {
+    robot_.Choose("mnuHelp", "mnuHelpContents");
+    auto* help = program_.Window().findChild<HelpWindow*>();
+    Check(help != nullptr && help->isVisible(), "the help is open beside the main window");
+    if (help == nullptr) return;
+    PictureOf(*help, "help");
+    QTest::keyClick(help, Qt::Key_Escape);
+    Check(!help->isVisible(), "Escape closes the help");
+    Say("Opened the help at its contents");
+}
+
 void Tour::About() {
     robot_.ExpectBox(program_.Running().state.BrandingLines.front(), "cmdOK");
     robot_.Choose("mnuHelp", "mnuAbout");
@@ -171,9 +210,18 @@ void Tour::Say(const std::string& line) const {
 
 void Tour::Picture(const char* name) {
     QApplication::processEvents();
+    Save(robot_.Picture(), name);
+}
+
+void Tour::PictureOf(QWidget& window, const char* name) {
+    QApplication::processEvents();
+    Save(window.grab().toImage(), name);
+}
+
+void Tour::Save(const QImage& picture, const char* name) {
     const auto file =
         QStringLiteral("%1-%2.png").arg(++pictures_, 2, 10, QLatin1Char('0')).arg(QLatin1String(name));
-    Check(robot_.Picture().save(folder_.filePath(file)), "a picture can be saved");
+    Check(picture.save(folder_.filePath(file)), "a picture can be saved");
 }
 
 void Tour::PictureProgress(const char* name) {

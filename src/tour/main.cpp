@@ -12,6 +12,8 @@ int main(int argc, char** argv) {
         std::fputs("usage: rv52_tour FOLDER\n", stderr);
         return 2;
     }
+    // The tour prints into its folder, never on somebody's paper.
+    qputenv("CUPS_SERVER", "/nowhere/cups.sock");
     const auto folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -19,7 +21,6 @@ int main(int argc, char** argv) {
     options.simulate = rv52::TableType::RACE;
     try {
         rv52::DesktopProgram program(options);
-        if (!program.Start()) return 1;
         const bool good = rv52::Tour(program, folder).Run();
         std::printf("Pictures and files are in %s\n", qPrintable(folder));
         return good ? 0 : 1;
