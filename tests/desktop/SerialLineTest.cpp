@@ -98,6 +98,11 @@ TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {
     devices_.Override(8, "/dev/no-such-device");
     EXPECT_EQ(FailureOf([&] { line_.Open(8); }),
               "Com8 (/dev/no-such-device) could not be opened: the device is not there.");
+    for (const auto* noLine : {"/dev/null", "/tmp"}) {
+        devices_.Override(9, noLine);
+        EXPECT_EQ(FailureOf([&] { line_.Open(9); }),
+                  std::string("Com9 (") + noLine + ") could not be opened: it is not a serial device.");
+    }
     SerialLine other(devices_);
     other.Open(7);
     EXPECT_EQ(FailureOf([&] { line_.Open(7); }),
@@ -112,10 +117,8 @@ TEST_F(SerialLineTest, ADeviceThatGoesAwayClosesTheLine) {
     line_.Open(7);
     HangUp();
     const auto start = line_.Now();
-    EXPECT_EQ(FailureOf([&] {
-                  line_.Await(1, start + 1s, Yielding::Yes);
-              }).find("Com7 (" + device_ + ") is lost: "),
-              0U);
+    EXPECT_EQ(FailureOf([&] { line_.Await(1, start + 1s, Yielding::Yes); }),
+              "Com7 (" + device_ + ") is lost: the device is gone.");
     EXPECT_LT(line_.Now() - start, 500ms);
     EXPECT_FALSE(line_.IsOpen());
     EXPECT_NE(FailureOf([&] { line_.SendByte(0x16); }), "none");

@@ -9,6 +9,8 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
+#include <system_error>
 #include <thread>
 
 namespace rv52 {
@@ -39,35 +41,38 @@ SerialLine::SerialLine(const ComDevices& devices) : devices_(devices) {
 }
 
 void SerialLine::Open(int commPort) {
-    const auto device = devices_.DeviceOf(commPort);
+    device_ = devices_.DeviceOf(commPort);
     lost_.clear();
     name_ = CommPortName(commPort);
-    if (device.empty()) throw PortFailure(name_ + " has no serial device on this computer.");
-    name_ += " (" + device + ")";
+    if (device_.empty()) throw PortFailure(name_ + " has no serial device on this computer.");
+    name_ += " (" + device_ + ")";
 
-    port_.setPortName(ToQt(device));
+    port_.setPortName(ToQt(device_));
     port_.setBaudRate(SerialSettings::kBitsPerSecond);
     port_.setDataBits(QSerialPort::Data8);
     port_.setParity(QSerialPort::NoParity);
     port_.setStopBits(QSerialPort::OneStop);
     port_.setFlowControl(QSerialPort::NoFlowControl);
     port_.setReadBufferSize(SerialSettings::kReceiveBuffer);
-    if (!port_.open(QIODevice::ReadWrite)) FailToOpen(device);
+    if (!port_.open(QIODevice::ReadWrite)) FailToOpen();
     // Devices without modem lines refuse these two; they are none the worse for it.
     port_.setDataTerminalReady(SerialSettings::kDataTerminalReady);
     port_.setRequestToSend(SerialSettings::kRequestToSend);
     counters_.Start(port_.handle());
 }
 
-void SerialLine::FailToOpen(const std::string& device) {
-    const QFileInfo file(ToQt(device));
+void SerialLine::FailToOpen() {
+    const QFileInfo file(ToQt(device_));
     const auto reason = FromQt(port_.errorString());
+    const auto noTerminal = std::generic_category().message(ENOTTY);
     if (!file.exists()) throw PortFailure(name_ + " could not be opened: the device is not there.");
     if (!file.isReadable() || !file.isWritable())
         throw PortFailure(name_ + " could not be opened: you are not permitted to use it. Join the group \"" +
                           FromQt(file.group()) + "\" and log in again.");
     if (port_.error() == QSerialPort::PermissionError)
         throw PortFailure(name_ + " could not be opened: another program is using it.");
+    if (file.isDir() || reason == noTerminal)
+        throw PortFailure(name_ + " could not be opened: it is not a serial device.");
     throw PortFailure(name_ + " could not be opened: " + reason + ".");
 }
 
@@ -88,7 +93,8 @@ void SerialLine::PortError(QSerialPort::SerialPortError error) {
         case QSerialPort::ResourceError:
         case QSerialPort::ReadError:
         case QSerialPort::WriteError:
-            lost_ = FromQt(port_.errorString());
+            // The system's own reason here is whatever call happened to notice.
+            lost_ = QFileInfo::exists(ToQt(device_)) ? "the connection broke off" : "the device is gone";
             port_.close();
             break;
         default:

@@ -30,7 +30,7 @@ class SerialLine : public Line {
 
  private:
     void RequireOpen() const;
-    [[noreturn]] void FailToOpen(const std::string& device);
+    [[noreturn]] void FailToOpen();
     void PortError(QSerialPort::SerialPortError error);
     void DeliverConditions();
 
@@ -38,6 +38,7 @@ class SerialLine : public Line {
     QSerialPort port_;
     LineCounters counters_;
     ConditionHandler handler_;
+    std::string device_;
     std::string name_;  // "Com3 (/dev/ttyS2)", for messages
     std::string lost_;  // why the device went away, while that is the reason for the port being closed
 };
