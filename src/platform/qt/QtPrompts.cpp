@@ -7,11 +7,13 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
 
 #include <array>
+#include <map>
 #include <vector>
 
 namespace rv52 {
@@ -20,23 +22,23 @@ namespace {
 
 constexpr qsizetype kLongestShown = 2000;
 constexpr int kLongestWord = 80;
+constexpr int kTitleButtons = 140;  // what a window manager puts beside a title
 
 struct Button {
     Answer answer;
-    QMessageBox::StandardButton standard;
     const char* caption;
     const char* name;
 };
 
 const Button& ButtonFor(Answer answer) {
     static constexpr std::array buttons{
-        Button{Answer::Ok, QMessageBox::Ok, "OK", "cmdOK"},
-        Button{Answer::Cancel, QMessageBox::Cancel, "Cancel", "cmdCancel"},
-        Button{Answer::Yes, QMessageBox::Yes, "&Yes", "cmdYes"},
-        Button{Answer::No, QMessageBox::No, "&No", "cmdNo"},
-        Button{Answer::Retry, QMessageBox::Retry, "&Retry", "cmdRetry"},
-        Button{Answer::Abort, QMessageBox::Abort, "&Abort", "cmdAbort"},
-        Button{Answer::Ignore, QMessageBox::Ignore, "&Ignore", "cmdIgnore"},
+        Button{Answer::Ok, "OK", "cmdOK"},
+        Button{Answer::Cancel, "Cancel", "cmdCancel"},
+        Button{Answer::Yes, "&Yes", "cmdYes"},
+        Button{Answer::No, "&No", "cmdNo"},
+        Button{Answer::Retry, "&Retry", "cmdRetry"},
+        Button{Answer::Abort, "&Abort", "cmdAbort"},
+        Button{Answer::Ignore, "&Ignore", "cmdIgnore"},
     };
     return buttons[static_cast<std::size_t>(answer)];
 }
@@ -55,6 +57,24 @@ std::vector<Answer> AnswersOf(Buttons buttons) {
             break;
     }
     return {Answer::Abort, Answer::Retry, Answer::Ignore};
+}
+
+// One role for all, so that no desktop reorders them: the message says "Abort, Retry, Ignore" and so do they.
+QPushButton* AddButton(QMessageBox& window, Answer answer) {
+    const auto& button = ButtonFor(answer);
+    auto* added = window.addButton(QString::fromLatin1(button.caption), QMessageBox::ActionRole);
+    added->setObjectName(QString::fromLatin1(button.name));
+    return added;
+}
+
+// Qt keeps a box wide enough for its text only, and a short text under a long title cuts the title.
+void MakeRoomForTitle(QMessageBox& window) {
+    auto font = window.font();
+    font.setBold(true);
+    const int width = QFontMetrics(font).horizontalAdvance(window.windowTitle()) + kTitleButtons;
+    auto* grid = qobject_cast<QGridLayout*>(window.layout());
+    if (grid != nullptr)
+        grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
 QMessageBox::Icon IconOf(Icon icon) {
@@ -116,19 +136,18 @@ Answer QtPrompts::Ask(const MessageBox& box) {
     window.setWindowTitle(ToQt(box.title));
     window.setText(ForShowing(box.text));
     window.setIcon(IconOf(box.icon));
+    MakeRoomForTitle(window);
     const auto answers = AnswersOf(box.buttons);
+    std::map<QAbstractButton*, Answer> meaning;
     for (const auto answer : answers) {
-        const auto& button = ButtonFor(answer);
-        auto* added = window.addButton(button.standard);
-        added->setText(QString::fromLatin1(button.caption));
-        added->setObjectName(QString::fromLatin1(button.name));
+        auto* button = AddButton(window, answer);
+        meaning[button] = answer;
+        if (answer == box.defaultAnswer.value_or(answers.front())) window.setDefaultButton(button);
+        if (answer == DismissAnswer(box.buttons)) window.setEscapeButton(button);
     }
-    window.setDefaultButton(ButtonFor(box.defaultAnswer.value_or(answers.front())).standard);
-    window.setEscapeButton(ButtonFor(DismissAnswer(box.buttons)).standard);
-    const auto pressed = window.exec();
-    for (const auto answer : answers)
-        if (ButtonFor(answer).standard == pressed) return answer;
-    return DismissAnswer(box.buttons);
+    window.exec();
+    const auto pressed = meaning.find(window.clickedButton());
+    return pressed != meaning.end() ? pressed->second : DismissAnswer(box.buttons);
 }
 
 std::string QtPrompts::AskText(const InputBox& box) {
