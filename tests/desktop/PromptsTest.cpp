@@ -1,6 +1,8 @@
+#include "platform/qt/FileIcons.h"
 #include "platform/qt/QtPrompts.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -68,6 +70,16 @@ TEST(PromptsTest, ABoxIsWideEnoughForItsTitle) {
     bold.setBold(true);
     const MessageBox box{"Short.", title.toStdString(), Icon::Warning, Buttons::Ok};
     EXPECT_GT(Show(box, Qt::Key_Return).width, QFontMetrics(bold).horizontalAdvance(title) + 100);
+}
+
+TEST(PromptsTest, TheFileDialogTellsKindsOfFilesWithoutOpeningThem) {
+    const FileIcons icons;
+    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/"))), QStringLiteral("Drive"));
+    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/dev"))), QStringLiteral("Folder"));
+    // Whoever looked into this one would not come back.
+    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/proc/kmsg"))), QStringLiteral("File"));
+    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/none/race.tbl"))), QStringLiteral("TBL file"));
+    EXPECT_FALSE(icons.icon(QFileInfo(QStringLiteral("/proc/kmsg"))).isNull());
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "platform/qt/QtPrompts.h"
 
+#include "platform/qt/FileIcons.h"
 #include "platform/qt/InputDialog.h"
 #include "platform/qt/Text.h"
 
@@ -169,10 +170,12 @@ std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
     if (!QDir(folder_).exists()) folder_ = QDir::homePath();
     const auto filter = ReadFilter(dialog.filter);
 
+    FileIcons icons;
     // Qt's own dialog, since a desktop's may insist on an existing file, or ask about one itself.
     QFileDialog window(Parent(), ToQt(dialog.title), folder_, filter.shown);
     window.setObjectName(forSaving ? QStringLiteral("SaveDialog") : QStringLiteral("OpenDialog"));
     window.setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
+    window.setIconProvider(&icons);
     window.setAcceptMode(forSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     window.setFileMode(QFileDialog::AnyFile);
     if (forSaving) window.setDefaultSuffix(filter.extension);
