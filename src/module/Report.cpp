@@ -23,7 +23,7 @@ std::string ChooseFont(const std::vector<std::string>& offered) {
 // Without a printer the job becomes a document that the user places. The empty text when called off.
 std::string AskDocumentPath(Session& session, const std::string& title) {
     for (;;) {
-        const auto path =
+        auto path =
             session.prompts.AskSavePath({"Save Report", "PDF documents (*.pdf)|*.pdf", title + ".pdf"});
         if (path.empty() || !session.files.Exists(path)) return path;
         const auto answer =
