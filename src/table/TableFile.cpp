@@ -46,6 +46,8 @@ template <class... Cases>
 struct Match : Cases... {
     using Cases::operator()...;
 };
+template <class... Cases>
+Match(Cases...) -> Match<Cases...>;
 
 std::string ValueText(const Key& key, TableType type, const ModuleParameters& parameters) {
     return std::visit(Match{

@@ -21,7 +21,9 @@ std::string UpperCase(std::string_view text) {
 }
 
 bool ContainsNoCase(std::string_view text, std::string_view word) {
-    return !std::ranges::search(text, word, {}, Upper, Upper).empty() || word.empty();
+    const auto same = [](char left, char right) { return Upper(left) == Upper(right); };
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), same) != text.end() ||
+           word.empty();
 }
 
 std::string_view LastCharacters(std::string_view text, std::size_t count) {
