@@ -67,9 +67,14 @@ std::vector<Menu> MenuTable() {
 
 void FillMenuBar(QMenuBar& bar, const std::function<void(CommandFunction)>& run,
                  const std::function<void()>& exit) {
+    bar.setObjectName(QStringLiteral("mnuBar"));
+    bar.setAccessibleName(QStringLiteral("Menu bar"));
     for (const auto& menu : MenuTable()) {
         auto* shown = bar.addMenu(QString::fromLatin1(menu.caption));
         shown->setObjectName(QString::fromLatin1(menu.name));
+        shown->setAccessibleName(shown->title().remove(QLatin1Char('&')));
+        // In the menu bar a menu is an item of its own.
+        shown->menuAction()->setObjectName(shown->objectName());
         for (const auto& item : menu.items) {
             auto* action = item.caption == nullptr ? shown->addSeparator()
                                                    : shown->addAction(QString::fromLatin1(item.caption));

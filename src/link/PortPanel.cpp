@@ -5,6 +5,7 @@
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
 #include <QFileInfo>
@@ -25,6 +26,7 @@ PortPanel::PortPanel(const ComDevices& devices, Actions actions, QWidget* parent
     label->setGeometry(16, 38, 44, 26);
     ports_->setObjectName(QStringLiteral("cboPort"));
     ports_->setAccessibleName(QStringLiteral("Port"));
+    ports_->view()->setAccessibleName(QStringLiteral("Ports"));
     ports_->setMaxVisibleItems(20);
     ports_->setGeometry(62, 38, 98, 26);
     for (int commPort = 1; commPort <= kHighestCommPort; ++commPort)

@@ -5,10 +5,14 @@
 #include "platform/qt/Text.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -92,6 +96,49 @@ QMessageBox::Icon IconOf(Icon icon) {
     return QMessageBox::Critical;
 }
 
+// With places to break inside endless words, such as paths; only the eye shall meet them.
+QString Breakable(const QString& text) {
+    QString broken;
+    int run = 0;
+    for (const auto character : text) {
+        run = character.isSpace() ? 0 : run + 1;
+        if (run > kLongestWord) {
+            broken += QChar(0x200B);  // may break here, takes no room
+            run = 1;
+        }
+        broken += character;
+    }
+    return broken;
+}
+
+const char* NameOf(Icon icon) {
+    static constexpr std::array names{"", "Information", "Warning", "Critical"};
+    return names[static_cast<std::size_t>(icon)];
+}
+
+void NameLabel(const QMessageBox& window, const char* label, const QString& name) {
+    if (auto* found = window.findChild<QLabel*>(QString::fromLatin1(label))) found->setAccessibleName(name);
+}
+
+void NameList(const QFileDialog& window, const char* list, const QString& name) {
+    auto* found = window.findChild<QComboBox*>(QString::fromLatin1(list));
+    if (found == nullptr) return;
+    found->setAccessibleName(name);
+    found->view()->setAccessibleName(name);
+}
+
+// The toolkit calls a drop-down list by what is chosen in it, and its buttons nothing at all.
+void NameParts(const QFileDialog& window) {
+    NameList(window, "lookInCombo", QFileDialog::tr("Look in:"));
+    NameList(window, "fileTypeCombo", QFileDialog::tr("Files of type:"));
+    const auto* buttons = window.findChild<QDialogButtonBox*>();
+    if (buttons == nullptr) return;
+    for (auto* button : buttons->buttons()) {
+        const bool rejects = buttons->buttonRole(button) == QDialogButtonBox::RejectRole;
+        button->setObjectName(QString::fromLatin1(ButtonFor(rejects ? Answer::Cancel : Answer::Ok).name));
+    }
+}
+
 // "Advance table files (*.tbl)|*.tbl" as Qt wants it, and the extension that a bare name gets.
 struct Filter {
     QString shown;
@@ -112,18 +159,8 @@ Filter ReadFilter(const std::string& filter) {
 QString ForShowing(const std::string& text) {
     auto shown = ToQt(text);
     shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    if (shown.size() > kLongestShown) shown = shown.left(kLongestShown) + QChar(0x2026);
-    QString broken;
-    int run = 0;
-    for (const auto character : shown) {
-        run = character.isSpace() ? 0 : run + 1;
-        if (run > kLongestWord) {
-            broken += QChar(0x200B);  // may break here, takes no room
-            run = 1;
-        }
-        broken += character.isNull() ? QChar(0xFFFD) : character;
-    }
-    return broken;
+    shown.replace(QChar(), QChar(0xFFFD));
+    return shown.size() > kLongestShown ? shown.left(kLongestShown) + QChar(0x2026) : shown;
 }
 
 QWidget* QtPrompts::Parent() const {
@@ -135,9 +172,12 @@ Answer QtPrompts::Ask(const MessageBox& box) {
     window.setObjectName(QStringLiteral("MessageBox"));
     window.setTextFormat(Qt::PlainText);
     window.setWindowTitle(ToQt(box.title));
-    window.setText(ForShowing(box.text));
+    const auto text = ForShowing(box.text);
+    window.setText(Breakable(text));
     window.setIcon(IconOf(box.icon));
     MakeRoomForTitle(window);
+    NameLabel(window, "qt_msgbox_label", text);
+    NameLabel(window, "qt_msgboxex_icon_label", QString::fromLatin1(NameOf(box.icon)));
     const auto answers = AnswersOf(box.buttons);
     std::map<QAbstractButton*, Answer> meaning;
     for (const auto answer : answers) {
@@ -180,6 +220,7 @@ std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
     window.setFileMode(QFileDialog::AnyFile);
     if (forSaving) window.setDefaultSuffix(filter.extension);
     if (!dialog.proposedName.empty()) window.selectFile(ToQt(dialog.proposedName));
+    NameParts(window);
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return {};
     const auto path = window.selectedFiles().first();
     folder_ = QFileInfo(path).absolutePath();

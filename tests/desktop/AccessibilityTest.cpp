@@ -1,0 +1,200 @@
+#include "app/DesktopProgram.h"
+#include "platform/qt/Text.h"
+#include "table/TableFile.h"
+#include "tour/Robot.h"
+
+#include <QAbstractButton>
+#include <QAccessible>
+#include <QDialogButtonBox>
+#include <QMenu>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <set>
+
+namespace rv52 {
+namespace {
+
+// What only holds other things, or can be used without a name.
+bool NeedsNoName(const QAccessibleInterface& at) {
+    static const std::set<QAccessible::Role> containers{
+        QAccessible::Client,      QAccessible::Pane, QAccessible::Border,    QAccessible::Splitter,
+        QAccessible::LayeredPane, QAccessible::Grip, QAccessible::Separator, QAccessible::ScrollBar};
+    const bool hiddenText = at.role() == QAccessible::StaticText && at.state().invisible;
+    return hiddenText || containers.contains(at.role()) ||
+           qobject_cast<QDialogButtonBox*>(at.object()) != nullptr;
+}
+
+using Interfaces = std::vector<QAccessibleInterface*>;
+
+void Collect(QAccessibleInterface* at, Interfaces& all) {
+    if (at == nullptr || !at->isValid()) return;
+    all.push_back(at);
+    for (int child = 0; child < at->childCount(); ++child)
+        Collect(at->child(child), all);
+}
+
+// Everything in the accessibility tree of a window, each of it named.
+Interfaces TreeOf(QWidget& window) {
+    Interfaces all;
+    Collect(QAccessible::queryAccessibleInterface(&window), all);
+    for (auto* at : all) {
+        const auto* object = at->object();
+        const auto what = object == nullptr ? std::string("part of a view")
+                                            : std::string(object->metaObject()->className()) + " " +
+                                                  FromQt(object->objectName());
+        EXPECT_TRUE(NeedsNoName(*at) || !at->text(QAccessible::Name).isEmpty())
+            << what << ", role " << at->role();
+        const bool called = qobject_cast<const QAbstractButton*>(object) != nullptr ||
+                            qobject_cast<const QAction*>(object) != nullptr;
+        EXPECT_FALSE(called && object->objectName().isEmpty()) << what << FromQt(at->text(QAccessible::Name));
+    }
+    return all;
+}
+
+std::vector<std::string> NamesOf(const Interfaces& all, QAccessible::Role role) {
+    std::vector<std::string> names;
+    for (auto* at : all)
+        if (at->role() == role) names.push_back(FromQt(at->text(QAccessible::Name)));
+    return names;
+}
+
+QAccessibleInterface* Named(const Interfaces& all, const char* objectName) {
+    for (auto* at : all)
+        if (at->object() != nullptr && at->object()->objectName() == QLatin1String(objectName)) return at;
+    ADD_FAILURE() << "nothing is called " << objectName;
+    return all.front();
+}
+
+using Names = std::vector<std::string>;
+
+// The whole program with a table of the type on screen; no module.
+class AccessibilityTest : public testing::Test {
+ protected:
+    void Start(TableType type) {
+        const auto path = FromQt(folder_.filePath(QStringLiteral("table.tbl")));
+        AdvanceTable table(type);
+        table.SetCell({1, 1}, 7);
+        table.SetCell({16, table.RowCount()}, 27.75);
+        QtFiles().ReplaceWhole(path, FormatTableFile(table, {}));
+        CommandLine options;
+        options.tableFile = path;
+        program_ = std::make_unique<DesktopProgram>(options);
+        ASSERT_TRUE(program_->Start(std::chrono::milliseconds(1)));
+        prompts_.SetParent(&program_->Window());
+        robot_ = std::make_unique<Robot>(program_->Window());
+        ASSERT_TRUE(QTest::qWaitFor([this] { return program_->Running().state.TableShown; }));
+    }
+
+    // What is in the box that ask brings; the box is then dismissed.
+    void InBox(const std::function<void()>& ask, const std::function<void(QWidget&)>& look) {
+        bool seen = false;
+        robot_->Expect("box", [&](QWidget& modal) {
+            seen = true;
+            look(modal);
+            QTest::keyClick(&modal, Qt::Key_Escape);
+        });
+        ask();
+        EXPECT_TRUE(seen);
+    }
+
+    QTemporaryDir folder_;
+    std::unique_ptr<DesktopProgram> program_;
+    std::unique_ptr<Robot> robot_;
+    QtPrompts prompts_;
+};
+
+TEST_F(AccessibilityTest, TheGridIsATableOfCellsWithTheirTexts) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        Start(type);
+        const auto all = TreeOf(program_->Window());
+        EXPECT_EQ(Named(all, "VSFlexGrid1")->role(), QAccessible::Table);
+        const auto& sheet = program_->Running().sheet;
+        Names cells;
+        Names pressures;
+        for (int row = 1; row < sheet.RowCount(); ++row) {
+            pressures.push_back(sheet.Text({row, 0}));
+            for (int column = 1; column < sheet.ColumnCount(); ++column)
+                cells.push_back(sheet.Text({row, column}));
+        }
+        EXPECT_EQ(cells[15], "27.8");
+        EXPECT_EQ(NamesOf(all, QAccessible::Cell), cells);
+        EXPECT_EQ(NamesOf(all, QAccessible::RowHeader), pressures);
+        EXPECT_EQ(NamesOf(all, QAccessible::ColumnHeader).back(), "7500");
+        EXPECT_EQ(Named(all, "VSFlexGrid1")->text(QAccessible::Description), QStringLiteral("MAP/RPM"));
+    }
+}
+
+TEST_F(AccessibilityTest, MenusAndPanelsAreNamed) {
+    Start(TableType::RACE);
+    auto& window = program_->Window();
+    window.ShowPortPanel();
+    window.ShowProgress("Reading EEPROM");
+    window.SetProgress(42);
+    const auto all = TreeOf(window);
+    const auto items = NamesOf(all, QAccessible::MenuItem);
+    EXPECT_EQ(items.size(), 4u + 14u);
+    EXPECT_EQ(Named(all, "mnuPrintSetup")->text(QAccessible::Name), QStringLiteral("Print Setup..."));
+    EXPECT_EQ(Named(all, "fraProgress1")->text(QAccessible::Name), QStringLiteral("Reading EEPROM"));
+    EXPECT_EQ(Named(all, "prgProgress1")->text(QAccessible::Value), QStringLiteral("42"));
+    EXPECT_EQ(Named(all, "fraPortSelect")->text(QAccessible::Name), QStringLiteral("Data Port Setup"));
+    EXPECT_EQ(Named(all, "lblPort")->text(QAccessible::Name), QStringLiteral("Port"));
+    EXPECT_EQ(Named(all, "cboPort")->text(QAccessible::Value), QStringLiteral("Com1"));
+    EXPECT_EQ(Named(all, "cmdPortSelectOK")->text(QAccessible::Name), QStringLiteral("OK"));
+    EXPECT_EQ(NamesOf(all, QAccessible::ListItem).size(), 255u);
+
+    auto* popup = window.findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D"));
+    ASSERT_NE(popup, nullptr);
+    EXPECT_EQ(NamesOf(TreeOf(*popup), QAccessible::MenuItem), (Names{"Copy", "Paste", "Modify"}));
+}
+
+TEST_F(AccessibilityTest, AMessageIsALabelInPlainTextToTheLetter) {
+    Start(TableType::RACE);
+    const std::string path = "/home/a tuner/" + std::string(300, 'p') + "/<b>&amp;</b> & co.tbl";
+    const auto ask = [&] {
+        prompts_.Ask({path + "\r\nFile not found.", "File Open", Icon::Warning, Buttons::RetryCancel});
+    };
+    InBox(ask, [&](QWidget& box) {
+        const auto all = TreeOf(box);
+        EXPECT_EQ(FromQt(all.front()->text(QAccessible::Name)), "File Open");
+        EXPECT_EQ(NamesOf(all, QAccessible::StaticText), Names{path + "\nFile not found."});
+        EXPECT_EQ(NamesOf(all, QAccessible::Graphic), Names{"Warning"});
+        EXPECT_EQ(Named(all, "cmdRetry")->text(QAccessible::Name), QStringLiteral("Retry"));
+        EXPECT_EQ(Named(all, "cmdCancel")->text(QAccessible::Name), QStringLiteral("Cancel"));
+        EXPECT_LT(box.width(), 1000) << "an endless word is broken for the eye";
+    });
+    InBox(
+        [&] {
+            prompts_.Ask({"Plain", "Upload To EEPROM", Icon::None, Buttons::Ok});
+        },
+        [](QWidget& box) { EXPECT_EQ(NamesOf(TreeOf(box), QAccessible::Graphic), Names{}); });
+}
+
+TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
+    Start(TableType::RACE);
+    InBox(
+        [&] {
+            prompts_.AskText({"Enter table type.", "New Table", "Race"});
+        },
+        [](QWidget& box) {
+            const auto all = TreeOf(box);
+            EXPECT_EQ(Named(all, "txtAnswer")->text(QAccessible::Name), QStringLiteral("Enter table type."));
+            EXPECT_EQ(Named(all, "txtAnswer")->text(QAccessible::Value), QStringLiteral("Race"));
+            EXPECT_EQ(NamesOf(all, QAccessible::Button), (Names{"OK", "Cancel"}));
+        });
+    const FileDialog open{"Open File", "Advance table files (*.tbl)|*.tbl"};
+    const auto look = [](const char* action) {
+        return [action](QWidget& box) {
+            const auto all = TreeOf(box);
+            EXPECT_EQ(FromQt(Named(all, "cmdOK")->text(QAccessible::Name)), action);
+            EXPECT_EQ(Named(all, "fileTypeCombo")->text(QAccessible::Value),
+                      QStringLiteral("Advance table files (*.tbl)"));
+        };
+    };
+    InBox([&] { prompts_.AskOpenPath(open); }, look("Open"));
+    InBox([&] { prompts_.AskSavePath(open); }, look("Save"));
+}
+
+}  // namespace
+}  // namespace rv52
