@@ -29,6 +29,7 @@ void RequestExit(Session& session) {
     const CommandGate::Stay stay(session.gate);
     session.view.AbandonEditor();
     Exit(session);
+    if (session.gate.SettingsPending()) Form_Resize(session);
 }
 
 void Exit(Session& session) {

@@ -86,9 +86,13 @@ TEST_F(ProgramTest, ExitAsksOnlyWithATableAndClosesThePortInAnyCase) {
     ShowSomeTable();
     line_.Open(1);
     test_.prompts.Expect(question, Answer::Cancel);
+    session_.state.LineErrorCount = 2;
+    test_.prompts.whileOpen = [this] { WindowResized(session_); };
     RequestExit(session_);
+    test_.prompts.whileOpen = nullptr;
     EXPECT_FALSE(test_.shell.closed);
     EXPECT_FALSE(line_.IsOpen());
+    EXPECT_EQ(session_.state.LineErrorCount, 0);
     EXPECT_TRUE(test_.view.shown);
 
     test_.prompts.Expect(question, Answer::Yes);
