@@ -26,6 +26,11 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
         [this](QPainter& painter, const QRectF& place) { window_.DrawChart(painter, place); });
 }
 
+// The session goes before the window, and a window that is still on screen would tell it so on its way out.
+DesktopProgram::~DesktopProgram() {
+    window_.hide();
+}
+
 bool DesktopProgram::Start(std::chrono::milliseconds splash) {
     SplashWindow(splash).Run(session_);
     QCoreApplication::setApplicationName(QStringLiteral("Corvane_RV52_Main"));

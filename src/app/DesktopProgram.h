@@ -19,6 +19,9 @@ namespace rv52 {
 class DesktopProgram {
  public:
     explicit DesktopProgram(CommandLine options);
+    ~DesktopProgram();
+    DesktopProgram(const DesktopProgram&) = delete;
+    DesktopProgram& operator=(const DesktopProgram&) = delete;
 
     // From the splash, which stays for this long, to the shown window. False when the program ends at once,
     // having said why. Throws Failure when the simulated module does not start.

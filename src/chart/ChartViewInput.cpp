@@ -3,6 +3,7 @@
 #include "chart/ChartEditing.h"
 #include "chart/ChartView.h"
 #include "chart/PlotKeys.h"
+#include "table/Numbers.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -18,7 +19,7 @@ constexpr double kNotch = 120;  // of a wheel, in eighths of a degree
 
 // A drag works in whole pixels, however finely a pointer reports.
 Point WholePixel(const QPointF& position) {
-    return {std::nearbyint(position.x()), std::nearbyint(position.y())};
+    return {RoundHalfEven(position.x()), RoundHalfEven(position.y())};
 }
 
 PressKey KeyOf(Qt::KeyboardModifiers modifiers) {

@@ -111,8 +111,9 @@ void SerialLine::Discard() {
 std::uint8_t SerialLine::ReadByte() {
     RequireOpen();
     char byte = 0;
-    if (!port_.getChar(&byte)) throw PortFailure(name_ + " gave no byte to read.");
-    return static_cast<std::uint8_t>(byte);
+    if (port_.getChar(&byte)) return static_cast<std::uint8_t>(byte);
+    Close();
+    throw PortFailure(name_ + " gave no byte to read.");
 }
 
 void SerialLine::SendByte(std::uint8_t byte) {
