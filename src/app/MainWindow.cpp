@@ -157,13 +157,17 @@ void MainWindow::changeEvent(QEvent* event) {
         Dispatch([this] { WindowResized(*session_); });
 }
 
-// The window sees every key before the control that has the focus; the key is passed on unchanged.
+// The window sees every key before the control that has the focus; the key is passed on unchanged. A key that
+// repeats was pressed elsewhere: an Escape held down since it closed a box ends nothing here.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == client_ && event->type() == QEvent::Resize) {
         Dispatch([this] { WindowResized(*session_); });
-    } else if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    } else if (event->type() == QEvent::KeyPress) {
+        const auto* key = static_cast<QKeyEvent*>(event);
         const auto* widget = qobject_cast<QWidget*>(watched);
-        if (widget != nullptr && widget->window() == this) Dispatch([this] { EscapePressed(*session_); });
+        const bool here = widget != nullptr && widget->window() == this;
+        if (here && key->key() == Qt::Key_Escape && !key->isAutoRepeat())
+            Dispatch([this] { EscapePressed(*session_); });
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -198,6 +198,15 @@ TEST_F(MainWindowTest, EscapeEndsAReadAndNoSecondCommandStartsDuringIt) {
     EXPECT_FALSE(program_->Running().line.IsOpen());
 }
 
+TEST_F(MainWindowTest, AnEscapeHeldDownSinceItClosedABoxEndsNothing) {
+    Start();
+    Meanwhile("Reading EEPROM", 10, [this] {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QString(), true);
+        QApplication::sendEvent(&Window(), &held);
+    });
+    Download();
+}
+
 TEST_F(MainWindowTest, EscapeDuringProgrammingChangesNothingAndClosingWaits) {
     Start();
     Download();
