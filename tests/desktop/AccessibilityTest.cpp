@@ -6,7 +6,9 @@
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QMenu>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -194,6 +196,9 @@ TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
     };
     InBox([&] { prompts_.AskOpenPath(open); }, look("Open"));
     InBox([&] { prompts_.AskSavePath(open); }, look("Save"));
+    const auto settings = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList())
+        << "the toolkit's dialogs remember nothing";
 }
 
 }  // namespace

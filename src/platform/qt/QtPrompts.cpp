@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -163,7 +164,9 @@ QString ForShowing(const std::string& text) {
     return shown.size() > kLongestShown ? shown.left(kLongestShown) + QChar(0x2026) : shown;
 }
 
+// On top of the dialog that it comes from, else on the main window.
 QWidget* QtPrompts::Parent() const {
+    if (auto* modal = QApplication::activeModalWidget()) return modal;
     return parent_ != nullptr && parent_->isVisible() ? parent_ : nullptr;
 }
 
