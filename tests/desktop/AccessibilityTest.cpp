@@ -201,5 +201,19 @@ TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
         << "the toolkit's dialogs remember nothing";
 }
 
+TEST_F(AccessibilityTest, TheDialogsOfTheMenusAreNamed) {
+    Start(TableType::RACE);
+    const auto look = [](const char* name) {
+        return [name](QWidget& dialog) {
+            EXPECT_EQ(dialog.objectName(), QLatin1String(name));
+            EXPECT_GT(TreeOf(dialog).size(), 5u);
+        };
+    };
+    InBox([this] { robot_->Choose("mnuEdit", "mnuEditModParams"); }, look("frmModParams"));
+    robot_->ExpectBox("Save advance table", "cmdNo");
+    robot_->ExpectInput("Race");
+    InBox([this] { robot_->Choose("mnuFile", "mnuNewTable"); }, look("frmNewTable"));
+}
+
 }  // namespace
 }  // namespace rv52
