@@ -62,7 +62,8 @@ void MainWindow::Run(const std::function<void(Session&)>& command) {
 }
 
 void MainWindow::SetCaption(const std::string& caption) {
-    setWindowTitle(ToQt(caption));
+    // Doubled, Qt's mark for unsaved changes stands for itself: a file may be named so.
+    setWindowTitle(ToQt(caption).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]")));
 }
 
 WindowSize MainWindow::InnerSize() const {

@@ -2,12 +2,14 @@
 #include "module/ModParamsDialog.h"
 #include "support/ShownTable.h"
 #include "table/GridView.h"
+#include "table/Numbers.h"
 #include "tour/Robot.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTest>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -98,6 +100,43 @@ TEST_F(ShapingTest, NoCommandStartsOnARefusedText) {
     robot_.ExpectBox("Save advance table before exiting?", "cmdNo");
     Window().close();
     EXPECT_FALSE(Window().isVisible());
+}
+
+TEST_F(ShapingTest, MakesATableWithoutAMouse) {
+    Show(TableType::RACE, 30);
+    Running().state.ModuleParameters.RearOffset = 3;
+    const auto use = [&](QWidget& dialog) {
+        const auto press = [](Qt::Key key, int times = 1) {
+            while (times-- > 0)
+                QTest::keyClick(QApplication::focusWidget(), key);
+        };
+        EXPECT_EQ(dialog.objectName(), QStringLiteral("frmNewTable"));
+        dialog.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        EXPECT_FALSE(grid_->isVisible());
+        press(Qt::Key_Up, 7);
+        press(Qt::Key_Tab);
+        press(Qt::Key_Up, 9);
+        press(Qt::Key_Tab);
+        press(Qt::Key_Space);
+        EXPECT_TRUE(grid_->isVisible()) << "Update shows the table beside the dialog";
+        press(Qt::Key_Escape);
+        EXPECT_FALSE(dialog.isVisible());
+    };
+    robot_.ExpectBox("Save advance table before closing file?", "cmdNo");
+    robot_.ExpectInput("ex");
+    robot_.Expect("New Table", use);
+    robot_.Choose("mnuFile", "mnuNewTable");
+    EXPECT_EQ(Running().table.Table(), Running().state.ExMaxTable);
+    EXPECT_EQ(Text({11, 16}), FormatTenths(Running().state.ExMaxTable.GetCell({16, 1})));
+    EXPECT_EQ(Running().state.ModuleParameters.RearOffset, 0);
+    EXPECT_EQ(Running().sheet.Cursor(), (GridCell{3, 3}));
+    EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 Version 8.1"));
+}
+
+TEST_F(ShapingTest, ShowsAnyFilesNameInTheCaption) {
+    Window().SetCaption("Corvane RV52 - my [*] table.tbl");
+    EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 - my [*] table.tbl"));
 }
 
 TEST_F(ShapingTest, SetsModuleParametersWithoutAMouse) {
