@@ -1,3 +1,4 @@
+#include "module/EepromImage.h"
 #include "platform/Failure.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
@@ -50,6 +51,31 @@ TEST(TableFileTest, ReadsBackWhatItWrote) {
         parameters.FlagByte = 0;
         EXPECT_EQ(read.parameters, parameters);
         EXPECT_EQ(read.type, type);
+    }
+}
+
+TEST(TableFileTest, CarriesEveryByteOfAModule) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        for (unsigned shift = 0; shift < 256; ++shift) {
+            EepromBuffer image{};
+            for (std::size_t index = 0; index < image.size(); ++index)
+                image[index] = static_cast<std::uint8_t>(index + shift);
+            ModuleParameters parameters;
+            const auto table = DecodeEepromImage(image, type, parameters);
+
+            const auto file = FormatTableFile(table, parameters);
+            const auto read = Read(file);
+            const auto back = ParseTableBlock(file, read.type);
+            ASSERT_EQ(back, table);
+            parameters.FlagByte = 0;  // the flags that the file does not know
+            auto expected = image;
+            auto restored = image;
+            EncodeEepromImage(table, parameters, type, expected);
+            EncodeEepromImage(*back, read.parameters, type, restored);
+            ASSERT_EQ(restored, expected) << shift;
+            ModuleParameters ignored;
+            ASSERT_EQ(DecodeEepromImage(restored, type, ignored), table) << shift;
+        }
     }
 }
 
