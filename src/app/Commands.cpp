@@ -3,6 +3,7 @@
 #include "app/Branding.h"
 #include "app/FormResize.h"
 #include "app/Session.h"
+#include "chart/ChartEditing.h"
 #include "table/FileCommands.h"
 
 namespace rv52 {
@@ -13,6 +14,7 @@ void RunCommand(Session& session, const std::function<void(Session&)>& command) 
     {
         const CommandGate::Stay stay(session.gate);
         if (!session.view.CommitEditor()) return;
+        ChartDragLost(session);  // commands read the grid's texts, which lag behind a drag
         command(session);
         if (session.gate.SettingsPending()) Form_Resize(session);
         close = session.gate.ClosePending();

@@ -39,7 +39,7 @@ ChartView::ChartView(Session& session, Dispatch dispatch, QWidget* parent)
     // It paints all of itself: what is under it is never painted first.
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
-    setFocusPolicy(Qt::StrongFocus);
+    setFocusPolicy(Qt::TabFocus);                  // a press takes it too, once an open edit has ended
     setContextMenuPolicy(Qt::PreventContextMenu);  // the right button turns the plot
     label_->setObjectName(QStringLiteral("lblChartValue"));
     label_->setTextFormat(Qt::PlainText);
@@ -140,8 +140,12 @@ void ChartView::paintEvent(QPaintEvent*) {
     dispatch_([this] { Paint(); });
 }
 
+// The mouse's way to a value is measured on the plot as it was.
 void ChartView::resizeEvent(QResizeEvent*) {
-    dispatch_([this] { Renew(); });
+    dispatch_([this] {
+        DropDrags();
+        Renew();
+    });
 }
 
 void ChartView::changeEvent(QEvent* event) {

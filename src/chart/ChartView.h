@@ -67,9 +67,10 @@ class ChartView : public QWidget {
     bool CanMovePlot();
     void StartPlotDrag(PlotDrag::Kind kind, Point mouse);
     void PressLeft(Point mouse, Qt::KeyboardModifiers modifiers);
-    void Move(Point mouse);
+    void Move(Point mouse, Qt::MouseButtons buttons);
     void Hover(std::optional<Point> mouse);
     void DropDrags();
+    void DropGrab();
 
     Session& session_;
     Dispatch dispatch_;

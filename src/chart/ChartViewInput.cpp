@@ -29,7 +29,7 @@ PressKey KeyOf(Qt::KeyboardModifiers modifiers) {
 
 std::optional<Cell> CellNear(const std::optional<Scene>& scene, Point mouse) {
     if (!scene) return std::nullopt;
-    const auto nearest = NearestVisible(scene->mesh, mouse, kPickRadius);
+    const auto nearest = NearestVisible(scene->mesh, scene->areas.plotting, mouse, kPickRadius);
     return nearest ? std::optional(nearest->cell) : std::nullopt;
 }
 
@@ -42,6 +42,8 @@ bool ChartView::CanMovePlot() {
 void ChartView::StartPlotDrag(PlotDrag::Kind kind, Point mouse) {
     if (!CanMovePlot()) return;
     plotDrag_.emplace(kind, mouse);
+    hover_.reset();
+    update();
     setCursor(kind == PlotDrag::Kind::Shift ? Qt::ClosedHandCursor : Qt::SizeAllCursor);
 }
 
@@ -53,19 +55,25 @@ void ChartView::PressLeft(Point mouse, Qt::KeyboardModifiers modifiers) {
     grab_.reset();
     if (session_.gesture.kind == ChartGesture::Kind::None) return;
     const auto cell = session_.gesture.PickedCell();
-    grab_ = Grab{cell, session_.table.Table().GetCell(cell), mouse};
+    // A point beyond the axis is drawn near its end: that is what is taken, so that it leaves its limit as
+    // soon as the mouse does. A shift is the way from the value itself.
+    const bool point = session_.gesture.kind == ChartGesture::Kind::Point;
+    const double value = point ? Shown()->mesh.At(cell).height : session_.table.Table().GetCell(cell);
+    grab_ = Grab{cell, value, mouse};
     hover_.reset();
     update();
 }
 
-void ChartView::Move(Point mouse) {
+void ChartView::Move(Point mouse, Qt::MouseButtons buttons) {
     if (!Shown()) return;
+    if (!buttons.testFlag(Qt::LeftButton)) DropGrab();
     if (plotDrag_) Look(plotDrag_->MovedTo(mouse, viewpoint_, scene_->areas.plot));
     if (grab_)
         ChartDrag(session_, ValueAtMouse(*grab_, mouse, scene_->projection, scene_->chartTemplate.advance));
 }
 
 void ChartView::Hover(std::optional<Point> mouse) {
+    if (plotDrag_ || grab_) return;
     const auto cell = mouse && !session_.gate.Busy() ? CellNear(Shown(), *mouse) : std::nullopt;
     if (cell)
         setCursor(Qt::SizeVerCursor);
@@ -76,9 +84,13 @@ void ChartView::Hover(std::optional<Point> mouse) {
     update();
 }
 
-// A message box or a hidden chart can take the button's release away.
+// A menu, a message box or a hidden chart can take the button's release away.
 void ChartView::DropDrags() {
     plotDrag_.reset();
+    DropGrab();
+}
+
+void ChartView::DropGrab() {
     if (!grab_) return;
     grab_.reset();
     ChartDragLost(session_);
@@ -92,6 +104,11 @@ void ChartView::leaveEvent(QEvent*) {
 void ChartView::mousePressEvent(QMouseEvent* event) {
     const auto mouse = WholePixel(event->position());
     dispatch_([&] {
+        // The focus goes over only once an open edit has ended: taking it first would have a refused text
+        // judged twice.
+        if (!session_.view.CommitEditor()) return;
+        setFocus(Qt::MouseFocusReason);
+        if (event->buttons() == event->button()) DropDrags();
         if (event->button() == Qt::LeftButton) PressLeft(mouse, event->modifiers() & ~Qt::KeypadModifier);
         if (event->button() == Qt::RightButton) StartPlotDrag(PlotDrag::Kind::Turn, mouse);
         if (event->button() == Qt::MiddleButton) StartPlotDrag(PlotDrag::Kind::Shift, mouse);
@@ -101,7 +118,7 @@ void ChartView::mousePressEvent(QMouseEvent* event) {
 void ChartView::mouseMoveEvent(QMouseEvent* event) {
     const auto mouse = WholePixel(event->position());
     dispatch_([&] {
-        if (event->buttons() != Qt::NoButton) return Move(mouse);
+        if (event->buttons() != Qt::NoButton) return Move(mouse, event->buttons());
         DropDrags();
         Hover(mouse);
     });

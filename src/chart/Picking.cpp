@@ -8,12 +8,12 @@
 
 namespace rv52 {
 
-std::optional<NearestPoint> NearestVisible(const Mesh& mesh, Point place, double radius) {
+std::optional<NearestPoint> NearestVisible(const Mesh& mesh, const Area& shown, Point place, double radius) {
     std::vector<NearestPoint> near;
     ForEachCell(mesh.Type(), [&](Cell cell) {
-        const Point offset = mesh.At(cell).at - place;
-        const double distance = std::hypot(offset.x, offset.y);
-        if (distance < radius) near.push_back({cell, distance});
+        const Point at = mesh.At(cell).at;
+        const double distance = std::hypot(at.x - place.x, at.y - place.y);
+        if (distance < radius && shown.Contains(AreaAround(at, {}))) near.push_back({cell, distance});
     });
     std::ranges::stable_sort(near, {}, &NearestPoint::distance);
     const auto found =

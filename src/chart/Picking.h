@@ -14,9 +14,10 @@ struct NearestPoint {
     double distance = 0;  // in units of the drawing surface
 };
 
-// The data point nearest to a place among those that can be seen: what the surface hides is not there to
-// be picked. Nothing when no point can be seen within the radius.
-std::optional<NearestPoint> NearestVisible(const Mesh& mesh, Point place, double radius);
+// The data point nearest to a place among those that can be seen: what the surface hides, or what lies
+// outside the part that is shown, is not there to be picked. Nothing when no point can be seen within the
+// radius.
+std::optional<NearestPoint> NearestVisible(const Mesh& mesh, const Area& shown, Point place, double radius);
 
 // A data point taken with the mouse.
 struct Grab {

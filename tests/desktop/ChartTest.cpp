@@ -244,6 +244,55 @@ TEST_F(ChartTest, TheValueLabelIsReadAloudAndStaysInside) {
     EXPECT_EQ(view.objectName(), QStringLiteral("Chart3D1"));
 }
 
+// The mouse of a clumsy hand: another button takes over when the left one's release was swallowed.
+TEST_F(ChartTest, OnlyTheLeftButtonDragsAPoint) {
+    Show(TableType::RACE);
+    const auto cell = AVisibleCell(TableType::RACE);
+    const QPoint at = PixelOf(cell);
+    QTest::mousePress(&view, Qt::LeftButton, {}, at);
+    MoveHeld(at + QPoint(0, 30));
+    const double dragged = Degrees(cell);
+    MoveHeld(at + QPoint(0, 60), Qt::RightButton);
+    EXPECT_EQ(Degrees(cell), dragged);
+    EXPECT_EQ(Text(cell), FormatTenths(dragged));
+
+    MoveHeld(PixelOf(cell), Qt::NoButton);
+    const auto seen = view.SeenFrom();
+    QTest::mousePress(&view, Qt::RightButton, {}, PixelOf(cell));
+    QMouseEvent press(QEvent::MouseButtonPress, PixelOf(cell), view.mapToGlobal(QPointF(PixelOf(cell))),
+                      Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(&view, &press);
+    EXPECT_EQ(session.gesture.kind, ChartGesture::Kind::Point) << "the right button's release was lost";
+    EXPECT_EQ(view.SeenFrom(), seen);
+}
+
+// Drawn near the end of the axis, a value far beyond it must not hold the mouse at the limit for long.
+TEST_F(ChartTest, AValueBeyondTheAxisIsTakenWhereItIsDrawn) {
+    Show(TableType::RACE);
+    const auto cell = AVisibleCell(TableType::RACE);
+    session.table.SetCell(cell, 90);
+    const QPoint at = PixelOf(cell);
+    QTest::mousePress(&view, Qt::LeftButton, {}, at);
+    EXPECT_EQ(session.chart.Label().text, "90.0");
+    MoveHeld(at + QPoint(0, 1));
+    EXPECT_EQ(Degrees(cell), 45);
+    MoveHeld(at + QPoint(0, PixelsFor(10)));
+    EXPECT_NEAR(Degrees(cell), 37.5, 0.5);
+}
+
+TEST_F(ChartTest, ARefusedEditKeepsTheFocusFromAPress) {
+    Show(TableType::RACE);
+    const auto cell = AVisibleCell(TableType::RACE);
+    view.clearFocus();
+    test.view.editorAccepts = false;
+    QTest::mouseClick(&view, Qt::LeftButton, {}, PixelOf(cell));
+    EXPECT_FALSE(view.hasFocus());
+    EXPECT_FALSE(session.gesture.Picked());
+    test.view.editorAccepts = true;
+    QTest::mouseClick(&view, Qt::LeftButton, {}, PixelOf(cell));
+    EXPECT_TRUE(view.hasFocus());
+}
+
 // A release that a message box swallowed must not leave the next table half dragged.
 TEST_F(ChartTest, ADragEndsWhenTheChartIsHiddenOrTheButtonIsFoundUp) {
     Show(TableType::RACE);

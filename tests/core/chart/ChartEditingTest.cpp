@@ -230,6 +230,20 @@ TEST_F(ChartEditingTest, ALostReleaseLeavesGridAndTableAgreeing) {
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 20));
 }
 
+// Chosen from a menu by its keys, a command can start before the button is up.
+TEST_F(ChartEditingTest, ACommandEndsTheDragAndFindsTheGridUpToDate) {
+    ShowFlat(TableType::RACE, 20);
+    ChartPress(session, PressKey::Plain, Cell{5, 5});
+    ChartDrag(session, 30);
+    std::string found;
+    RunCommand(session, [&](Session&) { found = Text({5, 5}); });
+    EXPECT_EQ(found, "30.0");
+    EXPECT_FALSE(Label().shown);
+    ChartDrag(session, 40);
+    ChartRelease(session);
+    EXPECT_EQ(Degrees({5, 5}), 30);
+}
+
 void ExpectAgreement(const Session& session, bool withinLimits) {
     const auto& table = session.table.Table();
     ForEachCell(table.Type(), [&](Cell cell) {

@@ -250,15 +250,31 @@ TEST(VisibilityTest, ALevelSurfaceHidesNothing) {
     }
 }
 
+constexpr Area kEverywhere{-1e6, -1e6, 2e6, 2e6};
+
 TEST(PickingTest, FourteenPixelsHitAndFifteenMiss) {
     const auto scene = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
     const Point corner = scene.mesh.At({1, 1}).at;
-    const auto hit = NearestVisible(scene.mesh, corner - Point{14, 0}, kPickRadius);
+    const auto hit = NearestVisible(scene.mesh, kEverywhere, corner - Point{14, 0}, kPickRadius);
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->cell, (Cell{1, 1}));
     EXPECT_NEAR(hit->distance, 14, 1e-9);
-    EXPECT_FALSE(NearestVisible(scene.mesh, corner - Point{15, 0}, kPickRadius));
-    EXPECT_FALSE(NearestVisible(scene.mesh, corner + Point{-11, 11}, kPickRadius));
+    EXPECT_FALSE(NearestVisible(scene.mesh, kEverywhere, corner - Point{15, 0}, kPickRadius));
+    EXPECT_FALSE(NearestVisible(scene.mesh, kEverywhere, corner + Point{-11, 11}, kPickRadius));
+}
+
+TEST(PickingTest, PicksNothingOutsideThePartThatIsShown) {
+    const auto scene = SceneAt(ShippedMaximum(TableType::RACE), {28, 32, 3});
+    const auto& shown = scene.areas.plotting;
+    int outside = 0;
+    ForEachCell(TableType::RACE, [&](Cell cell) {
+        const Point at = scene.mesh.At(cell).at;
+        if (shown.Contains(AreaAround(at, {}))) return;
+        ++outside;
+        const auto picked = NearestVisible(scene.mesh, shown, at, kPickRadius);
+        EXPECT_TRUE(!picked || shown.Contains(AreaAround(scene.mesh.At(picked->cell).at, {})));
+    });
+    EXPECT_GT(outside, 20);
 }
 
 TEST(PickingTest, PicksEveryVisiblePointAndNoHiddenOne) {
@@ -266,7 +282,7 @@ TEST(PickingTest, PicksEveryVisiblePointAndNoHiddenOne) {
     for (const auto& view : ManyViews()) {
         const auto scene = SceneAt(RandomTable(TableType::EX, random), view);
         ForEachCell(TableType::EX, [&](Cell cell) {
-            const auto picked = NearestVisible(scene.mesh, scene.mesh.At(cell).at, kPickRadius);
+            const auto picked = NearestVisible(scene.mesh, kEverywhere, scene.mesh.At(cell).at, kPickRadius);
             if (IsVisible(cell, scene.mesh)) {
                 ASSERT_TRUE(picked);
                 EXPECT_NEAR(picked->distance, 0, 1e-9);
