@@ -35,8 +35,10 @@ class AxisTexts {
         texts_.insert(texts_.end(), kept.begin(), kept.end());
     }
 
-    // Beside the middle of the axis, clear of its marks; failing that, below its lower end.
+    // Beside the middle of the axis, clear of its marks; failing that, below its lower end. An axis of which
+    // a magnified plot shows no mark has no caption either.
     void AddCaption(const AxisOnEdge& axis) {
+        if (!ShowsAMark(axis)) return;
         Extent mark{0, 0};
         for (const auto& tick : axis.ticks) {
             const Extent size = measure_(tick.text);
@@ -50,7 +52,9 @@ class AxisTexts {
     }
 
     // A level text along an upright axis would need a wide margin: it stands above the axis.
-    void AddCaptionAbove(const AxisOnEdge& axis) { Slide(axis.caption, axis.ticks.back().at, {0, -1}, gap_); }
+    void AddCaptionAbove(const AxisOnEdge& axis) {
+        if (ShowsAMark(axis)) Slide(axis.caption, axis.ticks.back().at, {0, -1}, gap_);
+    }
 
     std::vector<PlacedText> Take() { return std::move(texts_); }
 
@@ -73,6 +77,11 @@ class AxisTexts {
         for (std::size_t mark = 0; mark < all.size(); mark += stride)
             if (Free(all[mark].area)) kept.push_back(all[mark]);
         return kept;
+    }
+
+    bool ShowsAMark(const AxisOnEdge& axis) const {
+        return std::ranges::any_of(
+            axis.ticks, [&](const Tick& tick) { return bounds_.Contains(AreaAround(tick.at, {})); });
     }
 
     bool TouchesBox(const Area& area) const {

@@ -46,6 +46,14 @@ TEST(LabelsTest, EveryAxisIsNamedAndNumberedFromEverySide) {
     }
 }
 
+TEST(LabelsTest, AnAxisOutOfViewIsNotNamed) {
+    const auto scene =
+        SceneOf(AdvanceTable(TableType::RACE), ShippedTemplate(TableType::RACE),
+                {.azimuth = 28, .elevation = 32, .zoom = 4, .pan = {-2, 2}}, {0, 0, 640, 360}, PlainLetters);
+    EXPECT_FALSE(Has(scene.texts, "Advance (degrees)"));
+    EXPECT_FALSE(Has(scene.texts, "MAP"));
+}
+
 TEST(LabelsTest, NumbersEveryMarkWhereThereIsRoomAndThinsThemWhereNot) {
     const auto wide = SceneAt(ShippedMaximum(TableType::EX), {28, 32, 1, {1900, 1000}});
     for (const auto* text : {"0", "500", "7500", "10", "12", "30", "5", "45"})
