@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QTest>
 
+#include <algorithm>
+
 namespace rv52 {
 
 namespace {
@@ -134,25 +136,33 @@ void Robot::Press(Qt::Key key) {
     QTest::keyClick(Focused(), key);
 }
 
+// What stands over the window, a menu or a box, is put over its picture; one larger than the window makes
+// the picture larger, never cut.
 QImage Robot::Picture() const {
-    auto picture = window_.grab().toImage();
-    auto* modal = QApplication::activeModalWidget();
-    if (modal == nullptr) return picture;
-    const auto box = modal->grab().toImage();
-    // A box larger than the window makes the picture larger, never cut.
-    const auto size = picture.size().expandedTo(box.size() + QSize(20, 20));
-    QImage both(size, QImage::Format_RGB32);
-    both.setDevicePixelRatio(1);
-    both.fill(Qt::lightGray);
-    QPainter painter(&both);
-    auto plain = [](QImage image) {
+    const auto plain = [](QWidget& widget) {
+        auto image = widget.grab().toImage();
         image.setDevicePixelRatio(1);
         return image;
     };
-    painter.drawImage(0, 0, plain(picture));
-    const QPoint at((size.width() - box.width()) / 2, (size.height() - box.height()) / 2);
-    painter.fillRect(QRect(at, box.size()).adjusted(-1, -1, 1, 1), Qt::black);
-    painter.drawImage(at, plain(box));
+    auto* menu = QApplication::activePopupWidget();
+    auto* over = menu != nullptr ? menu : QApplication::activeModalWidget();
+    const auto window = plain(*window_.window());
+    if (over == nullptr) return window;
+    const auto box = plain(*over);
+    const auto size = window.size().expandedTo(box.size() + QSize(20, 20));
+    QImage both(size, QImage::Format_RGB32);
+    both.fill(Qt::lightGray);
+    QPainter painter(&both);
+    painter.drawImage(0, 0, window);
+    QRect place(QPoint(), box.size());
+    place.moveCenter(both.rect().center());
+    if (menu != nullptr)
+        place.moveTopLeft((menu->mapToGlobal(QPoint()) - window_.mapToGlobal(QPoint())) *
+                          window_.devicePixelRatio());
+    place.moveRight(std::min(place.right(), both.width() - 2));
+    place.moveBottom(std::min(place.bottom(), both.height() - 2));
+    painter.fillRect(place.adjusted(-1, -1, 1, 1), Qt::black);
+    painter.drawImage(place.topLeft(), box);
     return both;
 }
 

@@ -6,6 +6,17 @@
 
 #include <cstdio>
 
+namespace {
+
+// A platform without a screen complains at every box about what it cannot do; the tour's own lines would
+// drown in that.
+void PassMessageOn(QtMsgType, const QMessageLogContext&, const QString& message) {
+    if (!message.startsWith(QLatin1String("This plugin does not support")))
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+}  // namespace
+
 // rv52_tour FOLDER: the guided tour, its pictures and files in FOLDER.
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -15,6 +26,7 @@ int main(int argc, char** argv) {
     // The tour prints into its folder, never on somebody's paper.
     qputenv("CUPS_SERVER", "/nowhere/cups.sock");
     const auto folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
+    qInstallMessageHandler(PassMessageOn);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     rv52::CommandLine options;
