@@ -33,6 +33,12 @@ void SleepUntil(Line::Clock end) {
     std::this_thread::sleep_until(std::chrono::steady_clock::time_point(end));
 }
 
+// Only a group that is let in helps whoever joins it.
+std::string WayIn(const QFileInfo& device) {
+    if (!device.permission(QFileDevice::ReadGroup | QFileDevice::WriteGroup)) return {};
+    return " Join the group \"" + FromQt(device.group()) + "\" and log in again.";
+}
+
 }  // namespace
 
 SerialLine::SerialLine(const ComDevices& devices) : devices_(devices) {
@@ -67,8 +73,7 @@ void SerialLine::FailToOpen() {
     const auto noTerminal = std::generic_category().message(ENOTTY);
     if (!file.exists()) throw PortFailure(name_ + " could not be opened: the device is not there.");
     if (!file.isReadable() || !file.isWritable())
-        throw PortFailure(name_ + " could not be opened: you are not permitted to use it. Join the group \"" +
-                          FromQt(file.group()) + "\" and log in again.");
+        throw PortFailure(name_ + " could not be opened: you are not permitted to use it." + WayIn(file));
     if (port_.error() == QSerialPort::PermissionError)
         throw PortFailure(name_ + " could not be opened: another program is using it.");
     if (file.isDir() || reason == noTerminal)
