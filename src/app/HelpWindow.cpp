@@ -109,6 +109,7 @@ void HelpWindow::Open(const std::string& path) {
     AddTopics(topics, contents_->invisibleRootItem());
     contents_->expandAll();
     page_->setSource(UrlOf(topics.front().page));
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();

@@ -109,6 +109,27 @@ TEST_F(HelpTest, ClosesWithEscapeAndOpensAgain) {
     EXPECT_FALSE(window_.isVisible());
 }
 
+TEST_F(HelpTest, ComesBackFromTheTaskBar) {
+    Open();
+    window_.showMinimized();
+    ASSERT_TRUE(window_.isMinimized());
+    Open();
+    EXPECT_FALSE(window_.isMinimized());
+}
+
+// None is wider than its page, which nobody likes to scroll sideways.
+TEST_F(HelpTest, ShowsItsPicturesWhole) {
+    Open();
+    int pictures = 0;
+    for (QTreeWidgetItemIterator item(&Contents()); *item != nullptr; ++item) {
+        Contents().setCurrentItem(*item);
+        QApplication::processEvents();
+        pictures += static_cast<int>(Page().toHtml().count(QStringLiteral("<img")));
+        EXPECT_EQ(Page().horizontalScrollBar()->maximum(), 0) << FromQt(Title());
+    }
+    EXPECT_GE(pictures, 5);
+}
+
 TEST_F(HelpTest, SaysWhenTheFileIsMissingOrDamaged) {
     const QTemporaryDir folder;
     const auto path = folder.filePath(QStringLiteral("help.chm"));
