@@ -47,7 +47,7 @@ class AdvanceTable {
     bool operator==(const AdvanceTable&) const = default;
 
  private:
-    std::size_t Size() const { return static_cast<std::size_t>(RowCount() * kColumnCount); }
+    std::size_t Size() const { return static_cast<std::size_t>(RowCount()) * kColumnCount; }
     std::size_t IndexOf(Cell cell) const;
 
     TableType type_;

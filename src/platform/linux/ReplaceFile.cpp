@@ -39,7 +39,7 @@ std::string Resolve(const std::string& path) {
         const auto length = ::readlink(target.c_str(), content.data(), content.size());
         if (length < 0) return target;  // no link
         const std::string next(content.data(), static_cast<std::size_t>(length));
-        target = next.starts_with('/') ? next : FolderOf(target) + next;
+        target = next.starts_with('/') ? next : FolderOf(target).append(next);
     }
     Fail(path, ELOOP);
 }
