@@ -36,10 +36,12 @@ HelpPage::HelpPage(QWidget* parent) : QTextBrowser(parent) {
     setOpenExternalLinks(false);
     setSearchPaths({});
     document()->setDocumentMargin(18);
-    // The pages have colours of their own, which are meant for white.
-    auto white = palette();
-    white.setColor(QPalette::Base, Qt::white);
-    setPalette(white);
+    // The pages have colours of their own, which are meant for white; what has none, as the bullets of lists,
+    // must not take a dark desktop's.
+    auto paper = palette();
+    paper.setColor(QPalette::Base, Qt::white);
+    paper.setColor(QPalette::Text, Qt::black);
+    setPalette(paper);
 }
 
 QVariant HelpPage::loadResource(int, const QUrl& name) {

@@ -109,6 +109,26 @@ TEST_F(HelpTest, ClosesWithEscapeAndOpensAgain) {
     EXPECT_FALSE(window_.isVisible());
 }
 
+TEST_F(HelpTest, LooksTheSameOnADarkDesktop) {
+    const auto pictures = [](HelpWindow& window) {
+        window.Open(kHelpFile);
+        auto& contents = *window.findChild<QTreeWidget*>();
+        std::vector<QImage> taken;
+        for (QTreeWidgetItemIterator item(&contents); *item != nullptr; ++item) {
+            contents.setCurrentItem(*item);
+            taken.push_back(window.findChild<HelpPage*>()->viewport()->grab().toImage());
+        }
+        return taken;
+    };
+    const auto light = pictures(window_);
+    const auto usual = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
+    HelpWindow window(nullptr);
+    const auto dark = pictures(window);
+    QApplication::setPalette(usual);
+    EXPECT_EQ(light, dark);
+}
+
 TEST_F(HelpTest, ComesBackFromTheTaskBar) {
     Open();
     window_.showMinimized();
