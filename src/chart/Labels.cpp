@@ -51,9 +51,16 @@ class AxisTexts {
             Slide(axis.caption, Lowest(axis).at, {0, 1}, 3 * gap_ + mark.height);
     }
 
-    // A level text along an upright axis would need a wide margin: it stands above the axis.
+    // A level text along an upright axis would need a wide margin: it stands above the axis, over its middle
+    // or, where the wall behind rises steeply, ending there.
     void AddCaptionAbove(const AxisOnEdge& axis) {
-        if (ShowsAMark(axis)) Slide(axis.caption, axis.ticks.back().at, {0, -1}, gap_);
+        if (!ShowsAMark(axis)) return;
+        const Extent size = measure_(axis.caption);
+        const Point top = axis.ticks.back().at;
+        for (double bottom = top.y - gap_; bottom > bounds_.top; bottom -= gap_ / 2)
+            for (const double reach : {size.width / 2, size.width})
+                if (AddWithin({top.x - reach, bottom - size.height, size.width, size.height}, axis.caption))
+                    return;
     }
 
     std::vector<PlacedText> Take() { return std::move(texts_); }
@@ -101,15 +108,23 @@ class AxisTexts {
         const Extent size = measure_(text);
         const double reach = distance + bounds_.width + bounds_.height;
         for (; distance < reach; distance += gap_ / 2) {
-            Area area = AreaAround(from + Offset(direction, size, distance), size);
+            const Area area = AreaAround(from + Offset(direction, size, distance), size);
             // Pushed back from the side of the chart it would come to lie between marks one below another.
-            if (std::abs(direction.y) > kNearlyLevel)
-                area.left = std::max(bounds_.left, std::min(area.left, bounds_.Right() - area.width));
-            if (!Free(area)) continue;
-            texts_.push_back({text, area});
-            return true;
+            if (std::abs(direction.y) > kNearlyLevel ? AddWithin(area, text) : Add(area, text)) return true;
         }
         return false;
+    }
+
+    // Pushed back from the sides of the chart.
+    bool AddWithin(Area area, const std::string& text) {
+        area.left = std::max(bounds_.left, std::min(area.left, bounds_.Right() - area.width));
+        return Add(area, text);
+    }
+
+    bool Add(const Area& area, const std::string& text) {
+        if (!Free(area)) return false;
+        texts_.push_back({text, area});
+        return true;
     }
 
     bool Free(const Area& area) const {

@@ -46,6 +46,14 @@ TEST(LabelsTest, EveryAxisIsNamedAndNumberedFromEverySide) {
     }
 }
 
+TEST(LabelsTest, TheAdvanceAxisIsNamedRightAboveItWhereTheWallRisesSteeply) {
+    const auto scene = SceneAt(ShippedMaximum(TableType::RACE), {-107, 52, 1, {1000, 560}});
+    const auto& texts = scene.texts;
+    const auto caption = std::ranges::find(texts, "Advance (degrees)", &PlacedText::text);
+    ASSERT_NE(caption, texts.end());
+    EXPECT_LT(scene.walls.advance.ticks.back().at.y - caption->area.Bottom(), 2 * caption->area.height);
+}
+
 TEST(LabelsTest, AnAxisOutOfViewIsNotNamed) {
     const auto scene =
         SceneOf(AdvanceTable(TableType::RACE), ShippedTemplate(TableType::RACE),
