@@ -1,0 +1,177 @@
+#include "Groups.h"
+#include "QuietSession.h"
+#include "Samples.h"
+#include "ShownProgram.h"
+#include "SimulatedLine.h"
+#include "link/EepromTransfer.h"
+#include "link/ModuleProtocol.h"
+#include "link/SerialSettings.h"
+#include "module/EepromImage.h"
+#include "table/TableDisplay.h"
+
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <numeric>
+#include <stdexcept>
+#include <sys/resource.h>
+
+namespace rv52::bench {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+constexpr int kRuns = 3;
+
+void Require(bool good) {
+    if (!good) throw std::runtime_error("the transfer failed");
+}
+
+// The Download command without its boxes.
+void Download(Session& session) {
+    HideTable(session);
+    ReadFirmwareID(session);
+    Require(session.state.CommOK);
+    ReadEEPROMData(session);
+    Require(session.state.CommOK);
+}
+
+// The Upload command without its boxes: programmed, then verified.
+void Upload(Session& session) {
+    ReadFirmwareID(session);
+    Require(session.state.CommOK);
+    EncodeEepromImage(session.table.Table(), session.state.ModuleParameters, session.state.TableType,
+                      session.state.EepromBuffer);
+    WriteEEPROMData(session);
+    Require(session.state.CommOK && session.state.VerifyErrors == 0);
+}
+
+using Transfer = void (*)(Session&);
+
+struct Kind {
+    const char* name;
+    TableType type;
+    bool echo;
+    Transfer run;
+};
+
+constexpr Kind kKinds[] = {
+    {"transfer.download.EX", TableType::EX, true, Download},
+    {"transfer.download.EX.mute", TableType::EX, false, Download},
+    {"transfer.download.RACE", TableType::RACE, true, Download},
+    {"transfer.download.RACE.mute", TableType::RACE, false, Download},
+    {"transfer.upload.EX", TableType::EX, true, Upload},
+    {"transfer.upload.EX.mute", TableType::EX, false, Upload},
+    {"transfer.upload.RACE", TableType::RACE, true, Upload},
+    {"transfer.upload.RACE.mute", TableType::RACE, false, Upload},
+};
+
+// What no program can save: the delays that the module is due, and the wire.
+struct Due {
+    Seconds delays{};
+    Seconds wire{};
+
+    Seconds Whole() const { return delays + wire; }
+};
+
+// The same procedure with the same module on virtual time tells both exactly.
+Due DueTime(const Kind& kind) {
+    ModuleOptions options(kind.type);
+    options.echo = kind.echo;
+    QuietSession quiet(options);
+    quiet.session.table.Replace(ExTable());
+    kind.run(quiet.session);
+    const auto& pauses = quiet.line.Pauses();
+    constexpr double byteTime = 1.0 * SerialSettings::kBitsPerByte / SerialSettings::kBitsPerSecond;
+    return {std::accumulate(pauses.begin(), pauses.end(), std::chrono::milliseconds(0)),
+            Seconds(static_cast<double>(quiet.line.Trace().size()) * byteTime)};
+}
+
+Seconds ProcessorTime() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval& time) {
+        return Seconds(static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6);
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// The program on a paced line, as it stands on a desk.
+class Desk {
+ public:
+    explicit Desk(const Kind& kind) : kind_(kind), module_(kind.type, kind.echo) {
+        program_.devices.Override(program_.session.state.CommPort, module_.Device());
+        program_.ShowExTable();
+    }
+
+    double Run() {
+        program_.ShowExTable();
+        return MedianSeconds(1, [this] { kind_.run(program_.session); });
+    }
+
+    // The longest time between two looks at window events. A timer without a delay is served at each.
+    double LongestGap() {
+        using Clock = std::chrono::steady_clock;
+        program_.ShowExTable();
+        QTimer look;
+        auto last = Clock::now();
+        Seconds longest{};
+        QObject::connect(&look, &QTimer::timeout, &look, [&] {
+            const auto now = Clock::now();
+            longest = std::max<Seconds>(longest, now - last);
+            last = now;
+        });
+        look.start(0);
+        kind_.run(program_.session);
+        return longest.count();
+    }
+
+ private:
+    const Kind& kind_;
+    SimulatedLine module_;
+    ShownProgram program_;
+};
+
+void MeasureKind(Report& report, const Kind& kind) {
+    Desk desk(kind);
+    std::vector<double> runs;
+    for (int run = 0; run < kRuns; ++run)
+        runs.push_back(desk.Run());
+    report.Add(Ratio(kind.name, Median(runs) / DueTime(kind).Whole().count(), 1.05));
+}
+
+// Where the time of an EX download goes, for each of its bytes; and what it asks of the machine.
+void MeasureDownload(Report& report) {
+    const auto& kind = kKinds[0];
+    Desk desk(kind);
+    std::vector<double> times;
+    std::vector<double> shares;
+    std::vector<double> gaps;
+    for (int run = 0; run < kRuns; ++run) {
+        const auto before = ProcessorTime();
+        const double time = desk.Run();
+        times.push_back(time);
+        shares.push_back((ProcessorTime() - before).count() / time);
+        gaps.push_back(desk.LongestGap());
+    }
+    const auto due = DueTime(kind);
+    const double perByte = 1e6 / kExReadRanges[0].Count();
+    report.Add(Ratio("transfer.cpu", Median(shares), 0.25));
+    report.Add({"transfer.jitter", *std::max_element(gaps.begin(), gaps.end()) * 1000, "ms", 20});
+    report.Add(Microseconds("transfer.byte", Median(times) * perByte));
+    report.Add(Microseconds("transfer.byte.delays", due.delays.count() * perByte));
+    report.Add(Microseconds("transfer.byte.wire", due.wire.count() * perByte));
+    report.Add(Microseconds("transfer.byte.scheduling", (Median(times) - due.Whole().count()) * perByte));
+}
+
+}  // namespace
+
+void MeasureTransfers(Report& report) {
+    for (const auto& kind : kKinds)
+        MeasureKind(report, kind);
+    MeasureDownload(report);
+}
+
+}  // namespace rv52::bench
