@@ -114,6 +114,13 @@ void VirtualLine::FailOpens(std::string text, int times) {
     opensToFail_ = times;
 }
 
+void VirtualLine::ForgetHistory() {
+    trace_.clear();
+    opens_.clear();
+    pauses_.clear();
+    failedOpens_ = closes_ = discarded_ = yields_ = 0;
+}
+
 void VirtualLine::RequireOpen() const {
     if (!present_) throw PortFailure("The port went away.");
     if (!open_) throw PortFailure("The port is not open.");

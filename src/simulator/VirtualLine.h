@@ -55,7 +55,8 @@ class VirtualLine : public Line {
 
     const std::vector<TracedByte>& Trace() const { return trace_; }
     std::string TraceText() const { return ToText(trace_); }
-    void ClearTrace() { trace_.clear(); }
+    // Forgets all of this, for runs that would otherwise outgrow the memory.
+    void ForgetHistory();
     // The port of every successful open, in order.
     const std::vector<int>& Opens() const { return opens_; }
     // Attempts that failed.

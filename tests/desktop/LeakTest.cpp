@@ -1,0 +1,93 @@
+#include "chart/ChartView.h"
+#include "module/Download.h"
+#include "module/Upload.h"
+#include "platform/qt/QtFiles.h"
+#include "support/ConnectedSession.h"
+#include "support/DismissingUser.h"
+#include "support/TemporaryFolder.h"
+#include "table/CellEditing.h"
+#include "table/FileCommands.h"
+#include "table/GridView.h"
+#include "table/TableFile.h"
+
+#include <QCoreApplication>
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+namespace rv52::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class DayLongUser : public DismissingUser {
+ public:
+    explicit DayLongUser(std::string path) : path_(std::move(path)) {}
+
+    Answer Ask(const MessageBox& box) override {
+        // Saves only when told to, and then over the last copy.
+        if (box.buttons == Buttons::YesNoCancel)
+            return box.text.starts_with("Save advance table") ? Answer::No : Answer::Yes;
+        return DismissAnswer(box.buttons);
+    }
+    std::string AskOpenPath(const FileDialog&) override { return path_; }
+    std::string AskSavePath(const FileDialog&) override { return path_ + " copy"; }
+
+ private:
+    std::string path_;
+};
+
+struct Held {
+    std::size_t bytes = ::mallinfo2().uordblks;
+    std::ptrdiff_t descriptors = std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+};
+
+TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
+    const TemporaryFolder folder;
+    const auto path = (folder.Path() / "table.tbl").string();
+    QtFiles files;
+    files.ReplaceWhole(path, FormatTableFile(AdvanceTable(TableType::RACE), {}));
+
+    SimulatedModule module(Options(TableType::RACE, true));
+    ConnectedSession at(module);
+    DayLongUser user(path);
+    // The chart templates beside the test are the program's own.
+    Session session({at.line, user, at.test.view, at.test.shell, files, at.test.settings, at.test.printer});
+    QWidget window;
+    const GridView grid(
+        session, [](const auto& event) { event(); }, [&](const auto& command) { command(session); }, &window);
+    const ChartView chart(
+        session, [](const auto& event) { event(); }, &window);
+    window.show();
+
+    const auto round = [&] {
+        mnuOpenTable_Click(session);
+        EXPECT_TRUE(session.state.TableShown);
+        EndEdit(session, {2, 3}, "12.5");
+        mnuSaveTable_Click(session);
+        mnuUpload_Click(session);
+        mnuDownload_Click(session);
+        EXPECT_TRUE(session.state.TableShown);
+        QCoreApplication::processEvents();
+        mnuCloseTable_Click(session);
+        at.line.ForgetHistory();
+        at.test.shell.progress.clear();
+    };
+    for (int warm = 0; warm < 20; ++warm)
+        round();
+    const Held before;
+    const auto start = at.line.Now();
+    int rounds = 0;
+    while (at.line.Now() - start < 1h && !testing::Test::HasFailure()) {
+        round();
+        ++rounds;
+    }
+    const Held after;
+    EXPECT_GT(rounds, 500);
+    EXPECT_EQ(after.descriptors, before.descriptors);
+    // Less than a kilobyte in ten rounds: caches breathe, leaks grow.
+    EXPECT_LT(after.bytes, before.bytes + 64 * 1024) << rounds << " rounds";
+}
+
+}  // namespace
+}  // namespace rv52::test
