@@ -7,6 +7,7 @@
 #include <chrono>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace rv52 {
@@ -109,6 +110,26 @@ TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {
               "Com7 (" + device_ + ") could not be opened: another program is using it.");
     EXPECT_FALSE(line_.IsOpen());
     other.Close();
+    line_.Open(7);
+    EXPECT_TRUE(line_.IsOpen());
+}
+
+TEST_F(SerialLineTest, SaysWhoMayUseADevice) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can make a device that is not for us";
+    constexpr uid_t nobody = 65534;
+    constexpr gid_t dialout = 20;  // Debian's own group of serial devices
+    ASSERT_EQ(::chown(device_.c_str(), 0, dialout), 0);
+    for (const auto& [mode, wayIn] : {std::pair(0600U, false), std::pair(0660U, true)}) {
+        ASSERT_EQ(::chmod(device_.c_str(), mode), 0);
+        ASSERT_EQ(::setresuid(nobody, nobody, 0), 0);
+        const auto failure = FailureOf([&] { line_.Open(7); });
+        ASSERT_EQ(::setresuid(0, 0, 0), 0);
+        EXPECT_TRUE(failure.starts_with("Com7 (" + device_ +
+                                        ") could not be opened: you are not permitted to use it."))
+            << failure;
+        EXPECT_EQ(failure.ends_with(" Join the group \"dialout\" and log in again."), wayIn) << failure;
+        EXPECT_FALSE(line_.IsOpen());
+    }
     line_.Open(7);
     EXPECT_TRUE(line_.IsOpen());
 }
