@@ -1,7 +1,5 @@
-#include "app/DesktopProgram.h"
-#include "platform/qt/Text.h"
-#include "table/TableFile.h"
-#include "tour/Robot.h"
+#include "ProgramFixture.h"
+#include "support/ShownTable.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -9,13 +7,10 @@
 #include <QDir>
 #include <QMenu>
 #include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
 
-#include <gtest/gtest.h>
 #include <set>
 
-namespace rv52 {
+namespace rv52::test {
 namespace {
 
 // What only holds other things, or can be used without a name.
@@ -71,22 +66,15 @@ QAccessibleInterface* Named(const Interfaces& all, const char* objectName) {
 
 using Names = std::vector<std::string>;
 
-// The whole program with a table of the type on screen; no module.
-class AccessibilityTest : public testing::Test {
+class AccessibilityTest : public ProgramFixture {
  protected:
-    void Start(TableType type) {
-        const auto path = FromQt(folder_.filePath(QStringLiteral("table.tbl")));
+    // With a table of the type on screen.
+    void StartWith(TableType type) {
+        Start();
         AdvanceTable table(type);
-        table.SetCell({1, 1}, 7);
         table.SetCell({16, table.RowCount()}, 27.75);
-        QtFiles().ReplaceWhole(path, FormatTableFile(table, {}));
-        CommandLine options;
-        options.tableFile = path;
-        program_ = std::make_unique<DesktopProgram>(options);
-        ASSERT_TRUE(program_->Start(std::chrono::milliseconds(1)));
-        prompts_.SetParent(&program_->Window());
-        robot_ = std::make_unique<Robot>(program_->Window());
-        ASSERT_TRUE(QTest::qWaitFor([this] { return program_->Running().state.TableShown; }));
+        ShowAs(Running(), table);
+        prompts_.SetParent(&Window());
     }
 
     // What is in the box that ask brings; the box is then dismissed.
@@ -101,18 +89,15 @@ class AccessibilityTest : public testing::Test {
         EXPECT_TRUE(seen);
     }
 
-    QTemporaryDir folder_;
-    std::unique_ptr<DesktopProgram> program_;
-    std::unique_ptr<Robot> robot_;
     QtPrompts prompts_;
 };
 
 TEST_F(AccessibilityTest, TheGridIsATableOfCellsWithTheirTexts) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
-        Start(type);
-        const auto all = TreeOf(program_->Window());
+        StartWith(type);
+        const auto all = TreeOf(Window());
         EXPECT_EQ(Named(all, "VSFlexGrid1")->role(), QAccessible::Table);
-        const auto& sheet = program_->Running().sheet;
+        const auto& sheet = Running().sheet;
         Names cells;
         Names pressures;
         for (int row = 1; row < sheet.RowCount(); ++row) {
@@ -124,35 +109,41 @@ TEST_F(AccessibilityTest, TheGridIsATableOfCellsWithTheirTexts) {
         EXPECT_EQ(NamesOf(all, QAccessible::Cell), cells);
         EXPECT_EQ(NamesOf(all, QAccessible::RowHeader), pressures);
         EXPECT_EQ(NamesOf(all, QAccessible::ColumnHeader).back(), "7500");
+        EXPECT_EQ(Named(all, "VSFlexGrid1")->text(QAccessible::Name), QStringLiteral("Advance table"));
         EXPECT_EQ(Named(all, "VSFlexGrid1")->text(QAccessible::Description), QStringLiteral("MAP/RPM"));
     }
 }
 
 TEST_F(AccessibilityTest, MenusAndPanelsAreNamed) {
-    Start(TableType::RACE);
-    auto& window = program_->Window();
-    window.ShowPortPanel();
-    window.ShowProgress("Reading EEPROM");
-    window.SetProgress(42);
-    const auto all = TreeOf(window);
+    StartWith(TableType::RACE);
+    Window().ShowPortPanel();
+    Window().ShowProgress("Reading EEPROM");
+    Window().SetProgress(42);
+    const auto all = TreeOf(Window());
     const auto items = NamesOf(all, QAccessible::MenuItem);
     EXPECT_EQ(items.size(), 4u + 14u);
-    EXPECT_EQ(Named(all, "mnuPrintSetup")->text(QAccessible::Name), QStringLiteral("Print Setup..."));
-    EXPECT_EQ(Named(all, "fraProgress1")->text(QAccessible::Name), QStringLiteral("Reading EEPROM"));
-    EXPECT_EQ(Named(all, "prgProgress1")->text(QAccessible::Value), QStringLiteral("42"));
-    EXPECT_EQ(Named(all, "fraPortSelect")->text(QAccessible::Name), QStringLiteral("Data Port Setup"));
-    EXPECT_EQ(Named(all, "lblPort")->text(QAccessible::Name), QStringLiteral("Port"));
-    EXPECT_EQ(Named(all, "cboPort")->text(QAccessible::Value), QStringLiteral("Com1"));
-    EXPECT_EQ(Named(all, "cmdPortSelectOK")->text(QAccessible::Name), QStringLiteral("OK"));
+    const struct {
+        const char* object;
+        QAccessible::Text kind;
+        const char* text;
+    } texts[] = {{"mnuPrintSetup", QAccessible::Name, "Print Setup..."},
+                 {"fraProgress1", QAccessible::Name, "Reading EEPROM"},
+                 {"prgProgress1", QAccessible::Value, "42"},
+                 {"fraPortSelect", QAccessible::Name, "Data Port Setup"},
+                 {"lblPort", QAccessible::Name, "Port"},
+                 {"cboPort", QAccessible::Value, "Com1"},
+                 {"cmdPortSelectOK", QAccessible::Name, "OK"}};
+    for (const auto& [object, kind, text] : texts)
+        EXPECT_EQ(FromQt(Named(all, object)->text(kind)), text) << object;
     EXPECT_EQ(NamesOf(all, QAccessible::ListItem).size(), 255u);
 
-    auto* popup = window.findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D"));
+    auto* popup = Window().findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D"));
     ASSERT_NE(popup, nullptr);
     EXPECT_EQ(NamesOf(TreeOf(*popup), QAccessible::MenuItem), (Names{"Copy", "Paste", "Modify"}));
 }
 
 TEST_F(AccessibilityTest, AMessageIsALabelInPlainTextToTheLetter) {
-    Start(TableType::RACE);
+    StartWith(TableType::RACE);
     const std::string path = "/home/a tuner/" + std::string(300, 'p') + "/<b>&amp;</b> & co.tbl";
     const auto ask = [&] {
         prompts_.Ask({path + "\r\nFile not found.", "File Open", Icon::Warning, Buttons::RetryCancel});
@@ -174,7 +165,7 @@ TEST_F(AccessibilityTest, AMessageIsALabelInPlainTextToTheLetter) {
 }
 
 TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
-    Start(TableType::RACE);
+    StartWith(TableType::RACE);
     InBox(
         [&] {
             prompts_.AskText({"Enter table type.", "New Table", "Race"});
@@ -202,7 +193,7 @@ TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
 }
 
 TEST_F(AccessibilityTest, TheDialogsOfTheMenusAreNamed) {
-    Start(TableType::RACE);
+    StartWith(TableType::RACE);
     const auto look = [](const char* name) {
         return [name](QWidget& dialog) {
             EXPECT_EQ(dialog.objectName(), QLatin1String(name));
@@ -216,4 +207,4 @@ TEST_F(AccessibilityTest, TheDialogsOfTheMenusAreNamed) {
 }
 
 }  // namespace
-}  // namespace rv52
+}  // namespace rv52::test
