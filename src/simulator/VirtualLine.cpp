@@ -43,7 +43,6 @@ void VirtualLine::Close() noexcept {
 void VirtualLine::Discard() {
     TakeArrivals();
     RequireOpen();
-    discarded_ += static_cast<int>(waiting_.size());
     waiting_.clear();
 }
 
@@ -138,7 +137,6 @@ void VirtualLine::TakeArrivals() {
 }
 
 void VirtualLine::Yield() {
-    ++yields_;
     if (onYield_) onYield_();
     while (!events_.empty() && events_.begin()->first <= now_) {
         const auto event = events_.extract(events_.begin());

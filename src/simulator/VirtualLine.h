@@ -63,11 +63,8 @@ class VirtualLine : public Line {
     int FailedOpens() const { return failedOpens_; }
     // Changes from open to closed, a hang-up being one.
     int Closes() const { return closes_; }
-    // Bytes thrown away by Discard.
-    int Discarded() const { return discarded_; }
     // Every Pause in order.
     const std::vector<std::chrono::milliseconds>& Pauses() const { return pauses_; }
-    int Yields() const { return yields_; }
 
  private:
     void RequireOpen() const;
@@ -94,9 +91,7 @@ class VirtualLine : public Line {
     std::vector<int> opens_;
     int failedOpens_ = 0;
     int closes_ = 0;
-    int discarded_ = 0;
     std::vector<std::chrono::milliseconds> pauses_;
-    int yields_ = 0;
 };
 
 }  // namespace rv52

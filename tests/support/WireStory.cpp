@@ -44,14 +44,10 @@ WireStory& WireStory::Read(int byte, int silenceAfter) {
 }
 
 WireStory& WireStory::Write(int byte) {
-    return WriteRefused(byte, 0x06);
-}
-
-WireStory& WireStory::WriteRefused(int byte, int reply) {
     SendEchoed(0x16);
     silence_ = 2;
     SendEchoed(byte);
-    Receive(reply);
+    Receive(0x06);
     silence_ = 2;
     return *this;
 }

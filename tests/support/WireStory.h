@@ -18,7 +18,6 @@ class WireStory {
     // The silence after it is what the program keeps before its next byte.
     WireStory& Read(int byte, int silenceAfter);
     WireStory& Write(int byte);
-    WireStory& WriteRefused(int byte, int reply);
 
     const std::string& Text() const { return text_; }
 

@@ -47,19 +47,6 @@ TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
     EXPECT_FALSE(line_.IsOpen());
 }
 
-TEST_F(ProgramTest, FallsBackToCom1WhenTheStoredPortIsNone) {
-    const std::vector<std::pair<const char*, int>> stored{{"255", 255}, {"3", 3},   {"0", 1},   {"256", 1},
-                                                          {"", 1},      {"two", 1}, {"2.5", 1}, {"-4", 1}};
-    for (const auto& [text, port] : stored) {
-        test_.settings.values["Properties/CommPort"] = text;
-        Start();
-        EXPECT_EQ(session_.state.CommPort, port) << text;
-    }
-    test_.settings.values.clear();
-    Start();
-    EXPECT_EQ(session_.state.CommPort, 1);
-}
-
 TEST_F(ProgramTest, DoesNotStartWithoutTheFilesBesideIt) {
     const std::vector<std::pair<std::string, std::string>> files{
         {"RV52_EX_Max.dat", "Chart data file RV52_EX_Max.dat not found."},

@@ -4,6 +4,7 @@
 #include <bit>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -51,32 +52,27 @@ Outcome Play(std::string_view fault, bool echo = false, std::uint64_t seed = 1) 
 }
 
 TEST(FaultsTest, EachStrikesAtItsOpportunity) {
-    struct Row {
-        std::string_view fault;
-        std::string replies;
-    };
-    const Row rows[] = {
-        {"", kSound},
-        {"silent", ""},
-        {"silent=5", "49 0D | 06"},
-        {"no-terminator", "49 | 06 | 06 | 06 | 06 | 55 | 66"},
-        {"no-terminator=2", kSound},
-        {"lost-reply=2", "49 0D | 06 | 06 | 06 | 55 | 66"},
-        {"refused-address=2", "49 0D | 06 | 06 | 06 | 15 | 55 | 66"},
-        {"refused-write=2", "49 0D | 06 | 06 | 15 | 06 | 55 | 11"},
-        {"not-stored=2", "49 0D | 06 | 06 | 06 | 06 | 55 | 11"},
-        {"hang-up=1", ""},
-        {"hang-up=3", "49"},
-        {"hang-up=11", "49 0D | 06 | 06"},
-    };
+    using Row = std::tuple<std::string_view, std::string>;
+    const Row rows[] = {{"", kSound},
+                        {"silent", ""},
+                        {"silent=5", "49 0D | 06"},
+                        {"no-terminator", "49 | 06 | 06 | 06 | 06 | 55 | 66"},
+                        {"no-terminator=2", kSound},
+                        {"lost-reply=2", "49 0D | 06 | 06 | 06 | 55 | 66"},
+                        {"refused-address=2", "49 0D | 06 | 06 | 06 | 15 | 55 | 66"},
+                        {"refused-write=2", "49 0D | 06 | 06 | 15 | 06 | 55 | 11"},
+                        {"not-stored=2", "49 0D | 06 | 06 | 06 | 06 | 55 | 11"},
+                        {"hang-up=1", ""},
+                        {"hang-up=3", "49"},
+                        {"hang-up=11", "49 0D | 06 | 06"}};
     const auto unwritten = Hex(ModuleOptions().eeprom[17]);
-    for (const auto& row : rows) {
-        auto expected = row.replies;
+    for (const auto& [fault, replies] : rows) {
+        auto expected = replies;
         if (expected.ends_with("11")) expected.replace(expected.size() - 2, 2, unwritten);
-        const auto outcome = Play(row.fault);
-        EXPECT_EQ(outcome.replies, expected) << row.fault;
-        EXPECT_EQ(outcome.hungUp, row.fault.starts_with("hang-up")) << row.fault;
-        EXPECT_EQ(outcome.delayed, "") << row.fault;
+        const auto outcome = Play(fault);
+        EXPECT_EQ(outcome.replies, expected) << fault;
+        EXPECT_EQ(outcome.hungUp, fault.starts_with("hang-up")) << fault;
+        EXPECT_EQ(outcome.delayed, "") << fault;
     }
 }
 

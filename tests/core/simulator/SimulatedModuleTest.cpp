@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cctype>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -29,9 +30,7 @@ SimulatedModule ModuleThatEchoes(bool echo) {
 }
 
 TEST(SimulatedModuleTest, AnswersEveryCommandInBothEchoModes) {
-    struct Row {
-        Bytes sent, plain, echoed;
-    };
+    using Row = std::tuple<Bytes, Bytes, Bytes>;
     const Row rows[] = {
         {{0x10}, {'A', 'B', 0x0D}, {0x10, 'A', 'B', 0x0D}},
         {{0x14, 0xFF, 0x01}, {0x06}, {0x14, 0xFF, 0x01, 0x06}},
@@ -39,13 +38,12 @@ TEST(SimulatedModuleTest, AnswersEveryCommandInBothEchoModes) {
         {{0x15, 0x15}, {0x51, 0x50}, {0x15, 0x51, 0x15, 0x50}},
         // A command's byte is an argument where one is expected.
         {{0x14, 0x15, 0x00, 0x16, 0x10}, {0x06, 0x06}, {0x14, 0x15, 0x00, 0x06, 0x16, 0x10, 0x06}},
-        {{0x99}, {}, {0x99}},
-    };
+        {{0x99}, {}, {0x99}}};
     auto plain = ModuleThatEchoes(false);
     auto echoing = ModuleThatEchoes(true);
-    for (const auto& row : rows) {
-        EXPECT_EQ(Exchange(plain, row.sent), row.plain);
-        EXPECT_EQ(Exchange(echoing, row.sent), row.echoed);
+    for (const auto& [sent, replies, echoed] : rows) {
+        EXPECT_EQ(Exchange(plain, sent), replies);
+        EXPECT_EQ(Exchange(echoing, sent), echoed);
     }
     EXPECT_EQ(plain.Eeprom()[0x15], 0x10);
     EXPECT_EQ(plain.Stored(), 1);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -32,25 +33,20 @@ TEST(SimulatorOptionsTest, AreRead) {
 }
 
 TEST(SimulatorOptionsTest, AreRefusedInOneLineThatNamesWhatIsWrong) {
-    struct Row {
-        std::vector<const char*> arguments;
-        const char* named;
-    };
-    const Row rows[] = {
-        {{"--typ", "EX"}, "--typ"},      {{"EX"}, "EX"},
-        {{"--help=1"}, "--help=1"},      {{"--type", "race"}, "--type"},
-        {{"--echo", "maybe"}, "maybe"},  {{"--image"}, "--image"},
-        {{"--image="}, "--image"},       {{"--pace", "fast"}, "--pace"},
-        {{"--pace", "0"}, "--pace"},     {{"--seed", "-1"}, "--seed"},
-        {{"--fault", "noise"}, "noise"}, {{"--fault", "silent=0"}, "silent"},
-        {{"--id", "Exhaust"}, "EX"},     {{"--type=EX", "--id", "a\rb"}, "--id"},
-    };
-    for (const auto& row : rows) {
+    using Row = std::tuple<std::vector<const char*>, const char*>;
+    const Row rows[] = {{{"--typ", "EX"}, "--typ"},      {{"EX"}, "EX"},
+                        {{"--help=1"}, "--help=1"},      {{"--type", "race"}, "--type"},
+                        {{"--echo", "maybe"}, "maybe"},  {{"--image"}, "--image"},
+                        {{"--image="}, "--image"},       {{"--pace", "fast"}, "--pace"},
+                        {{"--pace", "0"}, "--pace"},     {{"--seed", "-1"}, "--seed"},
+                        {{"--fault", "noise"}, "noise"}, {{"--fault", "silent=0"}, "silent"},
+                        {{"--id", "Exhaust"}, "EX"},     {{"--type=EX", "--id", "a\rb"}, "--id"}};
+    for (const auto& [arguments, named] : rows) {
         try {
-            Parse(row.arguments);
-            ADD_FAILURE() << row.arguments.front() << " was taken";
+            Parse(arguments);
+            ADD_FAILURE() << arguments.front() << " was taken";
         } catch (const std::invalid_argument& error) {
-            EXPECT_NE(std::string(error.what()).find(row.named), std::string::npos) << error.what();
+            EXPECT_NE(std::string(error.what()).find(named), std::string::npos) << error.what();
         }
     }
 }

@@ -1,6 +1,5 @@
 #include "platform/Failure.h"
 #include "simulator/ScriptedPeer.h"
-#include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 
 #include <gtest/gtest.h>
@@ -10,45 +9,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Conditions = std::vector<LineCondition>;
-
-constexpr std::chrono::nanoseconds kByte{178571};  // 10 bits at 56000 bit/s
-
-TEST(VirtualLineTest, GivesEveryByteItsTimeOnTheWire) {
-    ModuleOptions options;
-    options.identification = "AB";
-    SimulatedModule module(options);
-    VirtualLine line(module);
-    line.Open(3);
-    line.SendByte(0x10);
-    EXPECT_EQ(line.Await(4, line.Now() + 1s, Yielding::Yes), 4);
-    // There, back, and three more behind the first.
-    EXPECT_EQ(line.Now(), 5 * kByte);
-    EXPECT_EQ(line.TraceText(), ">10 <10 <41 <42 <0D");
-    EXPECT_EQ(line.Trace()[1].time, 2 * kByte);
-    EXPECT_EQ(line.ReadByte(), 0x10);
-    line.Discard();
-    EXPECT_EQ(line.Discarded(), 3);
-    EXPECT_EQ(line.Opens(), std::vector{3});
-}
-
-TEST(VirtualLineTest, EndsAWaitExactlyAtItsDeadline) {
-    struct Row {
-        std::chrono::nanoseconds delay;
-        int arrived;
-        std::chrono::nanoseconds end;
-    };
-    for (const auto& row : {Row{1s - 2 * kByte, 1, 1s}, Row{1s - 2 * kByte + 1ns, 0, 1s + 1ns}}) {
-        ScriptedPeer peer;
-        peer.Then({0x06}, row.delay);
-        VirtualLine line(peer);
-        line.Open(1);
-        line.SendByte(0x15);
-        // Not yielding changes who runs meanwhile, not when it ends.
-        EXPECT_EQ(line.Await(1, 1s, Yielding::No), row.arrived);
-        EXPECT_EQ(line.Now(), row.end);
-        EXPECT_EQ(line.Yields(), 0);
-    }
-}
 
 TEST(VirtualLineTest, RunsEventsAndDeliversConditionsOnlyWhereTheProgramYields) {
     ScriptedPeer peer;
@@ -74,17 +34,6 @@ TEST(VirtualLineTest, RunsEventsAndDeliversConditionsOnlyWhereTheProgramYields) 
     EXPECT_EQ(line.Now(), 22ms + 1ns);
     EXPECT_EQ(delivered.size(), 2U);
     EXPECT_EQ(line.Pauses(), std::vector{2ms});
-}
-
-TEST(VirtualLineTest, LooksAgainAfterABoxThatStoodOpen) {
-    ScriptedPeer peer;
-    peer.Then({0x06}, 100ms);
-    VirtualLine line(peer);
-    line.At(50ms, [&] { line.Advance(300ms); });
-    line.Open(1);
-    line.SendByte(0x15);
-    EXPECT_EQ(line.Await(1, 1s, Yielding::Yes), 1);
-    EXPECT_EQ(line.Now(), 350ms);
 }
 
 TEST(VirtualLineTest, FailsAsAPortDoes) {
@@ -115,15 +64,6 @@ TEST(VirtualLineTest, FailsAsAPortDoes) {
     EXPECT_EQ(line.Opens().size(), 3U);
     EXPECT_EQ(line.FailedOpens(), 2);
     EXPECT_EQ(line.Closes(), 2);
-}
-
-TEST(VirtualLineTest, AWaitEndsWhenAnEventClosesTheLine) {
-    ScriptedPeer peer;
-    VirtualLine line(peer);
-    line.At(100ms, [&] { line.Close(); });
-    line.Open(1);
-    EXPECT_THROW(line.Await(1, 1s, Yielding::Yes), PortFailure);
-    EXPECT_EQ(line.Now(), 100ms);
 }
 
 }  // namespace
