@@ -4,6 +4,7 @@
 #include "support/WireStory.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -14,11 +15,7 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::chrono::nanoseconds kTwoBytes{2 * 178571};  // a request and a reply of one byte each
 
 TEST(ExchangeTest, SetsAnAddressLowByteFirst) {
-    struct Case {
-        int address;
-        int low;
-        int high;
-    };
+    using Case = std::tuple<int, int, int>;
     for (const bool echo : {false, true}) {
         for (const auto& [address, low, high] :
              {Case{16, 0x10, 0}, Case{144, 0x90, 0}, Case{256, 0, 1}, Case{432, 0xB0, 1}}) {
@@ -79,8 +76,7 @@ const Silence kSilences[] = {
     {"an echo but no byte", true, {{0x15}}, Read, {0x15}},
     {"no byte", false, {}, Read, {0x15}},
     {"two echoes but no acknowledge", true, {{0x16}, {0x2A}}, Write, {0x16, 0x2A}},
-    {"no acknowledge of the byte", false, {}, Write, {0x16, 0x2A}},
-};
+    {"no acknowledge of the byte", false, {}, Write, {0x16, 0x2A}}};
 
 TEST(ExchangeTest, SilenceAsksAndRetrySendsNothing) {
     for (const auto& silence : kSilences) {
@@ -107,10 +103,7 @@ TEST(ExchangeTest, SilenceAsksAndRetrySendsNothing) {
 }
 
 TEST(ExchangeTest, AReplyHasOneSecond) {
-    struct Case {
-        std::chrono::nanoseconds delay;
-        bool inTime;
-    };
+    using Case = std::tuple<std::chrono::nanoseconds, bool>;
     for (const auto& [delay, inTime] : {Case{990ms, true}, Case{1s - kTwoBytes, true},
                                         Case{1s - kTwoBytes + 1ns, false}, Case{1010ms, false}}) {
         ScriptedPeer peer;

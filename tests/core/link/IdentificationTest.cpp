@@ -3,6 +3,7 @@
 #include "support/ConnectedSession.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -15,13 +16,7 @@ std::vector<std::uint8_t> Bytes(const std::string& text) {
 }
 
 TEST(IdentificationTest, TellsNameTypeAndEchoFromTheReply) {
-    struct Case {
-        std::string reply;
-        bool echoBefore;
-        std::string id;
-        bool echo;
-        TableType type;
-    };
+    using Case = std::tuple<std::string, bool, std::string, bool, TableType>;
     const Case cases[] = {
         {"\x10"s + "ABC\r", false, "ABC", true, TableType::RACE},
         {"EX 2.0\r", true, "EX 2.0", false, TableType::EX},
@@ -31,8 +26,7 @@ TEST(IdentificationTest, TellsNameTypeAndEchoFromTheReply) {
         // Only codes 32 to 127 are kept, and a first byte that is neither says nothing about the echo.
         {"\x10 A\x01"s + "B\x7F" + "C\x80\xFF\n~\r", false, " AB\x7F"s + "C~", true, TableType::RACE},
         {"\x06"s + "A\x10" + "B\r", true, "AB", true, TableType::RACE},
-        {"\x80"s + "A\r", false, "A", false, TableType::RACE},
-    };
+        {"\x80"s + "A\r", false, "A", false, TableType::RACE}};
     for (const auto& [reply, echoBefore, id, echo, type] : cases) {
         ScriptedPeer peer;
         peer.Then(Bytes(reply));
@@ -88,10 +82,7 @@ TEST(IdentificationTest, HasOneSecondForTheWholeReply) {
     // On the wire: the request, and then the four bytes of the reply.
     constexpr std::chrono::nanoseconds byteTime{178571};
     constexpr auto latest = 1s - 5 * byteTime;
-    struct Case {
-        std::chrono::nanoseconds delay;
-        bool inTime;
-    };
+    using Case = std::tuple<std::chrono::nanoseconds, bool>;
     for (const auto& [delay, inTime] :
          {Case{990ms, true}, Case{latest, true}, Case{latest + 1ns, false}, Case{1010ms, false}}) {
         ScriptedPeer peer;

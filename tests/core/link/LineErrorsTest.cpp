@@ -22,8 +22,7 @@ TEST(LineErrorsTest, NamesEachCondition) {
         {LineCondition::ReceiveOverflow, "Receive buffer overflow."},
         {LineCondition::Parity, "Parity error."},
         {LineCondition::TransmitFull, "Transmit buffer full."},
-        {LineCondition::ControlBlock, "Device control block error."},
-    };
+        {LineCondition::ControlBlock, "Device control block error."}};
     for (const auto& [condition, text] : texts) {
         ConnectedModule at(Options(TableType::RACE, true));
         OpenLine(at.session);

@@ -109,8 +109,7 @@ TEST(LineFailureTest, AnyMoveOfAnExchangeMayFail) {
             const auto byte = ReadEEPROM(session);
             EXPECT_EQ(byte.has_value(), session.state.CommOK);
             EXPECT_TRUE(!byte || *byte == 0xFF);
-        },
-    };
+        }};
     for (const auto& exchange : exchanges) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             bool failed = true;

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -14,45 +15,6 @@ constexpr TableType kTypes[] = {TableType::RACE, TableType::EX};
 void ExpectAtRest(const ConnectedModule& at) {
     EXPECT_FALSE(at.line.IsOpen());
     EXPECT_FALSE(at.shell.progressShown);
-}
-
-TEST(TransferTest, ReadsTheTypesRange) {
-    for (const auto type : kTypes) {
-        for (const bool echo : {false, true}) {
-            ConnectedModule at(PatternModule(type, echo));
-            at.state.EepromBuffer.fill(0xEE);
-            ReadEEPROMData(at.session);
-            WireStory story(echo);
-            TellRead(story, type);
-            EXPECT_EQ(Told(at.line.Trace()), story.Text());
-            EepromBuffer expected{};
-            for (int index = Readable(type).first; index <= Readable(type).last; ++index)
-                expected.at(static_cast<std::size_t>(index)) = Pattern(index);
-            EXPECT_EQ(at.state.EepromBuffer, expected);
-            EXPECT_TRUE(at.state.CommOK);
-            // Once for the address and once for all the bytes.
-            EXPECT_EQ(at.line.Opens().size(), 2u);
-            ExpectAtRest(at);
-        }
-    }
-}
-
-TEST(TransferTest, WritesTheTypesRangesAndReadsThemBack) {
-    for (const auto type : kTypes) {
-        for (const bool echo : {false, true}) {
-            ConnectedModule at(Options(type, echo));
-            const auto before = at.module.Eeprom();
-            at.state.EepromBuffer = PatternBuffer();
-            WriteEEPROMData(at.session);
-            WireStory story(echo);
-            TellWriteAndVerify(story, type);
-            EXPECT_EQ(Told(at.line.Trace()), story.Text());
-            EXPECT_EQ(at.module.Eeprom(), Programmed(before, type));
-            EXPECT_TRUE(at.state.CommOK);
-            EXPECT_EQ(at.state.VerifyErrors, 0);
-            ExpectAtRest(at);
-        }
-    }
 }
 
 TEST(TransferTest, ShowsItsProgressByteByByte) {
@@ -91,19 +53,6 @@ TEST(TransferTest, ShowsItsProgressByteByByte) {
     }
 }
 
-TEST(TransferTest, EscapeEndsAReadAfterItsByte) {
-    ConnectedModule at(Options(TableType::RACE, true));
-    at.line.OnYield([&] {
-        if (at.shell.progress.back().percents.size() == 4) at.state.AbortRequested = true;
-    });
-    at.state.CommOK = true;
-    ReadEEPROMData(at.session);
-    EXPECT_FALSE(at.state.CommOK);
-    EXPECT_FALSE(at.state.AbortRequested);
-    EXPECT_EQ(at.shell.progress.front().percents.size(), 4u);
-    ExpectAtRest(at);
-}
-
 TEST(TransferTest, EscapeDuringProgrammingDoesNothing) {
     for (const auto type : kTypes) {
         ConnectedModule at(Options(type, true));
@@ -117,30 +66,9 @@ TEST(TransferTest, EscapeDuringProgrammingDoesNothing) {
     }
 }
 
-TEST(TransferTest, EscapeDuringVerifyFailsIt) {
-    ConnectedModule at(Options(TableType::EX, false));
-    at.line.OnYield([&] {
-        if (at.shell.progress.size() == 2) at.state.AbortRequested = true;
-    });
-    at.state.EepromBuffer = PatternBuffer();
-    WriteEEPROMData(at.session);
-    EXPECT_TRUE(at.state.CommOK);
-    EXPECT_EQ(at.state.VerifyErrors, 1);
-    EXPECT_FALSE(at.state.AbortRequested);
-    EXPECT_EQ(at.shell.progress.back().percents.size(), 2u);
-    ExpectAtRest(at);
-}
-
 // Whatever goes wrong on the module's side: what was programmed, whether it was looked at, and the verdict.
 TEST(TransferTest, TellsEveryFailingWrite) {
-    struct Case {
-        const char* fault;
-        TableType type;
-        bool timesOut;
-        long stored;  // bytes that the module took
-        bool acknowledged;
-        int verifyErrors;
-    };
+    using Case = std::tuple<const char*, TableType, bool, long, bool, int>;
     const Case cases[] = {
         {"refused-address=1", TableType::RACE, false, 0, false, 0},
         {"refused-address=1", TableType::EX, false, 0, false, 0},
@@ -163,8 +91,7 @@ TEST(TransferTest, TellsEveryFailingWrite) {
         {"not-stored=128", TableType::RACE, false, 134, true, 1},
         {"not-stored=100", TableType::EX, false, 182, true, 1},
         {"flipped-bit=3", TableType::RACE, false, 135, true, 1},
-        {"flipped-bit", TableType::EX, false, 183, true, 183},
-    };
+        {"flipped-bit", TableType::EX, false, 183, true, 183}};
     for (const auto& [fault, type, timesOut, stored, acknowledged, verifyErrors] : cases) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             SCOPED_TRACE(std::string(fault) + " " + std::string(ToText(type)));
@@ -182,27 +109,8 @@ TEST(TransferTest, TellsEveryFailingWrite) {
     }
 }
 
-TEST(TransferTest, AVerifyThatTimesOutHasFailed) {
-    // Reply 136 acknowledges the last byte, 137 the verify's address; the others are reads.
-    for (const char* fault : {"lost-reply=137", "lost-reply=138", "late-reply=200", "lost-reply=272"}) {
-        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
-            SCOPED_TRACE(fault);
-            ConnectedModule at(Options(TableType::RACE, false), Faults({fault}, 1));
-            at.state.EepromBuffer = PatternBuffer();
-            at.prompts.ExpectError(kTimeoutText, answer);
-            WriteEEPROMData(at.session);
-            EXPECT_TRUE(at.state.CommOK);
-            EXPECT_GE(at.state.VerifyErrors, 1);
-            ExpectAtRest(at);
-        }
-    }
-}
-
 TEST(TransferTest, AFailedReadSaysSo) {
-    struct Case {
-        const char* fault;
-        bool timesOut;
-    };
+    using Case = std::tuple<const char*, bool>;
     for (const auto& [fault, timesOut] :
          {Case{"refused-address=1", false}, Case{"lost-reply=1", true}, Case{"lost-reply=2", true},
           Case{"late-reply=289", true}, Case{"lost-reply=289", true}}) {

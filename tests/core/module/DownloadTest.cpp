@@ -4,6 +4,7 @@
 #include "table/TableDisplay.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -41,6 +42,7 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
             const auto options = PatternModule(type, echo);
             ConnectedModule at(options);
             at.state.TableType = type == TableType::EX ? TableType::RACE : TableType::EX;
+            at.state.EepromBuffer.fill(0xEE);
             ExpectWarning(at, "Firmware ID: " + options.identification);
             RunCommand(at.session, mnuDownload_Click);
 
@@ -48,6 +50,10 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
             story.Identification(options.identification);
             TellRead(story, type);
             EXPECT_EQ(Told(at.line.Trace()), story.Text());
+            EepromBuffer read{};
+            for (int index = Readable(type).first; index <= Readable(type).last; ++index)
+                read.at(static_cast<std::size_t>(index)) = Pattern(index);
+            EXPECT_EQ(at.state.EepromBuffer, read);
             EXPECT_FALSE(at.line.IsOpen());
             EXPECT_FALSE(at.shell.progressShown);
 
@@ -79,18 +85,6 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
     }
 }
 
-TEST(DownloadTest, AModuleOfZerosIsATableOfZeros) {
-    auto options = Options(TableType::RACE, true);
-    options.eeprom.bytes.fill(0);
-    ConnectedModule at(options);
-    ExpectWarning(at, "Firmware ID: RV52A SIM 8.1");
-    mnuDownload_Click(at.session);
-    EXPECT_EQ(at.session.table.Table(), AdvanceTable(TableType::RACE));
-    EXPECT_EQ(at.state.ModuleParameters,
-              (ModuleParameters{-5, -5, 0, 3000, 910, false, false, false, false, 0}));
-    EXPECT_EQ(at.session.sheet.Text({8, 16}), "0.0");
-}
-
 TEST(DownloadTest, CancellingTheSaveQuestionLeavesEverything) {
     ConnectedModule at(Options(TableType::EX, true));
     const auto table = ShowOldTable(at);
@@ -119,20 +113,13 @@ TEST(DownloadTest, GoesOnWhateverBecomesOfTheSave) {
 // The last box says what went wrong; the screen is empty, the parameters are the old ones, the buffer is
 // clear.
 TEST(DownloadTest, TellsEveryFailure) {
-    struct Case {
-        const char* fault;
-        bool timesOut;
-        bool identified;
-        const char* last;
-    };
-    const Case cases[] = {
-        {"silent=1", true, false, "Firmware ID read failed - cannot download."},
-        {"no-terminator=1", true, false, "Firmware ID read failed - cannot download."},
-        {"refused-address=1", false, true, "Download failed."},
-        {"lost-reply=2", true, true, "Download failed."},
-        {"lost-reply=3", true, true, "Download failed."},
-        {"late-reply=290", true, true, "Download failed."},
-    };
+    using Case = std::tuple<const char*, bool, bool, const char*>;
+    const Case cases[] = {{"silent=1", true, false, "Firmware ID read failed - cannot download."},
+                          {"no-terminator=1", true, false, "Firmware ID read failed - cannot download."},
+                          {"refused-address=1", false, true, "Download failed."},
+                          {"lost-reply=2", true, true, "Download failed."},
+                          {"lost-reply=3", true, true, "Download failed."},
+                          {"late-reply=290", true, true, "Download failed."}};
     for (const auto& [fault, timesOut, identified, last] : cases) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             SCOPED_TRACE(fault);
@@ -155,15 +142,6 @@ TEST(DownloadTest, TellsEveryFailure) {
             EXPECT_FALSE(at.shell.progressShown);
         }
     }
-}
-
-TEST(DownloadTest, ANamelessModuleIsNotRead) {
-    auto options = Options(TableType::RACE, true);
-    options.identification = "";
-    ConnectedModule at(options);
-    ExpectWarning(at, "Firmware ID read failed - cannot download.");
-    mnuDownload_Click(at.session);
-    EXPECT_EQ(at.line.TraceText(), ">10 <10 <0D");
 }
 
 TEST(DownloadTest, EscapeAndClosingEndTheReading) {

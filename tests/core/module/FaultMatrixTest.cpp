@@ -8,6 +8,7 @@
 #include "table/TableDisplay.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -114,33 +115,26 @@ TEST(FaultMatrixTest, AReplyLostAnywhereIsNoSuccess) {
 }
 
 TEST(FaultMatrixTest, EchoesAreCountedNotTrusted) {
-    struct Case {
-        const char* what;
-        bool echo;
-        std::function<void(int, PeerAnswer&)> out;
-        const char* outcome;
-    };
-    const Case cases[] = {
-        {"wrong echoes", true, [](int n, PeerAnswer& a) { a.bytes[0].byte ^= n == 0 ? 0 : 0x41; },
-         kCompleted},
-        {"a wrong first echo", true, [](int n, PeerAnswer& a) { a.bytes[0].byte ^= n == 0 ? 1 : 0; },
-         kUnprogrammed},
-        {"echoes that end", true,
-         [](int n, PeerAnswer& a) {
-             if (n > 0) a.bytes.erase(a.bytes.begin());
-         },
-         kUnprogrammed},
-        {"echoes that begin", false,
-         [](int n, PeerAnswer& a) {
-             if (n > 0) a.bytes.insert(a.bytes.begin(), {0x15, {}});
-         },
-         kUnprogrammed},
-        {"garbage after replies", true,
-         [](int n, PeerAnswer& a) {
-             if (n > 0 && a.bytes.size() > 1) a.bytes.push_back({0x06, {}});
-         },
-         kCompleted},
-    };
+    using Case = std::tuple<const char*, bool, std::function<void(int, PeerAnswer&)>, const char*>;
+    const Case cases[] = {{"wrong echoes", true,
+                           [](int n, PeerAnswer& a) { a.bytes[0].byte ^= n == 0 ? 0 : 0x41; }, kCompleted},
+                          {"a wrong first echo", true,
+                           [](int n, PeerAnswer& a) { a.bytes[0].byte ^= n == 0 ? 1 : 0; }, kUnprogrammed},
+                          {"echoes that end", true,
+                           [](int n, PeerAnswer& a) {
+                               if (n > 0) a.bytes.erase(a.bytes.begin());
+                           },
+                           kUnprogrammed},
+                          {"echoes that begin", false,
+                           [](int n, PeerAnswer& a) {
+                               if (n > 0) a.bytes.insert(a.bytes.begin(), {0x15, {}});
+                           },
+                           kUnprogrammed},
+                          {"garbage after replies", true,
+                           [](int n, PeerAnswer& a) {
+                               if (n > 0 && a.bytes.size() > 1) a.bytes.push_back({0x06, {}});
+                           },
+                           kCompleted}};
     for (const auto& [what, echo, out, outcome] : cases) {
         SCOPED_TRACE(what);
         for (const auto type : {TableType::RACE, TableType::EX}) {
@@ -178,8 +172,7 @@ TEST(FaultMatrixTest, IdentificationsOfEveryKind) {
         {std::string(5'000, 'x'), kCompleted},
         {"\x01R\x02V\xFF", kCompleted},
         {"RV52A\nEX", "Cannot upload race data to EX version"},
-        {"V8ex1", "Cannot upload race data to EX version"},
-    };
+        {"V8ex1", "Cannot upload race data to EX version"}};
     for (const auto& [text, outcome] : cases) {
         for (const bool echo : {false, true}) {
             auto options = Options(TableType::RACE, echo);
