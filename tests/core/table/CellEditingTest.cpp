@@ -5,6 +5,7 @@
 #include "table/Numbers.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -28,13 +29,9 @@ class CellEditingTest : public testing::Test {
 TEST_F(CellEditingTest, TakesRaceTextsFromZeroTo45) {
     Show(TableType::RACE);
     MoveGridCursor(session, {7, 7});
-    const struct {
-        const char* text;
-        double degrees;
-        const char* label;
-    } accepted[] = {{"30", 30, "30.0"},         {"0", 0, "0.0"},       {"45", 45, "45.0"},
-                    {" 27.75 ", 27.75, "27.8"}, {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"},
-                    {"0.1234", 0.1234, "0.1"}};
+    const std::tuple<const char*, double, const char*> accepted[] = {
+        {"30", 30, "30.0"},    {"0", 0, "0.0"},  {"45", 45, "45.0"},       {" 27.75 ", 27.75, "27.8"},
+        {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"}, {"0.1234", 0.1234, "0.1"}};
     for (const auto& [text, degrees, label] : accepted) {
         EXPECT_TRUE(EndEdit(session, cell, text)) << text;
         EXPECT_EQ(session.sheet.Text(cell), text);

@@ -7,6 +7,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -373,17 +374,15 @@ TEST_F(FileCommandsTest, TheCaptionShowsTheLast60CharactersOfAName) {
             text += character;
         return text;
     };
-    const struct {
-        std::string name;
-        std::string shown;
-    } cases[] = {{times(60, "n"), " - " + times(60, "n")},
-                 {"x" + times(60, "n"), " - ..." + times(60, "n")},
-                 {times(60, "ü"), " - " + times(60, "ü")},
-                 {"ab" + times(60, "点"), " - ..." + times(60, "点")},
-                 {"a\\b.tbl", " - a\\b.tbl"}};
-    for (const auto& one : cases) {
-        Save("/home/a folder/" + one.name);
-        EXPECT_EQ(caption, kBase + one.shown);
+    const std::tuple<std::string, std::string> cases[] = {
+        {times(60, "n"), " - " + times(60, "n")},
+        {"x" + times(60, "n"), " - ..." + times(60, "n")},
+        {times(60, "ü"), " - " + times(60, "ü")},
+        {"ab" + times(60, "点"), " - ..." + times(60, "点")},
+        {"a\\b.tbl", " - a\\b.tbl"}};
+    for (const auto& [name, shown] : cases) {
+        Save("/home/a folder/" + name);
+        EXPECT_EQ(caption, kBase + shown);
     }
     Save("relative.tbl");
     EXPECT_EQ(caption, kBase + " - relative.tbl");
@@ -392,14 +391,11 @@ TEST_F(FileCommandsTest, TheCaptionShowsTheLast60CharactersOfAName) {
 TEST_F(FileCommandsTest, FileOpenCanReturnAMissingFile) {
     const MessageBox box{"/new.txt\r\nFile not found.\r\n\r\nCreate it?", "File Open", Icon::Warning,
                          Buttons::YesNoCancel};
-    const struct {
-        Answer answer;
-        const char* path;
-    } cases[] = {{Answer::Yes, "/new.txt"}, {Answer::No, ""}};
-    for (const auto& one : cases) {
+    const std::tuple<Answer, const char*> cases[] = {{Answer::Yes, "/new.txt"}, {Answer::No, ""}};
+    for (const auto& [answer, path] : cases) {
         test.prompts.ExpectOpen("/new.txt");
-        test.prompts.Expect(box, one.answer);
-        EXPECT_EQ(FileOpen(session, "Title", "", "Create it?"), one.path);
+        test.prompts.Expect(box, answer);
+        EXPECT_EQ(FileOpen(session, "Title", "", "Create it?"), path);
         EXPECT_EQ(test.prompts.dialogs.back().filter, "All Files (*.*)|*.*");
     }
     test.prompts.ExpectOpen("/new.txt");

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <string>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -10,50 +11,25 @@ namespace {
 TEST(ModifyExpressionTest, ReadsWhatAHurriedPersonTypes) {
     constexpr bool percent = true;
     constexpr bool relative = true;
-    const struct {
-        const char* answer;
-        std::optional<ModifyExpression> expected;
-    } cases[] = {
-        {"30", {{30, !percent, !relative}}},
-        {"-5", {{-5, !percent, relative}}},
-        {"+10", {{10, !percent, relative}}},
-        {"80%", {{80, percent, !relative}}},
-        {"-7.5%", {{-7.5, percent, relative}}},
-        {"+15%", {{15, percent, relative}}},
-        {"  30  ", {{30, !percent, !relative}}},
-        {"+ 5", {{5, !percent, relative}}},
-        {"-  5", {{-5, !percent, relative}}},
-        {" - 7.5 %", {{-7.5, percent, relative}}},
-        {"%80", {{80, percent, !relative}}},
-        {"5-", {{5, !percent, relative}}},
-        {"5+", {{5, !percent, relative}}},
-        {"+-5", {{-5, !percent, relative}}},
-        {"-+5", {{-5, !percent, relative}}},
-        {".5", {{0.5, !percent, !relative}}},
-        {"5.", {{5, !percent, !relative}}},
-        {"1.2.3", {{1.2, !percent, !relative}}},
-        {"1,5", {{1, !percent, !relative}}},
-        {"1e3", {{1, !percent, !relative}}},
-        {"1e-3", {{1, !percent, relative}}},
-        {"30 degrees", {{30, !percent, !relative}}},
-        {"", std::nullopt},
-        {"   ", std::nullopt},
-        {"+", std::nullopt},
-        {"-", std::nullopt},
-        {"- ", std::nullopt},
-        {"%", std::nullopt},
-        {"+%", std::nullopt},
-        {".", std::nullopt},
-        {"-.", std::nullopt},
-        {"--5", std::nullopt},
-        {"- - 5", std::nullopt},
-        {"x5", std::nullopt},
-        {"nan", std::nullopt},
-        {"inf", std::nullopt},
-        {"\xEF\xBC\x95", std::nullopt},  // a full-width 5
+    const std::tuple<const char*, ModifyExpression> cases[] = {
+        {"30", {30, !percent, !relative}},     {"-5", {-5, !percent, relative}},
+        {"+10", {10, !percent, relative}},     {"80%", {80, percent, !relative}},
+        {"-7.5%", {-7.5, percent, relative}},  {"+15%", {15, percent, relative}},
+        {"  30  ", {30, !percent, !relative}}, {"+ 5", {5, !percent, relative}},
+        {"-  5", {-5, !percent, relative}},    {" - 7.5 %", {-7.5, percent, relative}},
+        {"%80", {80, percent, !relative}},     {"5-", {5, !percent, relative}},
+        {"5+", {5, !percent, relative}},       {"+-5", {-5, !percent, relative}},
+        {"-+5", {-5, !percent, relative}},     {".5", {0.5, !percent, !relative}},
+        {"5.", {5, !percent, !relative}},      {"1.2.3", {1.2, !percent, !relative}},
+        {"1,5", {1, !percent, !relative}},     {"1e3", {1, !percent, !relative}},
+        {"1e-3", {1, !percent, relative}},     {"30 degrees", {30, !percent, !relative}},
     };
     for (const auto& [answer, expected] : cases)
         EXPECT_EQ(ParseModifyExpression(answer), expected) << answer;
+    // The last is a full-width 5.
+    for (const auto* answer : {"", "   ", "+", "-", "- ", "%", "+%", ".", "-.", "--5", "- - 5", "x5", "nan",
+                               "inf", "\xEF\xBC\x95"})
+        EXPECT_EQ(ParseModifyExpression(answer), std::nullopt) << answer;
 }
 
 TEST(ModifyExpressionTest, StaysFiniteOnAnOverlongAnswer) {

@@ -6,16 +6,13 @@
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <tuple>
 
 namespace rv52 {
 namespace {
 
 TEST(NewAdvanceTest, GivesTheWorkedValues) {
-    const struct {
-        double minimum, maximum;
-        int advSlope, initTiming;
-        double advance;
-    } cases[] = {
+    const std::tuple<double, double, int, int, double> cases[] = {
         {10, 28, 0, 5, 10},
         {10, 28, 9, 5, 28},
         {10, 28, 3, 7, 18},
@@ -28,11 +25,10 @@ TEST(NewAdvanceTest, GivesTheWorkedValues) {
         {0, 45, 0, 5, 0},
         {10, 11, 1, 5, 91.0 / 9},
         {30, 10, 9, 5, 10},  // nobody checks that the minimum is the lower one
-        {-std::numeric_limits<double>::max(), std::numeric_limits<double>::max(), 4, 5, 0},
-    };
-    for (const auto& one : cases)
-        EXPECT_DOUBLE_EQ(NewAdvance(one.minimum, one.maximum, one.advSlope, one.initTiming), one.advance)
-            << one.minimum << " to " << one.maximum << ", " << one.advSlope << ", " << one.initTiming;
+        {-std::numeric_limits<double>::max(), std::numeric_limits<double>::max(), 4, 5, 0}};
+    for (const auto& [minimum, maximum, advSlope, initTiming, advance] : cases)
+        EXPECT_DOUBLE_EQ(NewAdvance(minimum, maximum, advSlope, initTiming), advance)
+            << minimum << " to " << maximum << ", " << advSlope << ", " << initTiming;
 }
 
 TEST(NewAdvanceTest, TheSlidersCountFromTheTop) {
@@ -66,17 +62,15 @@ class NewTableTest : public testing::Test {
 };
 
 TEST_F(NewTableTest, AsksForTheType) {
-    const struct {
-        const char* answer;
-        TableType type;
-    } cases[] = {{"ex", TableType::EX},    {"Ex", TableType::EX},    {"EX", TableType::EX},
-                 {" EX", TableType::RACE}, {"EX2", TableType::RACE}, {"Race", TableType::RACE},
-                 {"", TableType::RACE},    {"EX ", TableType::RACE}, {"e", TableType::RACE}};
-    for (const auto& one : cases) {
-        AnswerType(one.answer);
+    const std::tuple<const char*, TableType> cases[] = {
+        {"ex", TableType::EX},    {"Ex", TableType::EX},    {"EX", TableType::EX},
+        {" EX", TableType::RACE}, {"EX2", TableType::RACE}, {"Race", TableType::RACE},
+        {"", TableType::RACE},    {"EX ", TableType::RACE}, {"e", TableType::RACE}};
+    for (const auto& [answer, type] : cases) {
+        AnswerType(answer);
         mnuNewTable_Click(session);
-        EXPECT_EQ(session.state.TableType, one.type) << one.answer;
-        EXPECT_EQ(session.table.Table().Type(), one.type);
+        EXPECT_EQ(session.state.TableType, type) << answer;
+        EXPECT_EQ(session.table.Table().Type(), type);
     }
     EXPECT_EQ(test.shell.newTableDialogs, 9);
 }
@@ -149,33 +143,27 @@ TEST_F(NewTableTest, SavesFirstWhenToldAndGoesOnWhateverComesOfIt) {
 }
 
 TEST_F(NewTableTest, EndsWithoutItsFiles) {
-    const struct {
-        const char* file;
-        const char* answer;
-        const char* title;
-        std::string text;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*, std::string> cases[] = {
         {"RV52_Chart.oc3", "Race", "File Open", "Chart template file RV52_Chart.oc3 not found."},
         {"RV52_EX_Chart.oc3", "EX", "File Open", "Chart template file RV52_EX_Chart.oc3 not found."},
         {"RV52_Min.dat", "Race", "New Table", "RV52_Min.dat not found."},
         {"RV52_Max.dat", "Race", "New Table", "RV52_Max.dat not found."},
         {"RV52_EX_Min.dat", "EX", "New Table", "RV52_EX_Min.dat not found."},
-        {"RV52_EX_Max.dat", "EX", "New Table", "RV52_EX_Max.dat not found."},
-    };
+        {"RV52_EX_Max.dat", "EX", "New Table", "RV52_EX_Max.dat not found."}};
     const auto all = test.files.contents;
-    for (const auto& one : cases) {
-        SCOPED_TRACE(one.file);
+    for (const auto& [file, answer, title, text] : cases) {
+        SCOPED_TRACE(file);
         test.files.contents = all;
         test::ShowAs(session, test::FlatTable(TableType::RACE, 20));
         session.state.ModuleParameters.RearOffset = 3;
-        test.files.contents.erase(std::string("/program/") + one.file);
+        test.files.contents.erase(std::string("/program/") + file);
         test.shell.caption = "as it was";
         ExpectQuestion(Answer::No);
-        AnswerType(one.answer);
-        test.prompts.Expect({one.text, one.title, Icon::Critical, Buttons::Ok}, Answer::Ok);
+        AnswerType(answer);
+        test.prompts.Expect({text, title, Icon::Critical, Buttons::Ok}, Answer::Ok);
         mnuNewTable_Click(session);
         EXPECT_FALSE(session.state.TableShown || test.view.shown);
-        EXPECT_EQ(session.state.TableType, TypeNamedIn(one.answer));
+        EXPECT_EQ(session.state.TableType, TypeNamedIn(answer));
         EXPECT_EQ(session.state.ModuleParameters.RearOffset, 3);
         EXPECT_EQ(test.shell.caption, session.state.BaseCaption);
     }
@@ -211,18 +199,6 @@ TEST_F(NewTableTest, CreatesAndShowsTheTable) {
         mnuNewTable_Click(session);
         EXPECT_TRUE(session.state.TableShown);
     }
-}
-
-TEST_F(NewTableTest, TakesALimitFileThatWasReplacedMeanwhile) {
-    test.files.contents["/program/RV52_Max.dat"] = FormatTableBlock(test::FlatTable(TableType::RACE, 12.25));
-    AnswerType("Race");
-    OnDialog([&](NewTable& newTable) {
-        newTable.AdvSlope = 9;
-        newTable.InitTiming = 5;
-        CreateNewTable(session, newTable);
-    });
-    mnuNewTable_Click(session);
-    EXPECT_EQ(session.table.Table(), test::FlatTable(TableType::RACE, 12.25));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -13,37 +14,32 @@ namespace {
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 TEST(NumbersTest, WritesOneDecimalAsAPersonWouldRoundWhatTheyRead) {
-    const struct {
-        double value;
-        const char* text;
-    } cases[] = {
-        {0, "0.0"},
-        {-0.0, "0.0"},
-        {7, "7.0"},
-        {0.25, "0.3"},
-        {0.15, "0.2"},
-        {0.05, "0.1"},
-        {0.35, "0.4"},
-        {27.75, "27.8"},
-        {44.88, "44.9"},
-        {10.032, "10.0"},
-        {9.95, "10.0"},
-        {99.95, "100.0"},
-        {0.95, "1.0"},
-        {-0.04, "0.0"},
-        {-0.05, "-0.1"},
-        {-9.96, "-10.0"},
-        {10.1111, "10.1"},
-        {28.0499999999, "28.0"},
-        // A binary neighbour on either side of the half reads differently, and rounds differently.
-        {std::nextafter(0.25, 0), "0.2"},
-        {std::nextafter(0.25, 1), "0.3"},
-        {5e-324, "0.0"},
-        {-2e-310, "0.0"},
-        {4503599627370495.5, "4503599627370495.5"},
-    };
-    for (const auto& one : cases)
-        EXPECT_EQ(FormatTenths(one.value), one.text) << ShortestDecimal(one.value);
+    // A binary neighbour on either side of 0.25 reads differently, and rounds differently.
+    const std::tuple<double, const char*> cases[] = {{0, "0.0"},
+                                                     {-0.0, "0.0"},
+                                                     {7, "7.0"},
+                                                     {0.25, "0.3"},
+                                                     {0.15, "0.2"},
+                                                     {0.05, "0.1"},
+                                                     {0.35, "0.4"},
+                                                     {27.75, "27.8"},
+                                                     {44.88, "44.9"},
+                                                     {10.032, "10.0"},
+                                                     {9.95, "10.0"},
+                                                     {99.95, "100.0"},
+                                                     {0.95, "1.0"},
+                                                     {-0.04, "0.0"},
+                                                     {-0.05, "-0.1"},
+                                                     {-9.96, "-10.0"},
+                                                     {10.1111, "10.1"},
+                                                     {28.0499999999, "28.0"},
+                                                     {std::nextafter(0.25, 0), "0.2"},
+                                                     {std::nextafter(0.25, 1), "0.3"},
+                                                     {5e-324, "0.0"},
+                                                     {-2e-310, "0.0"},
+                                                     {4503599627370495.5, "4503599627370495.5"}};
+    for (const auto& [value, text] : cases)
+        EXPECT_EQ(FormatTenths(value), text) << ShortestDecimal(value);
 
     const auto huge = FormatTenths(1e300);
     EXPECT_EQ(huge.size(), 303U);
@@ -52,33 +48,26 @@ TEST(NumbersTest, WritesOneDecimalAsAPersonWouldRoundWhatTheyRead) {
 }
 
 TEST(NumbersTest, RoundsHalvesToTheEvenNeighbour) {
-    const struct {
-        double value;
-        double rounded;
-    } cases[] = {{0.5, 0},
-                 {1.5, 2},
-                 {2.5, 2},
-                 {3.5, 4},
-                 {-0.5, 0},
-                 {-1.5, -2},
-                 {-2.5, -2},
-                 {1529.5, 1530},
-                 {2.4999999999999996, 2},
-                 {0.49999999999999994, 0},
-                 {1e300, 1e300},
-                 {9007199254740991.0, 9007199254740991.0},
-                 {kInfinity, kInfinity},
-                 {-kInfinity, -kInfinity}};
-    for (const auto& one : cases)
-        EXPECT_EQ(RoundHalfEven(one.value), one.rounded) << one.value;
+    const std::tuple<double, double> cases[] = {{0.5, 0},
+                                                {1.5, 2},
+                                                {2.5, 2},
+                                                {3.5, 4},
+                                                {-0.5, 0},
+                                                {-1.5, -2},
+                                                {-2.5, -2},
+                                                {1529.5, 1530},
+                                                {2.4999999999999996, 2},
+                                                {0.49999999999999994, 0},
+                                                {1e300, 1e300},
+                                                {9007199254740991.0, 9007199254740991.0},
+                                                {kInfinity, kInfinity},
+                                                {-kInfinity, -kInfinity}};
+    for (const auto& [value, rounded] : cases)
+        EXPECT_EQ(RoundHalfEven(value), rounded) << value;
 }
 
 TEST(NumbersTest, ReadsTheNumberThatATextBeginsWith) {
-    const struct {
-        const char* text;
-        std::optional<double> leading;
-        std::optional<double> entire;
-    } cases[] = {
+    const std::tuple<const char*, std::optional<double>, std::optional<double>> cases[] = {
         {"12", 12, 12},         {"  -3.5  ", -3.5, -3.5},
         {"+7", 7, 7},           {".5", 0.5, 0.5},
         {"5.", 5, 5},           {"-.25", -0.25, -0.25},
@@ -92,11 +81,10 @@ TEST(NumbersTest, ReadsTheNumberThatATextBeginsWith) {
         {"+-5", {}, {}},        {"- 5", {}, {}},
         {"x", {}, {}},          {"inf", {}, {}},
         {"nan", {}, {}},        {"\xEF\xBC\x95", {}, {}},  // a full-width 5
-        {"0.1", 0.1, 0.1},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(LeadingNumber(one.text), one.leading) << one.text;
-        EXPECT_EQ(EntireNumber(one.text), one.entire) << one.text;
+        {"0.1", 0.1, 0.1}};
+    for (const auto& [text, leading, entire] : cases) {
+        EXPECT_EQ(LeadingNumber(text), leading) << text;
+        EXPECT_EQ(EntireNumber(text), entire) << text;
     }
 }
 

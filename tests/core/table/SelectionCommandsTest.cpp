@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -65,14 +66,11 @@ class SelectionCommandsTest : public testing::Test {
 };
 
 TEST_F(SelectionCommandsTest, ModifiesFromTheTextThatTheGridShows) {
-    const struct {
-        const char* answer;
-        double degrees;
-        const char* text;
-    } cases[] = {{"30", 30, "30.0"},       {"-5", 25, "25.0"},     {"+10", 40, "40.0"}, {"80%", 24, "24.0"},
-                 {"-7.5%", 27.75, "27.8"}, {"+15%", 34.5, "34.5"}, {"+20", 45, "45.0"}, {"0", 0, "0.0"},
-                 {"50", 45, "45.0"},       {"-100%", 0, "0.0"},    {"-31", 0, "0.0"},   {"5-", 35, "35.0"},
-                 {"- 5", 25, "25.0"},      {"abc", 30, "30.0"},    {"", 30, "30.0"}};
+    const std::tuple<const char*, double, const char*> cases[] = {
+        {"30", 30, "30.0"},       {"-5", 25, "25.0"},     {"+10", 40, "40.0"}, {"80%", 24, "24.0"},
+        {"-7.5%", 27.75, "27.8"}, {"+15%", 34.5, "34.5"}, {"+20", 45, "45.0"}, {"0", 0, "0.0"},
+        {"50", 45, "45.0"},       {"-100%", 0, "0.0"},    {"-31", 0, "0.0"},   {"5-", 35, "35.0"},
+        {"- 5", 25, "25.0"},      {"abc", 30, "30.0"},    {"", 30, "30.0"}};
     for (const auto& [answer, degrees, text] : cases) {
         Show(TableType::RACE, 30);
         Select({2, 3}, {3, 4});

