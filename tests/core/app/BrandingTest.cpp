@@ -2,6 +2,7 @@
 #include "support/TestSession.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52 {
 namespace {
@@ -9,13 +10,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 TEST(BrandingTest, ReadsBothSectionsOfEveryKindOfFile) {
-    struct Case {
-        const char* what;
-        std::string content;
-        Texts splash;
-        Texts branding;
-        bool complete;
-    };
+    using Case = std::tuple<const char*, std::string, Texts, Texts, bool>;
     const std::vector<Case> cases{
         {"plain",
          "! a\n!b\nBrand\nArial\n!\nBrand\nStreet\n!\n",

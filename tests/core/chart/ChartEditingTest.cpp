@@ -7,6 +7,7 @@
 #include "table/Numbers.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -55,19 +56,16 @@ TEST_F(ChartEditingTest, PressTakesAPointAndMakesItsCellCurrent) {
 }
 
 TEST_F(ChartEditingTest, DraggedPointMovesInStepsWithinItsLimits) {
-    const struct {
-        double mouse;
-        double value;
-        const char* text;
-    } race[] = {{30.33, 30.4, "30.4"}, {30.29, 30.2, "30.2"}, {30.1, 30, "30.0"}, {30.3, 30.4, "30.4"},
-                {44.95, 45, "45.0"},   {1e6, 45, "45.0"},     {-0.05, 0, "0.0"},  {-1e6, 0, "0.0"}};
+    const std::tuple<double, double, const char*> race[] = {
+        {30.33, 30.4, "30.4"}, {30.29, 30.2, "30.2"}, {30.1, 30, "30.0"}, {30.3, 30.4, "30.4"},
+        {44.95, 45, "45.0"},   {1e6, 45, "45.0"},     {-0.05, 0, "0.0"},  {-1e6, 0, "0.0"}};
     ShowFlat(TableType::RACE, 20);
     ChartPress(session, PressKey::Plain, Cell{16, 8});
-    for (const auto& row : race) {
+    for (const auto& [mouse, value, text] : race) {
         redraws = 0;
-        ChartDrag(session, row.mouse);
-        EXPECT_NEAR(Degrees({16, 8}), row.value, 1e-12) << row.mouse;
-        EXPECT_EQ(Label().text, row.text);
+        ChartDrag(session, mouse);
+        EXPECT_NEAR(Degrees({16, 8}), value, 1e-12) << mouse;
+        EXPECT_EQ(Label().text, text);
         EXPECT_EQ(Text({16, 8}), "20.0") << "the grid follows at the release";
         EXPECT_LE(redraws, 1) << "point and label are one redraw";
     }
@@ -97,16 +95,13 @@ TEST_F(ChartEditingTest, ShiftMovesTheWholeSurfaceAtTheRelease) {
     EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
     EXPECT_EQ(Label(), (ValueLabel{true, {4, 4}, "0.0"}));
 
-    const struct {
-        double way;
-        double offset;
-        const char* text;
-    } rows[] = {{0.25, 0, "0.0"}, {0.26, 0.2, "0.2"}, {0.75, 0.4, "0.4"}, {-3, -1.2, "-1.2"},
-                {12.5, 5, "5.0"}, {99, 5, "5.0"},     {-99, -5, "-5.0"},  {20, 5, "5.0"}};
-    for (const auto& row : rows) {
-        ChartDrag(session, 42 + row.way);
-        EXPECT_NEAR(Gesture().PendingOffset, row.offset, 1e-12) << row.way;
-        EXPECT_EQ(Label().text, row.text);
+    const std::tuple<double, double, const char*> rows[] = {
+        {0.25, 0, "0.0"}, {0.26, 0.2, "0.2"}, {0.75, 0.4, "0.4"}, {-3, -1.2, "-1.2"},
+        {12.5, 5, "5.0"}, {99, 5, "5.0"},     {-99, -5, "-5.0"},  {20, 5, "5.0"}};
+    for (const auto& [way, offset, text] : rows) {
+        ChartDrag(session, 42 + way);
+        EXPECT_NEAR(Gesture().PendingOffset, offset, 1e-12) << way;
+        EXPECT_EQ(Label().text, text);
         EXPECT_EQ(session.table.Table(), table) << "nothing moves while dragging";
     }
     EXPECT_EQ(ShiftedTable(session).GetCell({9, 9 - 1}), 45);

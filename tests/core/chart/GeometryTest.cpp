@@ -173,17 +173,14 @@ TEST(BandsTest, PiecesMakeUpTheFacetAndKeepToTheirBands) {
 
 TEST(BandsTest, OneAdvanceIsOneBand) {
     const auto advance = ShippedTemplate(TableType::EX).advance;
-    const struct {
-        double degrees;
-        int band;
-    } rows[] = {{0, 0}, {4.99, 0}, {5, 1}, {22.5, 4}, {40, 8}, {45, 8}, {45.01, 9}, {-0.01, -1}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(BandOf(row.degrees, advance), row.band) << row.degrees;
+    const std::tuple<double, int> rows[] = {{0, 0},  {4.99, 0}, {5, 1},     {22.5, 4},
+                                            {40, 8}, {45, 8},   {45.01, 9}, {-0.01, -1}};
+    for (const auto& [degrees, band] : rows) {
+        EXPECT_EQ(BandOf(degrees, advance), band) << degrees;
         std::vector<BandPiece> pieces;
-        CutIntoBands({{{{0, 0}, row.degrees}, {{9, 0}, row.degrees}, {{0, 9}, row.degrees}}}, advance,
-                     pieces);
-        ASSERT_EQ(pieces.size(), 1U) << "a level facet at " << row.degrees;
-        EXPECT_EQ(pieces[0].band, row.band);
+        CutIntoBands({{{{0, 0}, degrees}, {{9, 0}, degrees}, {{0, 9}, degrees}}}, advance, pieces);
+        ASSERT_EQ(pieces.size(), 1U) << "a level facet at " << degrees;
+        EXPECT_EQ(pieces[0].band, band);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "support/TestSession.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace rv52::test {
 namespace {
@@ -48,13 +49,10 @@ TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
 }
 
 TEST_F(ModParamsTest, SlidersCountFromTheTop) {
-    const struct {
-        SliderScale scale;
-        int position;
-        int value;
-    } ends[] = {{kRPMLimitScale, 30, 9900}, {kRPMLimitScale, 99, 3000}, {kRPMLimitScale, 72, 5700},
-                {kInitTimingScale, 0, 5},   {kInitTimingScale, 10, -5}, {kRearOffsetScale, 0, 5},
-                {kRearOffsetScale, 10, -5}, {kCrankRevsScale, 0, 3},    {kCrankRevsScale, 3, 0}};
+    const std::tuple<SliderScale, int, int> ends[] = {
+        {kRPMLimitScale, 30, 9900}, {kRPMLimitScale, 99, 3000}, {kRPMLimitScale, 72, 5700},
+        {kInitTimingScale, 0, 5},   {kInitTimingScale, 10, -5}, {kRearOffsetScale, 0, 5},
+        {kRearOffsetScale, 10, -5}, {kCrankRevsScale, 0, 3},    {kCrankRevsScale, 3, 0}};
     for (const auto& [scale, position, value] : ends) {
         EXPECT_EQ(scale.ValueAt(position), value);
         EXPECT_EQ(scale.PositionOf(value), position);
@@ -115,24 +113,20 @@ TEST_F(ModParamsTest, WarnsEachTimeTheTableInEepromIsDisabled) {
 TEST_F(ModParamsTest, BringsTheVssFrequencyIntoItsRange) {
     const std::string low = "Value must be greater than or equal to 910";
     const std::string high = "Value must be less than or equal to 1700";
-    const struct {
-        std::string text;
-        int value;
-        std::string warning;
-    } cases[] = {{"910", 910, ""},
-                 {"1700", 1700, ""},
-                 {"1700.9", 1700, ""},
-                 {"1500.9", 1500, ""},
-                 {" 1424 Hz", 1424, ""},
-                 {"abc", 910, low},
-                 {"", 910, low},
-                 {"909.99", 910, low},
-                 {"-1500", 910, low},
-                 {"1,500", 910, low},
-                 {"1701", 1700, high},
-                 {"2000", 1700, high},
-                 {"99999999999999999999", 1700, high},
-                 {std::string(1000, '9'), 1700, high}};
+    const std::tuple<std::string, int, std::string> cases[] = {{"910", 910, ""},
+                                                               {"1700", 1700, ""},
+                                                               {"1700.9", 1700, ""},
+                                                               {"1500.9", 1500, ""},
+                                                               {" 1424 Hz", 1424, ""},
+                                                               {"abc", 910, low},
+                                                               {"", 910, low},
+                                                               {"909.99", 910, low},
+                                                               {"-1500", 910, low},
+                                                               {"1,500", 910, low},
+                                                               {"1701", 1700, high},
+                                                               {"2000", 1700, high},
+                                                               {"99999999999999999999", 1700, high},
+                                                               {std::string(1000, '9'), 1700, high}};
     for (const auto& [text, value, warning] : cases) {
         if (!warning.empty()) ExpectWarning(warning, "VSS Frequency");
         txtVSSFreq_Validate(session, text);
