@@ -117,7 +117,7 @@ void VirtualLine::ForgetHistory() {
     trace_.clear();
     opens_.clear();
     pauses_.clear();
-    failedOpens_ = closes_ = discarded_ = yields_ = 0;
+    failedOpens_ = closes_ = 0;
 }
 
 void VirtualLine::RequireOpen() const {
