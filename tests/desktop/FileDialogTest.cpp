@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QTemporaryDir>
 #include <QTest>
@@ -74,6 +75,12 @@ TEST_F(FileDialogTest, AddsTheExtensionToABareNameAndLeavesEveryQuestionToThePro
         robot_.ExpectFile(Path(typed));
         EXPECT_EQ(prompts_.AskSavePath(kTables), Path(saved)) << typed;
     }
+    robot_.Expect("file dialog", [](QWidget& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>()->text(), QStringLiteral("RV52 Advance Chart.pdf"));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(prompts_.AskSavePath({"Save Report", "PDF documents (*.pdf)|*.pdf", "RV52 Advance Chart.pdf"}),
+              "");
     robot_.ExpectFile(Path("tables/missing.tbl"));
     EXPECT_EQ(prompts_.AskOpenPath(kTables), Path("tables/missing.tbl"));
 }
