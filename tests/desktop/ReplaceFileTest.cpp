@@ -72,20 +72,17 @@ TEST_F(ReplaceFileTest, AnyByteMayBeTheLastThatFits) {
     struct rlimit before {};
     ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    std::vector<std::string> failures;
     for (rlim_t fits = 0; fits <= small.size(); ++fits) {
+        const bool whole = fits == small.size();
         const struct rlimit limit { fits, before.rlim_max };
         ::setrlimit(RLIMIT_FSIZE, &limit);
-        failures.push_back(Save(small));
+        const auto failure = Save(small);
         ::setrlimit(RLIMIT_FSIZE, &before);
-        EXPECT_EQ(Content(path_), fits < small.size() ? kOld : small) << fits;
+        EXPECT_EQ(failure, whole ? "" : "Cannot write " + path_ + ": File too large.") << fits;
+        EXPECT_EQ(Content(path_), whole ? small : kOld) << fits;
         EXPECT_EQ(FileCount(), 1) << fits;
     }
     std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(failures.back(), "");
-    failures.pop_back();
-    for (const auto& failure : failures)
-        EXPECT_EQ(failure, "Cannot write " + path_ + ": File too large.");
 }
 
 // A disk of its own in a name space of its own, where the system lets us.

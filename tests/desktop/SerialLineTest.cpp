@@ -57,14 +57,13 @@ TEST_F(SerialLineTest, CarriesEveryByteUnchangedBothWays) {
         all += static_cast<char>(byte);
     FarSends(all);
     ASSERT_EQ(line_.Await(256, line_.Now() + 1s, Yielding::Yes), 256);
-    for (int byte = 0; byte < 256; ++byte)
-        ASSERT_EQ(line_.ReadByte(), byte);
-
-    for (int byte = 0; byte < 256; ++byte) {
-        line_.SendByte(static_cast<std::uint8_t>(byte));
-        unsigned char got = 0;
-        ASSERT_EQ(read(far_, &got, 1), 1);
-        ASSERT_EQ(got, byte);
+    for (const char byte : all) {
+        const int received = line_.ReadByte();
+        line_.SendByte(static_cast<std::uint8_t>(received));
+        char back = 0;
+        ASSERT_EQ(read(far_, &back, 1), 1);
+        ASSERT_EQ(received, static_cast<unsigned char>(byte));
+        ASSERT_EQ(back, byte);
     }
 }
 
