@@ -64,6 +64,11 @@ QAccessibleInterface* Named(const Interfaces& all, const char* objectName) {
     return all.front();
 }
 
+std::string TextOf(const Interfaces& all, const char* objectName,
+                   QAccessible::Text kind = QAccessible::Name) {
+    return FromQt(Named(all, objectName)->text(kind));
+}
+
 using Names = std::vector<std::string>;
 
 class AccessibilityTest : public ProgramFixture {
@@ -109,8 +114,8 @@ TEST_F(AccessibilityTest, TheGridIsATableOfCellsWithTheirTexts) {
         EXPECT_EQ(NamesOf(all, QAccessible::Cell), cells);
         EXPECT_EQ(NamesOf(all, QAccessible::RowHeader), pressures);
         EXPECT_EQ(NamesOf(all, QAccessible::ColumnHeader).back(), "7500");
-        EXPECT_EQ(Named(all, "VSFlexGrid1")->text(QAccessible::Name), QStringLiteral("Advance table"));
-        EXPECT_EQ(Named(all, "VSFlexGrid1")->text(QAccessible::Description), QStringLiteral("MAP/RPM"));
+        EXPECT_EQ(TextOf(all, "VSFlexGrid1"), "Advance table");
+        EXPECT_EQ(TextOf(all, "VSFlexGrid1", QAccessible::Description), "MAP/RPM");
     }
 }
 
@@ -122,19 +127,13 @@ TEST_F(AccessibilityTest, MenusAndPanelsAreNamed) {
     const auto all = TreeOf(Window());
     const auto items = NamesOf(all, QAccessible::MenuItem);
     EXPECT_EQ(items.size(), 4u + 14u);
-    const struct {
-        const char* object;
-        QAccessible::Text kind;
-        const char* text;
-    } texts[] = {{"mnuPrintSetup", QAccessible::Name, "Print Setup..."},
-                 {"fraProgress1", QAccessible::Name, "Reading EEPROM"},
-                 {"prgProgress1", QAccessible::Value, "42"},
-                 {"fraPortSelect", QAccessible::Name, "Data Port Setup"},
-                 {"lblPort", QAccessible::Name, "Port"},
-                 {"cboPort", QAccessible::Value, "Com1"},
-                 {"cmdPortSelectOK", QAccessible::Name, "OK"}};
-    for (const auto& [object, kind, text] : texts)
-        EXPECT_EQ(FromQt(Named(all, object)->text(kind)), text) << object;
+    EXPECT_EQ(TextOf(all, "mnuPrintSetup"), "Print Setup...");
+    EXPECT_EQ(TextOf(all, "fraProgress1"), "Reading EEPROM");
+    EXPECT_EQ(TextOf(all, "prgProgress1", QAccessible::Value), "42");
+    EXPECT_EQ(TextOf(all, "fraPortSelect"), "Data Port Setup");
+    EXPECT_EQ(TextOf(all, "lblPort"), "Port");
+    EXPECT_EQ(TextOf(all, "cboPort", QAccessible::Value), "Com1");
+    EXPECT_EQ(TextOf(all, "cmdPortSelectOK"), "OK");
     EXPECT_EQ(NamesOf(all, QAccessible::ListItem).size(), 255u);
 
     auto* popup = Window().findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D"));
@@ -145,23 +144,17 @@ TEST_F(AccessibilityTest, MenusAndPanelsAreNamed) {
 TEST_F(AccessibilityTest, AMessageIsALabelInPlainTextToTheLetter) {
     StartWith(TableType::RACE);
     const std::string path = "/home/a tuner/" + std::string(300, 'p') + "/<b>&amp;</b> & co.tbl";
-    const auto ask = [&] {
-        prompts_.Ask({path + "\r\nFile not found.", "File Open", Icon::Warning, Buttons::RetryCancel});
-    };
-    InBox(ask, [&](QWidget& box) {
-        const auto all = TreeOf(box);
-        EXPECT_EQ(FromQt(all.front()->text(QAccessible::Name)), "File Open");
-        EXPECT_EQ(NamesOf(all, QAccessible::StaticText), Names{path + "\nFile not found."});
-        EXPECT_EQ(NamesOf(all, QAccessible::Graphic), Names{"Warning"});
-        EXPECT_EQ(Named(all, "cmdRetry")->text(QAccessible::Name), QStringLiteral("Retry"));
-        EXPECT_EQ(Named(all, "cmdCancel")->text(QAccessible::Name), QStringLiteral("Cancel"));
-        EXPECT_LT(box.width(), 1000) << "an endless word is broken for the eye";
-    });
-    InBox(
-        [&] {
-            prompts_.Ask({"Plain", "Upload To EEPROM", Icon::None, Buttons::Ok});
-        },
-        [](QWidget& box) { EXPECT_EQ(NamesOf(TreeOf(box), QAccessible::Graphic), Names{}); });
+    const MessageBox asked{path + "\r\nFile not found.", "File Open", Icon::Warning, Buttons::RetryCancel};
+    InBox([&] { prompts_.Ask(asked); },
+          [&](QWidget& box) {
+              const auto all = TreeOf(box);
+              EXPECT_EQ(FromQt(all.front()->text(QAccessible::Name)), "File Open");
+              EXPECT_EQ(NamesOf(all, QAccessible::StaticText), Names{path + "\nFile not found."});
+              EXPECT_EQ(NamesOf(all, QAccessible::Graphic), Names{"Warning"});
+              EXPECT_EQ(TextOf(all, "cmdRetry"), "Retry");
+              EXPECT_EQ(TextOf(all, "cmdCancel"), "Cancel");
+              EXPECT_LT(box.width(), 1000) << "an endless word is broken for the eye";
+          });
 }
 
 TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
@@ -172,21 +165,20 @@ TEST_F(AccessibilityTest, TheInputBoxAndTheFileDialogsAreNamed) {
         },
         [](QWidget& box) {
             const auto all = TreeOf(box);
-            EXPECT_EQ(Named(all, "txtAnswer")->text(QAccessible::Name), QStringLiteral("Enter table type."));
-            EXPECT_EQ(Named(all, "txtAnswer")->text(QAccessible::Value), QStringLiteral("Race"));
+            EXPECT_EQ(TextOf(all, "txtAnswer"), "Enter table type.");
+            EXPECT_EQ(TextOf(all, "txtAnswer", QAccessible::Value), "Race");
             EXPECT_EQ(NamesOf(all, QAccessible::Button), (Names{"OK", "Cancel"}));
         });
-    const FileDialog open{"Open File", "Advance table files (*.tbl)|*.tbl"};
-    const auto look = [](const char* action) {
-        return [action](QWidget& box) {
-            const auto all = TreeOf(box);
-            EXPECT_EQ(FromQt(Named(all, "cmdOK")->text(QAccessible::Name)), action);
-            EXPECT_EQ(Named(all, "fileTypeCombo")->text(QAccessible::Value),
-                      QStringLiteral("Advance table files (*.tbl)"));
-        };
+    const FileDialog tables{"Open File", "Advance table files (*.tbl)|*.tbl"};
+    const char* action = "Open";
+    const auto look = [&](QWidget& box) {
+        const auto all = TreeOf(box);
+        EXPECT_EQ(TextOf(all, "cmdOK"), action);
+        EXPECT_EQ(TextOf(all, "fileTypeCombo", QAccessible::Value), "Advance table files (*.tbl)");
     };
-    InBox([&] { prompts_.AskOpenPath(open); }, look("Open"));
-    InBox([&] { prompts_.AskSavePath(open); }, look("Save"));
+    InBox([&] { prompts_.AskOpenPath(tables); }, look);
+    action = "Save";
+    InBox([&] { prompts_.AskSavePath(tables); }, look);
     const auto settings = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList())
         << "the toolkit's dialogs remember nothing";

@@ -176,14 +176,13 @@ TEST_F(ChartTest, OnlyRaceTablesAreTurnedShiftedAndZoomed) {
 
 TEST_F(ChartTest, AnySuspendedChangeIsPaintedOnce) {
     Show(TableType::RACE);
-    EXPECT_EQ(PaintsOf([&] {
-                  const RedrawHold hold(session.table);
-                  ForEachCell(TableType::RACE, [&](Cell cell) { session.table.SetCell(cell, 12); });
-                  session.chart.HideLabel();
-                  QCoreApplication::processEvents();
-              }),
-              1)
-        << "many cells";
+    const auto manyCells = [&] {
+        const RedrawHold hold(session.table);
+        ForEachCell(TableType::RACE, [&](Cell cell) { session.table.SetCell(cell, 12); });
+        session.chart.HideLabel();
+        QCoreApplication::processEvents();
+    };
+    EXPECT_EQ(PaintsOf(manyCells), 1);
     EXPECT_EQ(PaintsOf([&] { Show(TableType::EX); }), 1) << "a load";
     const QPoint at = PixelOf({9, 5});
     EXPECT_EQ(PaintsOf([&] { QTest::mousePress(&view, Qt::LeftButton, {}, at); }), 1);
@@ -311,16 +310,14 @@ TEST_F(ChartTest, NeighbouringBandsLeaveNoSeams) {
     PaintScene(painter, scene, colours);
     painter.end();
     int reds = 0;
-    for (int column = 1; column < kColumnCount; ++column) {
+    for (int column = 1; column < kColumnCount; ++column)
         for (int row = 1; row < 11; ++row) {
-            const Point middle =
-                (scene.mesh.At({column, row}).at + scene.mesh.At({column + 1, row + 1}).at) * 0.5;
+            const auto diagonal = scene.mesh.At({column, row}).at + scene.mesh.At({column + 1, row + 1}).at;
+            const QPoint middle = ToQt(diagonal * 0.5).toPoint();
             for (int x = -3; x <= 3; ++x)
                 for (int y = -2; y <= 2; ++y)
-                    reds += picture.pixel(static_cast<int>(middle.x) + x, static_cast<int>(middle.y) + y) ==
-                            QColor(Qt::red).rgb();
+                    reds += picture.pixelColor(middle + QPoint(x, y)) == QColor(Qt::red);
         }
-    }
     EXPECT_EQ(reds, 0);
 }
 

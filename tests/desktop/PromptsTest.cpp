@@ -56,8 +56,9 @@ TEST(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
     };
     for (const auto& [buttons, captions, onReturn, onEscape] : cases) {
         const MessageBox box{"Text", "Title", Icon::Warning, buttons};
-        EXPECT_EQ(Show(box, Qt::Key_Return).captions.toStdString(), captions);
-        EXPECT_EQ(Show(box, Qt::Key_Return).answer, onReturn) << captions;
+        const auto seen = Show(box, Qt::Key_Return);
+        EXPECT_EQ(seen.captions.toStdString(), captions);
+        EXPECT_EQ(seen.answer, onReturn) << captions;
         EXPECT_EQ(Show(box, Qt::Key_Escape).answer, onEscape) << captions;
     }
     const MessageBox replace{"Text", "Title", Icon::Warning, Buttons::YesNoCancel, Answer::No};
@@ -65,20 +66,20 @@ TEST(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
 }
 
 TEST(PromptsTest, ABoxIsWideEnoughForItsTitle) {
-    const QString title = QStringLiteral("Download From EEPROM, and then some more words");
+    const std::string title = "Download From EEPROM, and then some more words";
     QFont bold;
     bold.setBold(true);
-    const MessageBox box{"Short.", title.toStdString(), Icon::Warning, Buttons::Ok};
-    EXPECT_GT(Show(box, Qt::Key_Return).width, QFontMetrics(bold).horizontalAdvance(title) + 100);
+    EXPECT_GT(Show({"Short.", title, Icon::Warning, Buttons::Ok}, Qt::Key_Return).width,
+              QFontMetrics(bold).horizontalAdvance(QString::fromStdString(title)) + 100);
 }
 
 TEST(PromptsTest, TheFileDialogTellsKindsOfFilesWithoutOpeningThem) {
     const FileIcons icons;
-    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/"))), QStringLiteral("Drive"));
-    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/dev"))), QStringLiteral("Folder"));
-    // Whoever looked into this one would not come back.
-    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/proc/kmsg"))), QStringLiteral("File"));
-    EXPECT_EQ(icons.type(QFileInfo(QStringLiteral("/none/race.tbl"))), QStringLiteral("TBL file"));
+    // Whoever looked into the kernel's messages would not come back.
+    for (const auto& [path, kind] :
+         {std::pair("/", "Drive"), std::pair("/dev", "Folder"), std::pair("/proc/kmsg", "File"),
+          std::pair("/none/race.tbl", "TBL file")})
+        EXPECT_EQ(icons.type(QFileInfo(QLatin1String(path))).toStdString(), kind);
     EXPECT_FALSE(icons.icon(QFileInfo(QStringLiteral("/proc/kmsg"))).isNull());
 }
 

@@ -6,6 +6,7 @@
 #include "module/Upload.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
+#include "support/DismissingUser.h"
 #include "support/IdleLine.h"
 #include "support/Recorders.h"
 #include "support/RecordingPrinter.h"
@@ -26,10 +27,9 @@ class Bytes {
     explicit Bytes(std::string_view input) : left_(input) {}
 
     int Next() {
-        if (left_.empty()) return 0;
-        const auto byte = static_cast<unsigned char>(left_.front());
-        left_.remove_prefix(1);
-        return byte;
+        const std::string_view next = left_.substr(0, 1);
+        left_.remove_prefix(next.size());
+        return next.empty() ? 0 : static_cast<unsigned char>(next.front());
     }
 
  private:
@@ -64,7 +64,7 @@ class FuzzedModule : public Peer {
 };
 
 // Aborts or ignores, as the input says; never retries for ever.
-class FuzzedUser : public Prompts {
+class FuzzedUser : public test::DismissingUser {
  public:
     explicit FuzzedUser(bool ignores) : ignores_(ignores) {}
 
@@ -73,8 +73,6 @@ class FuzzedUser : public Prompts {
         return box.buttons == Buttons::OkCancel ? Answer::Ok : DismissAnswer(box.buttons);
     }
     std::string AskText(const InputBox&) override { return "1CVRV52A0SM000081"; }
-    std::string AskOpenPath(const FileDialog&) override { return {}; }
-    std::string AskSavePath(const FileDialog&) override { return {}; }
 
  private:
     bool ignores_;
