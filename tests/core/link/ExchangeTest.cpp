@@ -1,7 +1,6 @@
 #include "link/ModuleProtocol.h"
 #include "simulator/ScriptedPeer.h"
 #include "support/ConnectedSession.h"
-#include "support/WireStory.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -13,25 +12,6 @@ using namespace std::chrono_literals;
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::chrono::nanoseconds kTwoBytes{2 * 178571};  // a request and a reply of one byte each
-
-TEST(ExchangeTest, SetsAnAddressLowByteFirst) {
-    using Case = std::tuple<int, int, int>;
-    for (const bool echo : {false, true}) {
-        for (const auto& [address, low, high] :
-             {Case{16, 0x10, 0}, Case{144, 0x90, 0}, Case{256, 0, 1}, Case{432, 0xB0, 1}}) {
-            ConnectedModule at(Options(TableType::EX, echo));
-            at.module.Eeprom()[address] = 0x5A;
-            SetEEPROMAddress(at.session, {address});
-            EXPECT_TRUE(at.state.CommOK);
-            EXPECT_FALSE(at.line.IsOpen());
-            EXPECT_EQ(ReadEEPROM(at.session), 0x5A);
-            EXPECT_TRUE(at.state.CommOK);
-            EXPECT_TRUE(at.line.IsOpen());
-            EXPECT_EQ(Told(at.line.Trace()), WireStory(echo).Address(low, high).Read(0x5A, 2).Text());
-            EXPECT_EQ(at.line.Pauses(), (std::vector{5ms, 5ms, 5ms, 2ms}));
-        }
-    }
-}
 
 TEST(ExchangeTest, ARefusedAddressIsNoSuccessAndNoBox) {
     for (const std::uint8_t reply : Bytes{0x15, 0x00, 0x14}) {

@@ -73,25 +73,6 @@ TEST(LineErrorsTest, TheThirdClosesThePortBeforeItsBox) {
     }
 }
 
-// The exchange that a line error interrupts goes on, and finds out for itself what it has lost.
-TEST(LineErrorsTest, AnInterruptedIdentificationFailsByItself) {
-    for (const int earlier : {0, 2}) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        at.state.LineErrorCount = static_cast<std::int16_t>(earlier);
-        // The whole name waits by then, unread, behind a window that was busy.
-        at.line.At(1ms, [&] {
-            at.line.Advance(20ms);
-            at.line.Raise(LineCondition::ReceiveOverflow);
-        });
-        ExpectLineError(at.prompts, "Receive buffer overflow.", Answer::Retry);
-        if (earlier == 2) at.prompts.ExpectError("The port is not open.", Answer::Ignore);
-        at.prompts.ExpectError(kTimeoutText, Answer::Abort);
-        ReadFirmwareID(at.session);
-        EXPECT_FALSE(at.state.CommOK);
-        EXPECT_FALSE(at.line.IsOpen());
-    }
-}
-
 TEST(LineErrorsTest, AThirdErrorWhileProgrammingEndsItWithNothingMoreSent) {
     for (const auto answer : {Answer::Abort, Answer::Ignore}) {
         ConnectedModule at(Options(TableType::RACE, true));

@@ -21,16 +21,7 @@ class ModParamsTest : public testing::Test {
 };
 
 TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
-    const ModuleParameters full{.InitialTiming = 3,
-                                .RearOffset = -4,
-                                .CrankRevs = 2,
-                                .RPMLimit = 5750,
-                                .VSSFreq = 1000,
-                                .FixedLimFlag = true,
-                                .SelEEPROMTblFlag = false,
-                                .FixedInitialTmgFlag = true,
-                                .TachEnableFlag = true,
-                                .FlagByte = 0xA5};
+    const ModuleParameters full{3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};
     parameters = full;
     OpenModParams(session);
     EXPECT_EQ(parameters, full);

@@ -58,16 +58,7 @@ std::string GridLine(int map, const std::string& whole) {
 TEST_F(ReportTest, PrintsARaceTableWithAComment) {
     ShowTable(TableType::RACE);
     session_.state.FirmwareId = "RV52A 8.1";
-    session_.state.ModuleParameters = {.InitialTiming = -3,
-                                       .RearOffset = 5,
-                                       .CrankRevs = 2,
-                                       .RPMLimit = 5700,
-                                       .VSSFreq = 910,
-                                       .FixedLimFlag = true,
-                                       .SelEEPROMTblFlag = false,
-                                       .FixedInitialTmgFlag = true,
-                                       .TachEnableFlag = false,
-                                       .FlagByte = 0};
+    session_.state.ModuleParameters = {-3, 5, 2, 5700, 910, true, false, true, false, 0};
     session_.sheet.SetText({1, 1}, "0.5");
     session_.sheet.SetText({1, 2}, "00123456789");
     Print("No. 7");

@@ -3,7 +3,6 @@
 
 #include <bit>
 #include <gtest/gtest.h>
-#include <stdexcept>
 #include <tuple>
 
 namespace rv52 {
@@ -95,22 +94,6 @@ TEST(FaultsTest, ComeAgainTheSameFromTheSameSeed) {
     const auto garbled = Play("garbage-before-reply=1").replies;
     EXPECT_TRUE(garbled.ends_with(kSound));
     EXPECT_GT(garbled.size(), kSound.size());
-}
-
-TEST(FaultsTest, AreReadFromTextOrRefusedInOneLine) {
-    EXPECT_EQ(ParseFault("silent=12").k, 12);
-    EXPECT_EQ(ParseFault("silent").k, std::nullopt);
-    for (const auto* wrong : {"", "noise", "silent=", "silent=0", "silent=-1", "silent=1x", "silent=1=2",
-                              "silent=99999999999999999999"}) {
-        try {
-            ParseFault(wrong);
-            ADD_FAILURE() << wrong << " was taken";
-        } catch (const std::invalid_argument& failure) {
-            const std::string text = failure.what();
-            EXPECT_FALSE(text.empty());
-            EXPECT_EQ(text.find('\n'), std::string::npos);
-        }
-    }
 }
 
 }  // namespace

@@ -34,18 +34,32 @@ TEST(SimulatorOptionsTest, AreRead) {
 
 TEST(SimulatorOptionsTest, AreRefusedInOneLineThatNamesWhatIsWrong) {
     using Row = std::tuple<std::vector<const char*>, const char*>;
-    const Row rows[] = {{{"--typ", "EX"}, "--typ"},      {{"EX"}, "EX"},
-                        {{"--help=1"}, "--help=1"},      {{"--type", "race"}, "--type"},
-                        {{"--echo", "maybe"}, "maybe"},  {{"--image"}, "--image"},
-                        {{"--image="}, "--image"},       {{"--pace", "fast"}, "--pace"},
-                        {{"--pace", "0"}, "--pace"},     {{"--seed", "-1"}, "--seed"},
-                        {{"--fault", "noise"}, "noise"}, {{"--fault", "silent=0"}, "silent"},
-                        {{"--id", "Exhaust"}, "EX"},     {{"--type=EX", "--id", "a\rb"}, "--id"}};
+    const Row rows[] = {{{"--typ", "EX"}, "--typ"},
+                        {{"EX"}, "EX"},
+                        {{"--help=1"}, "--help=1"},
+                        {{"--type", "race"}, "--type"},
+                        {{"--echo", "maybe"}, "maybe"},
+                        {{"--image"}, "--image"},
+                        {{"--image="}, "--image"},
+                        {{"--pace", "fast"}, "--pace"},
+                        {{"--pace", "0"}, "--pace"},
+                        {{"--seed", "-1"}, "--seed"},
+                        {{"--fault", "noise"}, "noise"},
+                        {{"--fault", "silent=0"}, "silent"},
+                        {{"--fault", "silent="}, "silent"},
+                        {{"--fault", "silent=-1"}, "silent"},
+                        {{"--fault", "silent=1x"}, "silent"},
+                        {{"--fault", "silent=1=2"}, "silent"},
+                        {{"--fault="}, "fault"},
+                        {{"--fault", "silent=99999999999999999999"}, "silent"},
+                        {{"--id", "Exhaust"}, "EX"},
+                        {{"--type=EX", "--id", "a\rb"}, "--id"}};
     for (const auto& [arguments, named] : rows) {
         try {
             Parse(arguments);
             ADD_FAILURE() << arguments.front() << " was taken";
         } catch (const std::invalid_argument& error) {
+            EXPECT_EQ(std::string(error.what()).find('\n'), std::string::npos);
             EXPECT_NE(std::string(error.what()).find(named), std::string::npos) << error.what();
         }
     }

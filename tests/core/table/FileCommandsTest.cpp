@@ -32,6 +32,8 @@ ModuleParameters SomeParameters() {
 
 class FileCommandsTest : public testing::Test {
  protected:
+    using Expectations = std::function<void()>;
+
     FileCommandsTest() {
         session.shell.SetCaption("as it was");
         session.sheet.SetUp(TableType::RACE);
@@ -66,8 +68,18 @@ class FileCommandsTest : public testing::Test {
         test.prompts.Expect({text, title, Icon::Critical, Buttons::Ok}, Answer::Ok);
     }
 
+    void ExpectFailure(const Expectations& dialog, int number, const std::string& what) {
+        try {
+            dialog();
+            ADD_FAILURE() << "did not fail";
+        } catch (const FileDialogFailure& failure) {
+            EXPECT_EQ(failure.Number(), number);
+            EXPECT_EQ(failure.what(), what);
+            EXPECT_TRUE(what.ends_with(" " + failure.Source())) << failure.Source();
+        }
+    }
+
     // The commands, with the path that the user picks and the boxes expected after that.
-    using Expectations = std::function<void()>;
     void Open(
         const std::string& path, const Expectations& expect = [] {}) {
         test.prompts.ExpectOpen(path);
@@ -400,13 +412,7 @@ TEST_F(FileCommandsTest, FileOpenCanReturnAMissingFile) {
     }
     test.prompts.ExpectOpen("/new.txt");
     test.prompts.Expect(box, Answer::Cancel);
-    try {
-        FileOpen(session, "Title", "", "Create it?");
-        ADD_FAILURE() << "did not fail";
-    } catch (const FileDialogFailure& failure) {
-        EXPECT_EQ(failure.Number(), 1000);
-        EXPECT_EQ(failure.Source(), "File Open");
-    }
+    ExpectFailure([&] { FileOpen(session, "Title", "", "Create it?"); }, 1000, "Canceled File Open");
 }
 
 TEST_F(FileCommandsTest, AnAbortedDialogFailsWithItsNumber) {
@@ -415,13 +421,7 @@ TEST_F(FileCommandsTest, AnAbortedDialogFailsWithItsNumber) {
         throw Failure("no display");
     };
     test.prompts.ExpectError("no display", Answer::Abort);
-    try {
-        FileSave(session, "Title", "", "Overwrite?");
-        ADD_FAILURE() << "did not fail";
-    } catch (const FileDialogFailure& failure) {
-        EXPECT_EQ(failure.Number(), 1001);
-        EXPECT_STREQ(failure.what(), "Aborted File Save");
-    }
+    ExpectFailure([&] { FileSave(session, "Title", "", "Overwrite?"); }, 1001, "Aborted File Save");
 
     test.files.contents["/a"] = "";
     test.prompts.ExpectSave("/a");
