@@ -1,6 +1,7 @@
 #include "link/EepromTransfer.h"
 #include "link/ModuleProtocol.h"
 #include "platform/Failure.h"
+#include "support/DismissingUser.h"
 #include "support/PatternModule.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@ namespace {
 constexpr const char* kNotThere = "Com3 is not there.";
 
 // A user who gives every failure box the same answer, and who can do something while a box is open.
-class OneAnswer : public Prompts {
+class OneAnswer : public DismissingUser {
  public:
     explicit OneAnswer(Answer answer) : answer_(answer) {}
 
@@ -21,9 +22,6 @@ class OneAnswer : public Prompts {
         // Retrying for ever would be no test: now and then even the most stubborn gives up.
         return ++asked_ % 3 == 0 && answer_ == Answer::Retry ? Answer::Ignore : answer_;
     }
-    std::string AskText(const InputBox&) override { return {}; }
-    std::string AskOpenPath(const FileDialog&) override { return {}; }
-    std::string AskSavePath(const FileDialog&) override { return {}; }
 
     std::function<void()> whileOpen;
 
@@ -32,10 +30,9 @@ class OneAnswer : public Prompts {
     int asked_ = 0;
 };
 
-// The same session as it would be with another user.
-Ports AskingOf(Prompts& prompts, const Session& session) {
-    return {session.line,  prompts,          session.view,   session.shell,
-            session.files, session.settings, session.printer};
+// The same session as it would be with another user and line.
+Ports AskingOf(Prompts& prompts, const Session& session, Line& line) {
+    return {line, prompts, session.view, session.shell, session.files, session.settings, session.printer};
 }
 
 TEST(LineFailureTest, AnUnopenedPortFailsTheExchange) {
@@ -121,8 +118,7 @@ TEST(LineFailureTest, AnyMoveOfAnExchangeMayFail) {
                 user.whileOpen = [&] {
                     sentBefore = sentBefore.value_or(at.line.TraceText().find_last_of('>'));
                 };
-                Session session({line, user, at.session.view, at.session.shell, at.session.files,
-                                 at.session.settings, at.session.printer});
+                Session session(AskingOf(user, at.session, line));
                 session.state.EchoMode = true;
                 session.state.CommOK = true;
                 exchange(session);
@@ -153,7 +149,7 @@ bool JudgeProgramming(const Attempt& attempt) {
     SCOPED_TRACE(attempt.fault);
     ConnectedModule at(Options(attempt.type, attempt.echo), Faults({attempt.fault}, 7));
     OneAnswer user(attempt.answer);
-    Session session(AskingOf(user, at.session));
+    Session session(AskingOf(user, at.session, at.line));
     session.state.TableType = attempt.type;
     session.state.EchoMode = attempt.echo;
     session.state.EepromBuffer = PatternBuffer();
@@ -206,7 +202,7 @@ TEST(LineFailureTest, ALostLineEndsAReadAsFailed) {
             ConnectedModule at(PatternModule(TableType::EX, true),
                                Faults({"hang-up=" + std::to_string(k)}, 7));
             OneAnswer user(answer);
-            Session session(AskingOf(user, at.session));
+            Session session(AskingOf(user, at.session, at.line));
             user.whileOpen = [&] { at.line.PlugIn(); };
             session.state.TableType = TableType::EX;
             session.state.EchoMode = true;

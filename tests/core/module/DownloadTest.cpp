@@ -97,19 +97,6 @@ TEST(DownloadTest, CancellingTheSaveQuestionLeavesEverything) {
     EXPECT_EQ(at.shell.caption, "Corvane RV52 Version 8.1 - mine.tbl");
 }
 
-TEST(DownloadTest, GoesOnWhateverBecomesOfTheSave) {
-    for (const auto answer : {Answer::Yes, Answer::No}) {
-        ConnectedModule at(Options(TableType::EX, true));
-        ShowOldTable(at);
-        ExpectSaveQuestion(at, answer);
-        if (answer == Answer::Yes) at.prompts.ExpectSave("");  // cancelled
-        ExpectWarning(at, "Firmware ID: RV52A EX SIM 8.1");
-        mnuDownload_Click(at.session);
-        EXPECT_EQ(at.session.table.Table().Type(), TableType::EX);
-        EXPECT_TRUE(at.state.TableShown);
-    }
-}
-
 // The last box says what went wrong; the screen is empty, the parameters are the old ones, the buffer is
 // clear.
 TEST(DownloadTest, TellsEveryFailure) {
