@@ -117,7 +117,7 @@ class Painter {
         const auto& a = mesh_.At(from);
         const auto& b = mesh_.At(to);
         painter_.setPen(QPen(ColoursOf(BandOf((a.height + b.height) / 2, advance_)).line, colours_.meshLine,
-                             Qt::SolidLine, Qt::RoundCap));
+                             Qt::SolidLine, Qt::SquareCap));
         painter_.drawLine(ToQt(a.at), ToQt(b.at));
     }
 
