@@ -1,5 +1,6 @@
 #include "Figures.h"
 #include "Samples.h"
+#include "chart/Projection.h"
 
 #include <QApplication>
 #include <QImage>
@@ -11,6 +12,7 @@
 #include <QtDataVisualization/QSurface3DSeries>
 #include <QtDataVisualization/QValue3DAxis>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -23,7 +25,7 @@ using namespace rv52;
 
 constexpr int kRuns = 11;
 constexpr int kSamples = 4;
-constexpr float kZoom = 160;  // %
+constexpr float kZoom = 120;  // %
 
 void SetAxis(QValue3DAxis& axis, const ChartAxis& from) {
     axis.setTitle(QString::fromStdString(from.caption));
@@ -73,7 +75,9 @@ int main(int argc, char** argv) {
     series->setFlatShadingEnabled(true);
     graph.addSeries(series);
     graph.setShadowQuality(QAbstract3DGraph::ShadowQualityNone);
-    // From the same side, and about as large.
+    // The same box from the same side, about as large.
+    graph.setHorizontalAspectRatio(kBoxWidth / kBoxDepth);
+    graph.setAspectRatio(std::max(kBoxWidth, kBoxDepth) / kBoxHeight);
     auto* camera = graph.scene()->activeCamera();
     camera->setCameraPosition(static_cast<float>(chartTemplate.azimuth),
                               static_cast<float>(chartTemplate.elevation), kZoom);
