@@ -25,7 +25,7 @@ using namespace rv52;
 
 constexpr int kRuns = 11;
 constexpr int kSamples = 4;
-constexpr float kZoom = 120;  // %
+constexpr float kZoom = 95;  // %
 
 void SetAxis(QValue3DAxis& axis, const ChartAxis& from) {
     axis.setTitle(QString::fromStdString(from.caption));
