@@ -36,12 +36,15 @@ void DrawLines(QPainter& painter, const std::vector<Segment>& lines, const QPen&
 }
 
 void PaintWalls(QPainter& painter, const Walls& walls, const ChartColours& colours) {
+    // The faces' rims lie under the edges' lines: softened, they would cost more than all else of the walls.
+    painter.setRenderHint(QPainter::Antialiasing, false);
     painter.setPen(Qt::NoPen);
     for (std::size_t face = 0; face < walls.faces.size(); ++face) {
         painter.setBrush(face == 0 ? colours.floor : colours.wall);
         const auto& corners = walls.faces[face];
         painter.drawConvexPolygon(ToPolygon(corners));
     }
+    painter.setRenderHint(QPainter::Antialiasing, true);
     DrawLines(painter, walls.lines, QPen(colours.wallLine, colours.hairline));
     DrawLines(painter, walls.edges, LinePen(colours.wallEdge, colours.line));
 }
@@ -75,9 +78,9 @@ void PaintLegend(QPainter& painter, const Scene& scene, const ChartColours& colo
 
 // Dark upon a light rim: it stands out from every band, in colour and in grey.
 void PaintCased(QPainter& painter, const ChartColours& colours, auto&& draw) {
-    painter.setPen(RoundPen(colours.casing, colours.casingLine));
+    painter.setPen(LinePen(colours.casing, colours.casingLine));
     draw();
-    painter.setPen(RoundPen(colours.core, colours.boldLine));
+    painter.setPen(LinePen(colours.core, colours.boldLine));
     draw();
 }
 
@@ -146,7 +149,8 @@ void PaintOverlay(QPainter& painter, const Scene& scene, const Overlay& overlay,
     painter.setClipRect(ToQt(scene.areas.plotting), Qt::IntersectClip);
     PaintCased(painter, colours, [&] {
         for (const auto& curve : overlay.cursor)
-            painter.drawPolyline(ToPolygon(curve));
+            for (std::size_t next = 1; next < curve.size(); ++next)
+                painter.drawLine(ToQt(curve[next - 1]), ToQt(curve[next]));
     });
     DrawLines(painter, overlay.ghost, LinePen(colours.ghost, 1.2 * colours.meshLine));
     if (overlay.limit) PaintLimit(painter, *overlay.limit, colours);

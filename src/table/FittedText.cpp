@@ -28,8 +28,13 @@ QRectF GlyphBox(const QFontMetricsF& metrics, const QString& text) {
 void DrawFitted(QPainter& painter, const QRect& cell, const QString& text) {
     if (text.isEmpty() || cell.width() < 2 || cell.height() < 2) return;
     const QFontMetricsF metrics(painter.font());
-    const QString shown = metrics.elidedText(text, Qt::ElideRight, cell.width() / kNarrowest);
-    const QRectF box = GlyphBox(metrics, shown);
+    const double widest = cell.width() / kNarrowest;
+    QString shown = text;
+    QRectF box = GlyphBox(metrics, shown);
+    if (box.width() > widest) {
+        shown = metrics.elidedText(text, Qt::ElideRight, widest);
+        box = GlyphBox(metrics, shown);
+    }
     const double narrow = std::min(1.0, (cell.width() - 1) / std::max(1.0, box.width()));
     const double flat = std::min(1.0, cell.height() / std::max(1.0, box.height()));
 
