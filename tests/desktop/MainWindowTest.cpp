@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTreeWidget>
+#include <QWindow>
 
 namespace rv52::test {
 namespace {
@@ -61,6 +62,8 @@ TEST_F(MainWindowTest, ShowsNothingBeforeTheSplashIsGoneAndThenNoTable) {
     EXPECT_EQ(Window().centralWidget()->size(), QSize(602, 501));
     for (const auto* hidden : {"Chart3D1", "VSFlexGrid1", "fraProgress1", "fraPortSelect"})
         EXPECT_FALSE(Shown(hidden)) << hidden;
+    Window().SetCaption("Corvane RV52 - my [*] table.tbl");
+    EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 - my [*] table.tbl"));
 }
 
 TEST_F(MainWindowTest, HasEveryMenuItemUnderItsNameAlwaysEnabled) {

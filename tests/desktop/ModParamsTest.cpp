@@ -33,8 +33,11 @@ class ModParamsDialogTest : public testing::Test {
         EXPECT_NE(found, nullptr) << name;
         return found;
     }
-    QSlider* Slider(const char* name) const { return Find<QSlider>(name); }
-    std::string Label(const char* name) const { return Find<QLabel>(name)->text().toStdString(); }
+    // Of a setting: "RPMLimit".
+    QSlider* Slider(const std::string& setting) const { return Find<QSlider>(("sld" + setting).c_str()); }
+    std::string Label(const std::string& setting) const {
+        return Find<QLabel>(("lbl" + setting + "Val").c_str())->text().toStdString();
+    }
     std::string Vss() const { return Find<QLineEdit>("txtVSSFreq")->text().toStdString(); }
     bool FrameShown(const char* name) const { return Find<QGroupBox>(name)->isVisible(); }
 
@@ -72,14 +75,11 @@ TEST_F(ModParamsDialogTest, OpensOnTheParameters) {
                   .TachEnableFlag = true};
     const auto before = parameters;
     Open();
-    const std::tuple<const char*, int, const char*, const char*> sliders[] = {
-        {"sldRPMLimit", 72, "lblRPMLimitVal", "5750"},
-        {"sldInitTiming", 8, "lblInitTimingVal", "-3"},
-        {"sldRearOffset", 1, "lblRearOffsetVal", "4"},
-        {"sldCrankRevs", 1, "lblCrankRevsVal", "2"}};
-    for (const auto& [slider, position, label, text] : sliders) {
-        EXPECT_EQ(Slider(slider)->value(), position) << slider;
-        EXPECT_EQ(Label(label), text);
+    for (const auto& [setting, position, text] :
+         {std::tuple("RPMLimit", 72, "5750"), std::tuple("InitTiming", 8, "-3"),
+          std::tuple("RearOffset", 1, "4"), std::tuple("CrankRevs", 1, "2")}) {
+        EXPECT_EQ(Slider(setting)->value(), position) << setting;
+        EXPECT_EQ(Label(setting), text);
     }
     EXPECT_TRUE(Find<QRadioButton>("optFLASHAdvTable")->isChecked());
     EXPECT_TRUE(Find<QCheckBox>("chkTachEnable")->isChecked());
@@ -93,24 +93,15 @@ TEST_F(ModParamsDialogTest, SlidersRaiseTheirValueUpwards) {
     parameters.FixedLimFlag = true;
     parameters.RPMLimit = 5750;
     Open();
-    const struct {
-        const char* slider;
-        const char* label;
-        Qt::Key key;
-        const char* shown;
-    } strokes[] = {{"sldRPMLimit", "lblRPMLimitVal", Qt::Key_Up, "5800"},
-                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_PageUp, "6800"},
-                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_Home, "9900"},
-                   {"sldRPMLimit", "lblRPMLimitVal", Qt::Key_End, "3000"},
-                   {"sldCrankRevs", "lblCrankRevsVal", Qt::Key_PageUp, "2"},
-                   {"sldCrankRevs", "lblCrankRevsVal", Qt::Key_Up, "3"},
-                   {"sldRearOffset", "lblRearOffsetVal", Qt::Key_PageDown, "-2"},
-                   {"sldRearOffset", "lblRearOffsetVal", Qt::Key_Down, "-3"}};
-    for (const auto& [slider, label, key, shown] : strokes) {
-        Slider(slider)->setFocus();
+    for (const auto& [setting, key, shown] :
+         {std::tuple("RPMLimit", Qt::Key_Up, "5800"), std::tuple("RPMLimit", Qt::Key_PageUp, "6800"),
+          std::tuple("RPMLimit", Qt::Key_Home, "9900"), std::tuple("RPMLimit", Qt::Key_End, "3000"),
+          std::tuple("CrankRevs", Qt::Key_PageUp, "2"), std::tuple("CrankRevs", Qt::Key_Up, "3"),
+          std::tuple("RearOffset", Qt::Key_PageDown, "-2"), std::tuple("RearOffset", Qt::Key_Down, "-3")}) {
+        Slider(setting)->setFocus();
         Key(key);
-        EXPECT_EQ(Label(label), shown);
-        EXPECT_EQ(Slider(slider)->accessibleDescription().toStdString(), shown);
+        EXPECT_EQ(Label(setting), shown);
+        EXPECT_EQ(Slider(setting)->accessibleDescription().toStdString(), shown);
     }
     EXPECT_EQ(parameters.RPMLimit, 3000);
     EXPECT_EQ(parameters.CrankRevs, 3);
@@ -124,35 +115,35 @@ TEST_F(ModParamsDialogTest, HoldsAnExTablesTimingAtZero) {
     Open();
     EXPECT_FALSE(FrameShown("fraRearOffset"));
     // Positive timing from a file stays until the slider moves.
-    EXPECT_EQ(Label("lblInitTimingVal"), "3");
-    Slider("sldInitTiming")->setFocus();
+    EXPECT_EQ(Label("InitTiming"), "3");
+    Slider("InitTiming")->setFocus();
     for (const auto key : {Qt::Key_Down, Qt::Key_Up}) {
         Key(key);
         EXPECT_EQ(parameters.InitialTiming, 0);
-        EXPECT_EQ(Slider("sldInitTiming")->value(), 5);
+        EXPECT_EQ(Slider("InitTiming")->value(), 5);
     }
     Key(Qt::Key_Down);
-    EXPECT_EQ(Label("lblInitTimingVal"), "-1");
+    EXPECT_EQ(Label("InitTiming"), "-1");
 }
 
 TEST_F(ModParamsDialogTest, FramesComeAndGoWithTheirChecks) {
     Open();
     const auto ok = Find<QPushButton>("cmdOK")->geometry();
     EXPECT_TRUE(FrameShown("fraRearOffset"));
-    for (const auto& [frame, check, slider, label, neutral] :
-         {std::tuple("fraRPMLimit", "chkFixedRPMLimit", "sldRPMLimit", "lblRPMLimitVal", 99),
-          std::tuple("fraInitTiming", "chkFixedInitTiming", "sldInitTiming", "lblInitTimingVal", 5)}) {
+    for (const auto& [frame, check, setting, neutral] :
+         {std::tuple("fraRPMLimit", "chkFixedRPMLimit", "RPMLimit", 99),
+          std::tuple("fraInitTiming", "chkFixedInitTiming", "InitTiming", 5)}) {
         EXPECT_FALSE(FrameShown(frame));
-        const auto text = Label(label);
+        const auto text = Label(setting);
         Click(Find<QCheckBox>(check));
         EXPECT_TRUE(FrameShown(frame));
         EXPECT_EQ(Find<QPushButton>("cmdOK")->geometry(), ok);
-        Slider(slider)->setValue(neutral - 3);
-        EXPECT_NE(Label(label), text);
+        Slider(setting)->setValue(neutral - 3);
+        EXPECT_NE(Label(setting), text);
         Click(Find<QCheckBox>(check));
         EXPECT_FALSE(FrameShown(frame));
-        EXPECT_EQ(Slider(slider)->value(), neutral);
-        EXPECT_EQ(Label(label), text);
+        EXPECT_EQ(Slider(setting)->value(), neutral);
+        EXPECT_EQ(Label(setting), text);
     }
     EXPECT_EQ(parameters, ModuleParameters{});
 }
@@ -181,7 +172,7 @@ TEST_F(ModParamsDialogTest, ValidatesTheVssFrequencyHoweverTheFocusLeaves) {
         [&] { Key(Qt::Key_Tab); },
         [&] { Key(Qt::Key_Tab, Qt::ShiftModifier); },
         [&] { Click(Find<QCheckBox>("chkTachEnable")); },
-        [&] { Click(Slider("sldCrankRevs")); },
+        [&] { Click(Slider("CrankRevs")); },
         [&] { Click(Find<QPushButton>("cmdOK")); },
         [&] { Key(Qt::Key_Return); },
     };
@@ -243,7 +234,7 @@ TEST_F(ModParamsDialogTest, KeepsItsDesignSizeAndCutsNothingAtLargerFonts) {
                  {std::pair("fraOptions", QSize(337, 177)), std::pair("fraRearOffset", QSize(121, 169)),
                   std::pair("fraModule", QSize(265, 113)), std::pair("fraRPMLimit", QSize(97, 401))})
                 EXPECT_EQ(Find<QGroupBox>(frame)->size(), size) << frame;
-            EXPECT_EQ(Slider("sldRPMLimit")->height(), 337);
+            EXPECT_EQ(Slider("RPMLimit")->height(), 337);
         }
         for (const auto* part : dialog->findChildren<QWidget*>())
             EXPECT_TRUE(part->minimumSizeHint().boundedTo(part->size()) == part->minimumSizeHint() &&

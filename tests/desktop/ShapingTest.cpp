@@ -96,10 +96,5 @@ TEST_F(ShapingTest, MakesATableWithoutAMouse) {
     EXPECT_EQ(Text({11, 16}), FormatTenths(State().ExMaxTable.GetCell({16, 1})));
 }
 
-TEST_F(ShapingTest, ShowsAnyFilesNameInTheCaption) {
-    Window().SetCaption("Corvane RV52 - my [*] table.tbl");
-    EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 - my [*] table.tbl"));
-}
-
 }  // namespace
 }  // namespace rv52::test
