@@ -52,23 +52,14 @@ bool ReadImage(Session& session) {
 }
 
 // The image becomes the current table and parameters, on a chart of the module's type; false without the
-// type's template.
+// type's template, the load then being refused.
 bool TakeImage(Session& session) {
     auto& state = session.state;
     const RedrawHold hold(session.table);
     session.steps([&] {
         session.table.Replace(DecodeEepromImage(state.EepromBuffer, state.TableType, state.ModuleParameters));
     });
-    return session.steps.Value([&] { return LoadChartTemplate(session, state.TableType); }, true);
-}
-
-void RefuseTemplate(Session& session) {
-    const auto file = std::string(ChartTemplateFileName(session.state.TableType));
-    session.steps([&] {
-        session.prompts.Ask(
-            {"Chart template file " + file + " not found.", "File Open", Icon::Critical, Buttons::Ok});
-    });
-    mnuCloseTable_Click(session);
+    return TakeChartTemplate(session, state.TableType);
 }
 
 void ShowDownloaded(Session& session) {
@@ -88,7 +79,7 @@ void mnuDownload_Click(Session& session) {
         session.gate.SetCloseAborts(true);
         ClearTable(session);
         if (!IdentifyModule(session) || !ReadImage(session)) return;
-        if (!TakeImage(session)) return RefuseTemplate(session);
+        if (!TakeImage(session)) return;
         ShowDownloaded(session);
     });
 }

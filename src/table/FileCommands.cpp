@@ -14,6 +14,7 @@ namespace rv52 {
 namespace {
 
 constexpr const char* kTableFilter = "Advance table files (*.tbl)|*.tbl";
+constexpr const char* kOpenTitle = "File Open";
 constexpr std::size_t kLongestCaptionName = 60;
 
 void SetFileCaption(Session& session, const std::string& path) {
@@ -41,22 +42,14 @@ void ReadParameters(Session& session, std::string_view content) {
         });
 }
 
-bool Refuse(Session& session, const std::string& text) {
-    session.steps([&] { session.prompts.Ask({text, "File Open", Icon::Critical, Buttons::Ok}); });
-    mnuCloseTable_Click(session);
-    return false;
-}
-
 // Template and values into the chart; false when either could not be had and the table has been closed.
 bool LoadTable(Session& session, const std::string& path, std::string_view content) {
     const auto type = session.state.TableType;
     const RedrawHold hold(session.table);
-    if (!session.steps.Value([&] { return LoadChartTemplate(session, type); }, true))
-        return Refuse(session,
-                      "Chart template file " + std::string(ChartTemplateFileName(type)) + " not found.");
+    if (!TakeChartTemplate(session, type)) return false;
     const auto table =
         session.steps.Value([&] { return ParseTableBlock(content, type); }, std::optional<AdvanceTable>{});
-    if (!table) return Refuse(session, "Error loading " + path);
+    if (!table) return RefuseLoad(session, "Error loading " + path, kOpenTitle);
     session.steps([&] { session.table.Replace(*table); });
     return true;
 }
@@ -83,6 +76,18 @@ bool OfferToSave(Session& session, const std::string& question, const std::strin
         Answer::No);
     if (answer == Answer::Yes) mnuSaveTable_Click(session);
     return answer != Answer::Cancel;
+}
+
+bool RefuseLoad(Session& session, const std::string& text, const std::string& title) {
+    session.steps([&] { session.prompts.Ask({text, title, Icon::Critical, Buttons::Ok}); });
+    mnuCloseTable_Click(session);
+    return false;
+}
+
+bool TakeChartTemplate(Session& session, TableType type) {
+    if (session.steps.Value([&] { return LoadChartTemplate(session, type); }, true)) return true;
+    const std::string file(ChartTemplateFileName(type));
+    return RefuseLoad(session, "Chart template file " + file + " not found.", kOpenTitle);
 }
 
 void OpenTableFile(Session& session, const std::string& path) {

@@ -15,12 +15,6 @@ namespace {
 constexpr int kHighestExPosition = 4;
 constexpr int kNeutralTiming = 5;
 
-bool Refuse(Session& session, const std::string& text, const char* title) {
-    session.steps([&] { session.prompts.Ask({text, title, Icon::Critical, Buttons::Ok}); });
-    mnuCloseTable_Click(session);
-    return false;
-}
-
 TableType AskType(Session& session) {
     const auto answer = session.steps.Value(
         [&] {
@@ -34,17 +28,14 @@ TableType AskType(Session& session) {
 bool LoadLimit(Session& session, TableType type, Limit limit, AdvanceTable& into) {
     const auto table = session.steps.Value([&] { return LoadLimitTable(session.files, type, limit); },
                                            std::optional<AdvanceTable>{});
-    if (!table) return Refuse(session, std::string(LimitFileName(type, limit)) + " not found.", "New Table");
+    if (!table)
+        return RefuseLoad(session, std::string(LimitFileName(type, limit)) + " not found.", "New Table");
     into = *table;
     return true;
 }
 
 bool LoadFiles(Session& session, TableType type, NewTable& newTable) {
-    if (!session.steps.Value([&] { return LoadChartTemplate(session, type); }, true))
-        return Refuse(session,
-                      "Chart template file " + std::string(ChartTemplateFileName(type)) + " not found.",
-                      "File Open");
-    return LoadLimit(session, type, Limit::Minimum, newTable.MinTable) &&
+    return TakeChartTemplate(session, type) && LoadLimit(session, type, Limit::Minimum, newTable.MinTable) &&
            LoadLimit(session, type, Limit::Maximum, newTable.MaxTable);
 }
 
