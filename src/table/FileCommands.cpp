@@ -8,6 +8,7 @@
 #include "table/Text.h"
 
 #include <filesystem>
+#include <utility>
 
 namespace rv52 {
 
@@ -54,6 +55,30 @@ bool LoadTable(Session& session, const std::string& path, std::string_view conte
     return true;
 }
 
+void ShowFile(Session& session, const std::string& path) {
+    session.steps.Procedure([&](Steps& step) {
+        const auto content = step.Value([&] { return session.files.ReadWhole(path); }, std::string{});
+        ReadParameters(session, content);
+        if (!LoadTable(session, path, content)) return;
+        step([&] { SetUpTableGrid(session, session.state.TableType); });
+        FillAndShowTable(session, {0, 0});
+        step([&] { SetFileCaption(session, path); });
+        step([&] { SetEditingPermission(session, session.state.TableType); });
+    });
+}
+
+// A path chosen beforehand counts once: choosing again, after a box or a failure, brings the dialog.
+void Open(Session& session, std::string chosen) {
+    session.steps.Procedure([&](Steps& step) {
+        if (!OfferToSave(session, "Save advance table before opening file?", "Open File")) return;
+        step([&] { HideTable(session); });
+        const auto path = step.Value(
+            [&] { return FileOpen(session, "Open File", kTableFilter, {}, std::exchange(chosen, {})); },
+            std::string{});
+        if (!path.empty()) ShowFile(session, path);
+    });
+}
+
 // One replacement of the whole file: a table without its parameters would open as something else.
 bool WriteTableFile(Session& session, const std::string& path) {
     try {
@@ -90,26 +115,12 @@ bool TakeChartTemplate(Session& session, TableType type) {
     return RefuseLoad(session, "Chart template file " + file + " not found.", kOpenTitle);
 }
 
-void OpenTableFile(Session& session, const std::string& path) {
-    session.steps.Procedure([&](Steps& step) {
-        const auto content = step.Value([&] { return session.files.ReadWhole(path); }, std::string{});
-        ReadParameters(session, content);
-        if (!LoadTable(session, path, content)) return;
-        step([&] { SetUpTableGrid(session, session.state.TableType); });
-        FillAndShowTable(session, {0, 0});
-        step([&] { SetFileCaption(session, path); });
-        step([&] { SetEditingPermission(session, session.state.TableType); });
-    });
+void mnuOpenTable_Click(Session& session) {
+    Open(session, {});
 }
 
-void mnuOpenTable_Click(Session& session) {
-    session.steps.Procedure([&](Steps& step) {
-        if (!OfferToSave(session, "Save advance table before opening file?", "Open File")) return;
-        step([&] { HideTable(session); });
-        const auto path =
-            step.Value([&] { return FileOpen(session, "Open File", kTableFilter, {}); }, std::string{});
-        if (!path.empty()) OpenTableFile(session, path);
-    });
+void OpenTableFile(Session& session, const std::string& path) {
+    Open(session, path);
 }
 
 void mnuSaveTable_Click(Session& session) {

@@ -23,7 +23,7 @@ bool RefuseLoad(Session& session, const std::string& text, const std::string& ti
 // The type's chart template as every load takes it: false when it is missing and the load has been refused.
 bool TakeChartTemplate(Session& session, TableType type);
 
-// Opens the file at path as the Open command does from its file dialog on; for the command line.
+// Open Table with a path in the place of its file dialog: for a file named on the command line.
 void OpenTableFile(Session& session, const std::string& path);
 
 }  // namespace rv52

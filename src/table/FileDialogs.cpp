@@ -3,6 +3,8 @@
 #include "app/Session.h"
 #include "platform/Failure.h"
 
+#include <utility>
+
 namespace rv52 {
 
 namespace {
@@ -37,12 +39,14 @@ MessageBox ExistsBox(const std::string& path, const std::string& question) {
 }  // namespace
 
 std::string FileOpen(Session& session, const std::string& fileTitle, const std::string& filter,
-                     const std::string& notExistMessage) {
+                     const std::string& notExistMessage, std::string chosen) {
     const FileDialog dialog{fileTitle, OrAllFiles(filter)};
     std::string path;
     const auto body = [&](Steps& step) {
         for (;;) {
-            path = step.Value([&] { return session.prompts.AskOpenPath(dialog); }, std::string{});
+            path = std::exchange(chosen, {});
+            if (path.empty())
+                path = step.Value([&] { return session.prompts.AskOpenPath(dialog); }, std::string{});
             if (path.empty() || step.Value([&] { return session.files.Exists(path); }, false)) return;
             const auto answer = step.Value(
                 [&] { return session.prompts.Ask(NotFoundBox(path, notExistMessage)); }, Answer::No);

@@ -11,9 +11,10 @@ struct Session;
 // cancelled or a failure inside is aborted.
 
 // Asks for a file to open. A missing file can be chosen again or, when notExistMessage is not empty, that
-// question decides whether its path is returned.
+// question decides whether its path is returned. A path that has been chosen before, as on the command line,
+// takes the place of the first dialog.
 std::string FileOpen(Session& session, const std::string& fileTitle, const std::string& filter,
-                     const std::string& notExistMessage);
+                     const std::string& notExistMessage, std::string chosen = {});
 
 // Asks for a file to save to; for one that exists, existMessage decides ("Replace existing file?" when
 // empty).

@@ -259,11 +259,22 @@ TEST_F(FileCommandsTest, OpenOffersAMissingFileAgain) {
     }
 }
 
-TEST_F(FileCommandsTest, OpensTheFileNamedOnTheCommandLine) {
+TEST_F(FileCommandsTest, AFileOfTheCommandLineOpensAsIfChosenInTheDialog) {
     PutFile("/a.tbl", TableType::EX);
     OpenTableFile(session, "/a.tbl");
     EXPECT_EQ(caption, kBase + " - a.tbl");
     EXPECT_TRUE(session.state.TableShown);
+
+    // One that is not there is met by the dialog's own box, and choosing again brings the dialog.
+    const MessageBox box{"/none.tbl\r\nFile not found.", "File Open", Icon::Warning, Buttons::RetryCancel};
+    ExpectOpeningQuestion(Answer::No);
+    test.prompts.Expect(box, Answer::Cancel);
+    test.prompts.ExpectError("Canceled File Open", Answer::Retry);
+    test.prompts.ExpectOpen("/none.tbl");
+    test.prompts.Expect(box, Answer::Retry);
+    test.prompts.ExpectOpen("");
+    OpenTableFile(session, "/none.tbl");
+    ExpectHidden();
 }
 
 // Save
