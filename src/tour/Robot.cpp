@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QTest>
 
@@ -69,8 +70,8 @@ void Robot::ExpectBox(const std::string& text, const char* button) {
     });
 }
 
-void Robot::ExpectInput(const std::string& answer) {
-    Expect("input box", [this, answer](QWidget& modal) {
+void Robot::ExpectInput(const std::string& answer, const std::string& what) {
+    Expect(what, [this, answer](QWidget& modal) {
         auto* edit = Find<QLineEdit>(modal, "txtAnswer");
         if (edit == nullptr) {
             Report("expected an input box");
@@ -114,6 +115,20 @@ void Robot::ChooseFromPopup(const char* menu, const char* item) {
     if (opened == nullptr || action == nullptr || !opened->isVisible())
         return Report(std::string("no popup item ") + item);
     QTest::mouseClick(opened, Qt::LeftButton, {}, opened->actionGeometry(action).center());
+}
+
+// The moves carry the button: those of a test's mouse would say that it is up.
+void Robot::Drag(QWidget& widget, QPoint from, QPoint to, const std::function<void()>& beforeRelease) {
+    const auto moveTo = [&](QPoint place) {
+        QMouseEvent move(QEvent::MouseMove, place, widget.mapToGlobal(QPointF(place)), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(&widget, &move);
+    };
+    QTest::mousePress(&widget, Qt::LeftButton, {}, from);
+    moveTo((from + to) / 2);
+    moveTo(to);
+    beforeRelease();
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
 }
 
 // A screenless platform gives no window the focus back when a box closes.

@@ -25,7 +25,7 @@ class Robot {
     // A message box whose text begins so; presses the button with this object name ("cmdYes").
     void ExpectBox(const std::string& text, const char* button);
     // An input box; types the answer over the default and presses Enter.
-    void ExpectInput(const std::string& answer);
+    void ExpectInput(const std::string& answer, const std::string& what = "input box");
     // A file dialog; pastes the path and presses Enter.
     void ExpectFile(const std::string& path);
 
@@ -34,6 +34,9 @@ class Robot {
 
     // Clicks an item of a popup menu that is open, both by object name.
     void ChooseFromPopup(const char* menu, const char* item);
+
+    // Drags with the left button; beforeRelease is called with the button still down.
+    void Drag(QWidget& widget, QPoint from, QPoint to, const std::function<void()>& beforeRelease);
 
     // Types into whatever has the focus, key by key.
     void Type(const std::string& text);

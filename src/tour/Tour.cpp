@@ -2,15 +2,13 @@
 
 #include "app/DesktopProgram.h"
 #include "app/HelpWindow.h"
-#include "chart/ChartView.h"
 #include "platform/qt/Text.h"
 #include "table/GridView.h"
 
 #include <QApplication>
 #include <QFile>
+#include <QLineEdit>
 #include <QProgressBar>
-#include <QPushButton>
-#include <QSlider>
 #include <QTest>
 
 #include <cmath>
@@ -20,24 +18,17 @@ namespace rv52 {
 
 namespace {
 
-// Where the tour changes a value, and to what: RPM 1500, MAP 22, near the middle of the grid.
-constexpr GridCell kEdited{4, 4};
-constexpr double kAdvance = 31.5;
-
+constexpr const char* kVin = "1CVRV52A0SM000052";
 constexpr const char* kSplash = "splash";
 constexpr int kSplashPatience = 10000;  // ms
 
-QString TableFile(const QDir& folder) {
-    return folder.filePath(QStringLiteral("tour.tbl"));
-}
-
 }  // namespace
 
-Tour::Tour(DesktopProgram& program, const QString& folder)
-    : program_(program), robot_(program.Window()), folder_(folder) {
+Tour::Tour(DesktopProgram& program, const QDir& folder)
+    : program_(program), robot_(program.Window()), album_(folder) {
     // Given a moment, the windows paint as a user sees them.
     robot_.onBox = [this](const std::string& what) {
-        if (what != "file dialog" && what != kSplash) Picture("box");
+        if (what != "file dialog" && what != kSplash) Picture(what);
     };
 }
 
@@ -49,10 +40,13 @@ bool Tour::Run() {
     Download();
     EditCell();
     ModifySelection();
+    DragPoint();
     SetParameters();
     SaveAndOpen();
     Upload();
+    EditVin();
     Print();
+    MakeNewTable();
     Help();
     About();
     Leave();
@@ -79,67 +73,16 @@ void Tour::Download() {
               program_.Running().state.BaseCaption + " - Downloaded Data",
           "the caption tells of downloaded data");
     Picture("downloaded");
-    Say("Downloaded the table of module " + program_.Running().state.FirmwareId);
-}
-
-void Tour::EditCell() {
-    auto* grid = program_.Window().findChild<GridView*>();
-    const auto index = grid->model()->index(kEdited.row - 1, kEdited.column - 1);
-    const auto at = grid->visualRect(index).center();
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, at);
-    Picture("cell-selected");
-    robot_.Type("31.5");
-    Picture("cell-editing");
-    robot_.Press(Qt::Key_Return);
-    auto& session = program_.Running();
-    Check(session.table.Table().GetCell(CellAt(kEdited, session.sheet.Type())) == kAdvance,
-          "the typed advance is in the table");
-    Picture("cell-edited");
-    Say("Changed one cell to 31.5 degrees");
-}
-
-// Two rows at the bottom, under full load, fall by a twentieth.
-void Tour::ModifySelection() {
-    auto* grid = program_.Window().findChild<GridView*>();
-    const auto middle = [&](GridCell at) {
-        return grid->visualRect(grid->model()->index(at.row - 1, at.column - 1)).center();
-    };
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, middle({7, 8}));
-    QTest::mouseClick(grid->viewport(), Qt::LeftButton, Qt::ShiftModifier, middle({8, 12}));
-    auto& session = program_.Running();
-    const auto value = [&] { return session.table.Table().GetCell(CellAt({8, 12}, session.sheet.Type())); };
-    const double before = value();
-    robot_.ExpectInput("-5%");
-    robot_.Press(Qt::Key_Menu);
-    Picture("popup");
-    robot_.ChooseFromPopup("mnuPopUpEdit3D", "mnuPopUpModify3D");
-    Check(value() < before, "the modified cells have fallen");
-    Picture("modified");
-    Say("Lowered ten cells by 5 percent");
-}
-
-void Tour::SetParameters() {
-    const auto& parameters = program_.Running().state.ModuleParameters;
-    const int before = parameters.RPMLimit;
-    robot_.Expect("parameters", [this](QWidget& dialog) {
-        auto* slider = dialog.findChild<QSlider*>(QStringLiteral("sldRPMLimit"));
-        Check(slider->isVisible(), "the module's fixed RPM limit is on");
-        QTest::keyClick(slider, Qt::Key_PageUp);
-        Picture("parameters");
-        QTest::mouseClick(dialog.findChild<QPushButton*>(QStringLiteral("cmdOK")), Qt::LeftButton);
-    });
-    robot_.Choose("mnuEdit", "mnuEditModParams");
-    Check(parameters.RPMLimit == before + 1000, "the RPM limit has risen by a page");
-    Say("Raised the RPM limit to " + std::to_string(parameters.RPMLimit));
+    album_.Say("Downloaded the table of module " + program_.Running().state.FirmwareId);
 }
 
 void Tour::SaveAndOpen() {
-    const auto path = FromQt(TableFile(folder_));
+    const auto path = album_.Path("tour.tbl");
     const auto saved = program_.Running().table.Table();
     robot_.ExpectFile(path);
     robot_.Choose("mnuFile", "mnuSaveTable");
-    Check(QFile::exists(TableFile(folder_)), "the table file is on disk");
-    Say("Saved " + path);
+    Check(QFile::exists(ToQt(path)), "the table file is on disk");
+    album_.Say("Saved " + path);
 
     robot_.ExpectBox("Save advance table before closing file?", "cmdNo");
     robot_.Choose("mnuFile", "mnuCloseTable");
@@ -148,7 +91,7 @@ void Tour::SaveAndOpen() {
     robot_.Choose("mnuFile", "mnuOpenTable");
     Check(program_.Running().table.Table() == saved, "the opened table is the saved one");
     Picture("opened");
-    Say("Opened it again: every value is the same");
+    album_.Say("Opened it again: every value is the same");
 }
 
 void Tour::Upload() {
@@ -160,24 +103,40 @@ void Tour::Upload() {
     robot_.ExpectBox("Save advance table before downloading?", "cmdNo");
     robot_.ExpectBox("Firmware ID: ", "cmdOK");
     robot_.Choose("mnuComm", "mnuDownload");
-    auto& session = program_.Running();
-    const auto value = session.table.Table().GetCell(CellAt(kEdited, session.sheet.Type()));
-    Check(std::abs(value - kAdvance) < 0.1, "the module gives the changed advance back");
+    Check(std::abs(Degrees(kEdited) - kAdvance) < 0.1, "the module gives the changed advance back");
     Picture("read-back");
-    Say("Uploaded, verified, and read back from the module");
+    album_.Say("Uploaded, verified, and read back from the module");
+}
+
+void Tour::EditVin() {
+    robot_.ExpectBox("Firmware ID: ", "cmdOK");
+    robot_.ExpectInput(kVin, "vin");
+    robot_.ExpectBox(std::string("Verify new VIN is: ") + kVin, "cmdOK");
+    robot_.ExpectBox("Upload completed.", "cmdOK");
+    robot_.Choose("mnuEdit", "mnuEditVIN");
+
+    // The box then offers what was read out of the module; leaving it writes nothing.
+    robot_.ExpectBox("Firmware ID: ", "cmdOK");
+    robot_.Expect("vin-read-back", [this](QWidget& box) {
+        const auto* answer = box.findChild<QLineEdit*>(QStringLiteral("txtAnswer"));
+        Check(answer != nullptr && FromQt(answer->text()) == kVin, "the module gives the new VIN back");
+        QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    robot_.Choose("mnuEdit", "mnuEditVIN");
+    album_.Say(std::string("Wrote the VIN ") + kVin + ", verified, and read it back");
 }
 
 void Tour::Print() {
-    const auto chart = folder_.filePath(QStringLiteral("report-chart.pdf"));
-    const auto table = folder_.filePath(QStringLiteral("report-table.pdf"));
+    const auto chart = album_.Path("report-chart.pdf");
+    const auto table = album_.Path("report-table.pdf");
     for (const auto& page : {chart, table})
-        QFile::remove(page);
-    robot_.ExpectInput("Guided tour");
-    robot_.ExpectFile(FromQt(chart));
-    robot_.ExpectFile(FromQt(table));
+        QFile::remove(ToQt(page));
+    robot_.ExpectInput("Guided tour", "comment");
+    robot_.ExpectFile(chart);
+    robot_.ExpectFile(table);
     robot_.Choose("mnuFile", "mnuPrintTable");
-    Check(QFile::exists(chart) && QFile::exists(table), "both pages of the report are on disk");
-    Say("Printed the report: " + FromQt(chart) + " and " + FromQt(table));
+    Check(QFile::exists(ToQt(chart)) && QFile::exists(ToQt(table)), "both pages of the report are on disk");
+    album_.Say("Printed the report: " + chart + " and " + table);
 }
 
 void Tour::Help() {
@@ -188,7 +147,7 @@ void Tour::Help() {
     PictureOf(*help, "help");
     QTest::keyClick(help, Qt::Key_Escape);
     Check(!help->isVisible(), "Escape closes the help");
-    Say("Opened the help at its contents");
+    album_.Say("Opened the help at its contents");
 }
 
 void Tour::About() {
@@ -200,40 +159,38 @@ void Tour::Leave() {
     robot_.ExpectBox("Save advance table before exiting?", "cmdNo");
     robot_.Choose("mnuFile", "mnuExit");
     Check(!program_.Window().isVisible(), "the program has ended");
-    Say("Left the program");
+    album_.Say("Left the program");
 }
 
-void Tour::Say(const std::string& line) const {
-    std::printf("%s\n", line.c_str());
-    std::fflush(stdout);
+QPoint Tour::PlaceOf(GridCell at) const {
+    const auto* grid = program_.Window().findChild<GridView*>();
+    return grid->visualRect(grid->model()->index(at.row - 1, at.column - 1)).center();
 }
 
-void Tour::Picture(const char* name) {
+double Tour::Degrees(GridCell at) const {
+    const auto& table = program_.Running().table.Table();
+    return table.GetCell(CellAt(at, table.Type()));
+}
+
+void Tour::Picture(const std::string& name) {
     QApplication::processEvents();
-    Save(robot_.Picture(), name);
+    Check(album_.Add(robot_.Picture(), name), "a picture can be saved");
 }
 
 void Tour::PictureOf(QWidget& window, const char* name) {
     QApplication::processEvents();
-    Save(window.grab().toImage(), name);
+    Check(album_.Add(window.grab().toImage(), name), "a picture can be saved");
 }
 
-void Tour::Save(const QImage& picture, const char* name) {
-    const auto file =
-        QStringLiteral("%1-%2.png").arg(++pictures_, 2, 10, QLatin1Char('0')).arg(QLatin1String(name));
-    Check(picture.save(folder_.filePath(file)), "a picture can be saved");
-}
-
+// At that very value, and not some events later: the picture is the same on every machine.
 void Tour::PictureProgress(const char* name) {
     auto* bar = program_.Window().findChild<QProgressBar*>(QStringLiteral("prgProgress1"));
-    auto* watch = new QTimer(bar);
-    QObject::connect(watch, &QTimer::timeout, bar, [this, bar, watch, name] {
-        if (!bar->isVisible() || bar->value() < 40) return;
-        watch->stop();
-        watch->deleteLater();
-        Picture(name);
+    auto* once = new QObject(bar);
+    QObject::connect(bar, &QProgressBar::valueChanged, once, [this, once, name](int percent) {
+        if (percent < 40) return;
+        Check(album_.Add(robot_.Picture(), name), "a picture can be saved");
+        delete once;
     });
-    watch->start(20);
 }
 
 void Tour::Check(bool holds, const std::string& what) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "table/GridSheet.h"
+#include "tour/Album.h"
 #include "tour/Robot.h"
-
-#include <QDir>
 
 namespace rv52 {
 
@@ -10,10 +10,10 @@ class DesktopProgram;
 
 // The guided tour: the real windows on a real serial device, from the splash through the first download to
 // the verified upload. Leaves numbered pictures, the table file and the printed pages in a folder and prints
-// a line for each step.
+// a line for each of them and for each step.
 class Tour {
  public:
-    Tour(DesktopProgram& program, const QString& folder);
+    Tour(DesktopProgram& program, const QDir& folder);
 
     // Starts the program, and is true when everything was as expected. Throws Failure when the simulated
     // module does not start.
@@ -22,28 +22,38 @@ class Tour {
  private:
     bool Start();
     void Download();
-    void EditCell();
-    void ModifySelection();
-    void SetParameters();
     void SaveAndOpen();
     void Upload();
+    void EditVin();
     void Print();
     void Help();
     void About();
     void Leave();
 
-    void Say(const std::string& line) const;
-    void Picture(const char* name);
+    // Changing the table and its parameters: TourEditing.cpp.
+    void EditCell();
+    void ModifySelection();
+    void DragPoint();
+    void SetParameters();
+    void MakeNewTable();
+
+    // The cell that is changed by typing, RPM 1500 at MAP 22, and to what.
+    static constexpr GridCell kEdited{4, 4};
+    static constexpr double kAdvance = 31.5;
+
+    // Where the grid shows a cell, and the degrees of the table in it.
+    QPoint PlaceOf(GridCell at) const;
+    double Degrees(GridCell at) const;
+
+    void Picture(const std::string& name);
     void PictureOf(QWidget& window, const char* name);
-    void Save(const QImage& picture, const char* name);
     // Takes one picture as soon as the progress panel of a transfer is some way along.
     void PictureProgress(const char* name);
     void Check(bool holds, const std::string& what);
 
     DesktopProgram& program_;
     Robot robot_;
-    QDir folder_;
-    int pictures_ = 0;
+    Album album_;
 };
 
 }  // namespace rv52

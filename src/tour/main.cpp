@@ -29,6 +29,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(PassMessageOn);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setCursorFlashTime(0);  // a picture does not depend on its moment
     rv52::CommandLine options;
     options.simulate = rv52::TableType::RACE;
     try {
