@@ -31,6 +31,14 @@ void ScriptedPrompts::Expect(MessageBox box, Answer answer) {
     script_.push_back({Kind::Message, InWords(box), answer, {}});
 }
 
+void ScriptedPrompts::ExpectNotice(const std::string& text, const std::string& title, Icon icon) {
+    Expect({text, title, icon, Buttons::Ok}, Answer::Ok);
+}
+
+void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string& title, Answer answer) {
+    Expect({text, title, Icon::Warning, Buttons::YesNoCancel}, answer);
+}
+
 void ScriptedPrompts::ExpectError(const std::string& description, Answer answer) {
     Expect({description, "Error", Icon::Critical, Buttons::AbortRetryIgnore}, answer);
 }

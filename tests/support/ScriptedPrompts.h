@@ -16,6 +16,9 @@ class ScriptedPrompts : public Prompts {
 
     // The next message box must be exactly this one.
     void Expect(MessageBox box, Answer answer);
+    // A box with OK alone, and a question with Yes, No and Cancel.
+    void ExpectNotice(const std::string& text, const std::string& title, Icon icon = Icon::Warning);
+    void ExpectQuestion(const std::string& text, const std::string& title, Answer answer);
     // The failure box with this description.
     void ExpectError(const std::string& description, Answer answer);
     void ExpectText(InputBox box, std::string answer);

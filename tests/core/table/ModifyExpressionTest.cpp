@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <string>
 #include <tuple>
 
 namespace rv52 {
@@ -12,23 +11,15 @@ TEST(ModifyExpressionTest, ReadsWhatAHurriedPersonTypes) {
     constexpr bool percent = true;
     constexpr bool relative = true;
     const std::tuple<const char*, ModifyExpression> cases[] = {
-        {"30", {30, !percent, !relative}},     {"-5", {-5, !percent, relative}},
-        {"+10", {10, !percent, relative}},     {"80%", {80, percent, !relative}},
-        {"-7.5%", {-7.5, percent, relative}},  {"+15%", {15, percent, relative}},
-        {"  30  ", {30, !percent, !relative}}, {"+ 5", {5, !percent, relative}},
-        {"-  5", {-5, !percent, relative}},    {" - 7.5 %", {-7.5, percent, relative}},
-        {"%80", {80, percent, !relative}},     {"5-", {5, !percent, relative}},
-        {"5+", {5, !percent, relative}},       {"+-5", {-5, !percent, relative}},
-        {"-+5", {-5, !percent, relative}},     {".5", {0.5, !percent, !relative}},
-        {"5.", {5, !percent, !relative}},      {"1.2.3", {1.2, !percent, !relative}},
-        {"1,5", {1, !percent, !relative}},     {"1e3", {1, !percent, !relative}},
-        {"1e-3", {1, !percent, relative}},     {"30 degrees", {30, !percent, !relative}},
-    };
+        {"  30  ", {30, !percent, !relative}},   {"+10", {10, !percent, relative}},
+        {"80%", {80, percent, !relative}},       {"-7.5%", {-7.5, percent, relative}},
+        {" - 7.5 %", {-7.5, percent, relative}}, {"-  5", {-5, !percent, relative}},
+        {"%80", {80, percent, !relative}},       {"5-", {5, !percent, relative}},
+        {"+-5", {-5, !percent, relative}},       {"-+5", {-5, !percent, relative}},
+        {"1.2.3", {1.2, !percent, !relative}},   {"1e-3", {1, !percent, relative}}};
     for (const auto& [answer, expected] : cases)
         EXPECT_EQ(ParseModifyExpression(answer), expected) << answer;
-    // The last is a full-width 5.
-    for (const auto* answer : {"", "   ", "+", "-", "- ", "%", "+%", ".", "-.", "--5", "- - 5", "x5", "nan",
-                               "inf", "\xEF\xBC\x95"})
+    for (const auto* answer : {"", "   ", "+", "-", "- ", "%", "+%", ".", "--5", "- - 5", "x5"})
         EXPECT_EQ(ParseModifyExpression(answer), std::nullopt) << answer;
 }
 
@@ -41,8 +32,6 @@ TEST(ModifyExpressionTest, StaysFiniteOnAnOverlongAnswer) {
         EXPECT_FALSE(std::isnan(expression->Apply(0)));
         EXPECT_FALSE(std::isnan(expression->Apply(45)));
     }
-    EXPECT_EQ(ParseModifyExpression(std::string(10000, ' ') + "7")->value, 7);
-    EXPECT_EQ(ParseModifyExpression("0." + std::string(10000, '0') + "7")->value, 0);
 }
 
 }  // namespace

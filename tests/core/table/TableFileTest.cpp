@@ -47,93 +47,74 @@ TEST(TableFileTest, CarriesEveryByteOfAModule) {
 
             const auto file = FormatTableFile(table, parameters);
             const auto read = Read(file);
-            const auto back = ParseTableBlock(file, read.type);
-            ASSERT_EQ(back, table);
+            ASSERT_EQ(ParseTableBlock(file, read.type), table) << shift;
             parameters.FlagByte = 0;  // the flags that the file does not know
-            auto expected = image;
-            auto restored = image;
-            EncodeEepromImage(table, parameters, type, expected);
-            EncodeEepromImage(*back, read.parameters, type, restored);
-            ASSERT_EQ(restored, expected) << shift;
-            ModuleParameters ignored;
-            ASSERT_EQ(DecodeEepromImage(restored, type, ignored), table) << shift;
+            ASSERT_EQ(read.parameters, parameters) << shift;
         }
     }
 }
 
 TEST(TableFileTest, AssumesTheUsualForWhatIsNotStated) {
-    ModuleParameters current;
-    current.InitialTiming = 4;
-    current.RearOffset = -2;
-    current.CrankRevs = 3;
-    current.RPMLimit = 8000;
-    current.VSSFreq = 1000;
-    current.FlagByte = 0x7F;
-    current.FixedLimFlag = current.TachEnableFlag = true;
-    current.SelEEPROMTblFlag = false;
-    const auto read = Read("!Module Parameters\r\n", current);
+    const auto read = Read("!Module Parameters\r\n", {4, -2, 3, 8000, 1000, true, false, false, true, 0x7F});
     EXPECT_EQ(read.type, TableType::RACE);
-    auto expected = current;  // the flags stay
-    expected.InitialTiming = expected.RearOffset = expected.CrankRevs = 0;
-    expected.RPMLimit = 5700;
-    expected.VSSFreq = 1424;
-    expected.FlagByte = 0;
-    EXPECT_EQ(read.parameters, expected);
+    // The flags stay.
+    EXPECT_EQ(read.parameters, (ModuleParameters{0, 0, 0, 5700, 1424, true, false, false, true, 0}));
 }
 
 TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
+    constexpr auto limit = &ModuleParameters::RPMLimit;
+    constexpr auto vss = &ModuleParameters::VSSFreq;
+    constexpr auto timing = &ModuleParameters::InitialTiming;
+    constexpr auto crank = &ModuleParameters::CrankRevs;
+    constexpr auto rear = &ModuleParameters::RearOffset;
     const std::tuple<const char*, std::int16_t ModuleParameters::*, int> cases[] = {
-        {"!RPMLimit: 12000", &ModuleParameters::RPMLimit, 9900},
-        {"!RPMLimit: 100", &ModuleParameters::RPMLimit, 3000},
-        {"!RPMLimit: 32767.4", &ModuleParameters::RPMLimit, 9900},
-        {"!RPMLimit:", &ModuleParameters::RPMLimit, 3000},
-        {"!RPMLimit", &ModuleParameters::RPMLimit, 3000},
-        {"!VSSFreq: 2000", &ModuleParameters::VSSFreq, 1700},
-        {"!VSSFreq:1000:1100", &ModuleParameters::VSSFreq, 1000},
-        {"!InitialTiming: -7", &ModuleParameters::InitialTiming, -5},
-        {"!INITIALTIMING:   +3 degrees", &ModuleParameters::InitialTiming, 3},
-        {"!CrankRevs: 2.5", &ModuleParameters::CrankRevs, 2},
-        {"!CrankRevs: 3.5", &ModuleParameters::CrankRevs, 3},
-        {"!CrankRevs: 1.5", &ModuleParameters::CrankRevs, 2},
-        {"!RearOffset: x", &ModuleParameters::RearOffset, 0},
-        {"10 20 !RearOffset: -.6", &ModuleParameters::RearOffset, -1},
-        {"!RearOffset: 1\n!RearOffset: 2\r\n!Version: EX", &ModuleParameters::RearOffset, 2},
-        {"note: 4 !RearOffset: 2", &ModuleParameters::RearOffset, 4},  // the line's first colon
-        {"! RearOffset: 3", &ModuleParameters::RearOffset, 0}};
+        {"!RPMLimit: 32767.4", limit, 9900},
+        {"!RPMLimit: 100", limit, 3000},
+        {"!RPMLimit:", limit, 3000},
+        {"!RPMLimit", limit, 3000},
+        {"!VSSFreq: 2000", vss, 1700},
+        {"!VSSFreq:1000:1100", vss, 1000},
+        {"!InitialTiming: -7", timing, -5},
+        {"!INITIALTIMING:   +3 degrees", timing, 3},
+        {"!CrankRevs: 2.5", crank, 2},
+        {"!CrankRevs: 3.5", crank, 3},
+        {"!CrankRevs: 1.5", crank, 2},
+        {"!RearOffset: x", rear, 0},
+        {"10 20 !RearOffset: -.6", rear, -1},
+        {"!RearOffset: -32768.5", rear, -5},
+        {"!RearOffset: 1\n!RearOffset: 2\r\n!Version: EX", rear, 2},
+        {"note: 4 !RearOffset: 2", rear, 4},  // the line's first colon
+        {"! RearOffset: 3", rear, 0}};
     for (const auto& [line, field, value] : cases)
         EXPECT_EQ(Read(line).parameters.*field, value) << line;
 }
 
 TEST(TableFileTest, ReadsFlagsAndTypes) {
-    const std::tuple<const char*, bool> flags[] = {{" true", true}, {"TRUE", true}, {"untrue", true},
-                                                   {"1", false},    {"yes", false}, {"", false}};
+    const std::pair<const char*, bool> flags[] = {
+        {" true", true}, {"untrue", true}, {"1", false}, {"", false}};
     for (const auto& [text, flag] : flags) {
         ModuleParameters current;
         current.FixedLimFlag = !flag;
         EXPECT_EQ(Read("!FixedLimFlag:" + std::string(text), current).parameters.FixedLimFlag, flag) << text;
     }
-    const std::tuple<const char*, TableType> types[] = {
-        {"!Version: ex", TableType::EX},
+    const std::pair<const char*, TableType> types[] = {
         {"!version: Rex", TableType::EX},
-        {"!Version: RACE", TableType::RACE},
         {"!Version: E X", TableType::RACE},
         {"!Version", TableType::RACE},
-        {"!Version: EX\r\n!Version: RACE\r\n", TableType::RACE},
-        {"!Version: RACE\n!Version: EX", TableType::EX}};
+        {"!Version: EX\r\n!Version: RACE\r\n", TableType::RACE}};
     for (const auto& [text, type] : types)
         EXPECT_EQ(Read(text).type, type) << text;
 }
 
 TEST(TableFileTest, ReportsNumbersBeyondSixteenBitsAndChangesNothing) {
-    for (const auto* value : {"32768", "32767.5", "-32769", "-32768.6", "1000000000000000000000000000000"}) {
+    for (const std::string value :
+         {"32768", "32767.5", "-32769", "-32768.6", "1000000000000000000000000000000"}) {
         auto read = UnstatedParameters({});
         read.parameters.RearOffset = 2;
-        const auto text = "!RearOffset: " + std::string(value);
+        const auto text = "!RearOffset: " + value;
         EXPECT_THROW(ApplyParameter(FindParameters(text).at(0), read), Failure) << value;
         EXPECT_EQ(read.parameters.RearOffset, 2);
     }
-    EXPECT_THROW(Read("!VSSFreq: " + std::string(5000, '9')), Failure);
-    EXPECT_EQ(Read("!RearOffset: -32768.5").parameters.RearOffset, -5);
 }
 
 TEST(TableFileTest, PassesQuicklyOverWhatItDoesNotKnow) {

@@ -1,0 +1,161 @@
+#include "core/table/FileDesk.h"
+#include "platform/Failure.h"
+#include "table/FileDialogs.h"
+
+namespace rv52::test {
+namespace {
+
+class SaveTableTest : public FileDesk {};
+
+TEST_F(SaveTableTest, OpensAsTheSameTable) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        const bool race = type == TableType::RACE;
+        const auto table = RandomTable(type, 3);
+        ShowTable(table);
+        session.state.ModuleParameters = SomeParameters();
+        session.state.ModuleParameters.FlagByte = 0x40;
+        // A transfer to a module of the other type may have left its type behind.
+        session.state.TableType = race ? TableType::EX : TableType::RACE;
+        Save("/home/tuner/street.tbl");
+        EXPECT_TRUE(session.state.TableShown);
+        EXPECT_EQ(session.state.ModuleParameters.FlagByte, 0x40);
+        EXPECT_EQ(caption, kBase + " - street.tbl");
+
+        session.state.ModuleParameters = {};
+        session.table.Replace(AdvanceTable(TableType::RACE));
+        session.chart.ShowLabel({1, 1}, "7.0");
+        session.sheet.SetEditable(!race);
+        session.state.TableShown = test.view.shown = false;
+        test.shell.placements = test.files.reads = 0;
+        if (race)
+            Open("/home/tuner/street.tbl");
+        else
+            OpenTableFile(session, "/home/tuner/street.tbl");  // as from the command line
+        EXPECT_EQ(session.table.Table(), table);
+        EXPECT_EQ(session.state.TableType, type);
+        EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
+        EXPECT_TRUE(session.state.TableShown && test.view.shown);
+        EXPECT_EQ(caption, kBase + " - street.tbl");
+        EXPECT_EQ(session.sheet.RowCount(), RowCount(type) + 1);
+        EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
+        EXPECT_EQ(session.sheet.Editable(), race);
+        EXPECT_EQ(session.chart.Interactive(), race);
+        EXPECT_EQ(session.chart.Template()->rows, RowCount(type));
+        EXPECT_FALSE(session.chart.Label().shown);
+        EXPECT_EQ(test.shell.placements, 1);
+        EXPECT_EQ(test.files.reads, 2) << "the table file and the template, each once";
+        files.erase("/home/tuner/street.tbl");
+    }
+    const auto& dialogs = prompts.dialogs;
+    EXPECT_EQ(dialogs.at(0).title + "; " + dialogs.at(1).title, "Save File; Open File");
+    EXPECT_EQ(dialogs.at(0).filter, "Advance table files (*.tbl)|*.tbl");
+    EXPECT_EQ(dialogs.at(1).filter, "Advance table files (*.tbl)|*.tbl");
+}
+
+TEST_F(SaveTableTest, RefusesWithoutATableSinceStartUp) {
+    prompts.ExpectNotice("No advance table data for saving.", "File Save");
+    mnuSaveTable_Click(session);
+    EXPECT_EQ(caption, "as it was");
+}
+
+TEST_F(SaveTableTest, ReplacesAFileOnlyWhenTold) {
+    ShowTable(RandomTable(TableType::RACE, 1));
+    files["/old.tbl"] = "old";
+    Save("/old.tbl", [&] {
+        ExpectReplaceQuestion("/old.tbl", Answer::No);
+        prompts.ExpectSave("");
+    });
+    Save("/old.tbl", [&] {
+        ExpectReplaceQuestion("/old.tbl", Answer::Cancel);
+        prompts.ExpectError("Canceled File Save", Answer::Abort);
+    });
+    EXPECT_EQ(files["/old.tbl"], "old");
+    EXPECT_EQ(caption, "as it was");
+
+    Save("/old.tbl", [&] { ExpectReplaceQuestion("/old.tbl", Answer::Yes); });
+    EXPECT_EQ(files["/old.tbl"], FormatTableFile(session.table.Table(), session.state.ModuleParameters));
+    EXPECT_EQ(caption, kBase + " - old.tbl");
+}
+
+TEST_F(SaveTableTest, AFailedSaveClosesTheTableUnlessTold) {
+    ShowTable(RandomTable(TableType::RACE, 1));
+    test.files.failWrites = true;
+    prompts.whileOpen = [&] { EXPECT_TRUE(session.state.TableShown); };
+    for (const auto close : {Answer::Cancel, Answer::No}) {
+        EXPECT_TRUE(session.state.TableShown);
+        EXPECT_EQ(caption, "as it was");
+        Save("/a.tbl", [&] {
+            prompts.ExpectNotice("Error saving /a.tbl", "File Save", Icon::Critical);
+            ExpectClosingQuestion(close);
+        });
+    }
+    ExpectHidden(kBase);
+    EXPECT_FALSE(files.contains("/a.tbl"));
+
+    // The closed table is still there to be saved.
+    prompts.whileOpen = {};
+    test.files.failWrites = false;
+    Save("/b.tbl");
+    ExpectHidden(kBase + " - b.tbl");
+    EXPECT_TRUE(files.contains("/b.tbl"));
+}
+
+TEST_F(SaveTableTest, ClosingHidesTheTableAndKeepsIt) {
+    ShowTable(RandomTable(TableType::EX, 1));
+    session.state.ModuleParameters = SomeParameters();
+    ExpectClosingQuestion(Answer::Cancel);
+    mnuCloseTable_Click(session);
+    EXPECT_TRUE(session.state.TableShown);
+    EXPECT_EQ(caption, "as it was");
+
+    ExpectClosingQuestion(Answer::Yes);
+    prompts.ExpectSave("");
+    mnuCloseTable_Click(session);
+    ExpectHidden(kBase);
+    EXPECT_EQ(session.table.Table(), RandomTable(TableType::EX, 1));
+    EXPECT_EQ(session.state.TableType, TableType::EX);
+    EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
+
+    mnuCloseTable_Click(session);  // without a table there is nothing to ask
+    ExpectHidden(kBase);
+}
+
+TEST_F(SaveTableTest, TheCaptionShowsTheLast60CharactersOfAName) {
+    session.table.Replace(AdvanceTable(TableType::RACE));
+    const auto times = [](int count, std::string_view character) {
+        std::string text;
+        while (count-- > 0)
+            text += character;
+        return text;
+    };
+    const std::pair<std::string, std::string> cases[] = {
+        {"/home/a folder/" + times(60, "n"), " - " + times(60, "n")},
+        {"/home/x" + times(60, "n"), " - ..." + times(60, "n")},
+        {"/home/" + times(60, "ü"), " - " + times(60, "ü")},
+        {"/home/ab" + times(60, "点"), " - ..." + times(60, "点")},
+        {"/home/a\\b.tbl", " - a\\b.tbl"},
+        {"relative.tbl", " - relative.tbl"}};
+    for (const auto& [path, shown] : cases) {
+        Save(path);
+        EXPECT_EQ(caption, kBase + shown);
+    }
+}
+
+TEST_F(SaveTableTest, AnAbortedDialogFailsWithItsNumber) {
+    prompts.whileOpen = [&] {
+        prompts.whileOpen = {};
+        throw Failure("no display");
+    };
+    prompts.ExpectError("no display", Answer::Abort);
+    try {
+        FileSave(session, "Title", "", "Overwrite?");
+        ADD_FAILURE() << "did not fail";
+    } catch (const FileDialogFailure& failure) {
+        EXPECT_EQ(failure.Number(), 1001);
+        EXPECT_STREQ(failure.what(), "Aborted File Save");
+        EXPECT_EQ(failure.Source(), "File Save");
+    }
+}
+
+}  // namespace
+}  // namespace rv52::test
