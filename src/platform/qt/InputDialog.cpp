@@ -1,6 +1,6 @@
 #include "platform/qt/InputDialog.h"
 
-#include "platform/qt/QtPrompts.h"
+#include "platform/qt/BoxText.h"
 #include "platform/qt/Text.h"
 
 #include <QDialogButtonBox>

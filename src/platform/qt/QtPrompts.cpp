@@ -1,5 +1,6 @@
 #include "platform/qt/QtPrompts.h"
 
+#include "platform/qt/BoxText.h"
 #include "platform/qt/FileIcons.h"
 #include "platform/qt/InputDialog.h"
 #include "platform/qt/Text.h"
@@ -26,8 +27,6 @@ namespace rv52 {
 
 namespace {
 
-constexpr qsizetype kLongestShown = 2000;
-constexpr int kLongestWord = 80;
 constexpr int kTitleButtons = 140;  // what a window manager puts beside a title
 
 struct Button {
@@ -97,21 +96,6 @@ QMessageBox::Icon IconOf(Icon icon) {
     return QMessageBox::Critical;
 }
 
-// With places to break inside endless words, such as paths; only the eye shall meet them.
-QString Breakable(const QString& text) {
-    QString broken;
-    int run = 0;
-    for (const auto character : text) {
-        run = character.isSpace() ? 0 : run + 1;
-        if (run > kLongestWord) {
-            broken += QChar(0x200B);  // may break here, takes no room
-            run = 1;
-        }
-        broken += character;
-    }
-    return broken;
-}
-
 const char* NameOf(Icon icon) {
     static constexpr std::array names{"", "Information", "Warning", "Critical"};
     return names[static_cast<std::size_t>(icon)];
@@ -156,13 +140,6 @@ Filter ReadFilter(const std::string& filter) {
 }
 
 }  // namespace
-
-QString ForShowing(const std::string& text) {
-    auto shown = ToQt(text);
-    shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    shown.replace(QChar(), QChar(0xFFFD));
-    return shown.size() > kLongestShown ? shown.left(kLongestShown) + QChar(0x2026) : shown;
-}
 
 // On top of the dialog that it comes from, else on the main window.
 QWidget* QtPrompts::Parent() const {

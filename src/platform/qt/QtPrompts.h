@@ -28,7 +28,4 @@ class QtPrompts : public Prompts {
     QString folder_;
 };
 
-// The text as a box shows it: cut at 2,000 characters.
-QString ForShowing(const std::string& text);
-
 }  // namespace rv52
