@@ -23,6 +23,12 @@ QString FileName(const std::string& name) {
 
 }  // namespace
 
+Album::Album(const QDir& folder) : folder_(folder) {
+    folder_.mkpath(QStringLiteral("."));
+    for (const auto& old : folder_.entryList({QStringLiteral("[0-9][0-9]-*.png")}, QDir::Files))
+        folder_.remove(old);
+}
+
 bool Album::Add(const QImage& picture, const std::string& name) {
     const auto file =
         QStringLiteral("%1-%2.png").arg(++pictures_, 2, 10, QLatin1Char('0')).arg(FileName(name));

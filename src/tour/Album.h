@@ -12,7 +12,8 @@ namespace rv52 {
 // for each step.
 class Album {
  public:
-    explicit Album(const QDir& folder) : folder_(folder) {}
+    // Makes the folder, and takes the pictures of an earlier tour out of it.
+    explicit Album(const QDir& folder);
 
     // The name may be any text: its letters and digits make the file's name. False when it cannot be saved.
     bool Add(const QImage& picture, const std::string& name);

@@ -26,6 +26,8 @@ int main(int argc, char** argv) {
     // The tour prints into its folder, never on somebody's paper.
     qputenv("CUPS_SERVER", "/nowhere/cups.sock");
     const auto folder = QDir(QString::fromLocal8Bit(argv[1])).absolutePath();
+    // Nor does it depend on anybody's settings: the folder is where it would find its own.
+    qputenv("XDG_CONFIG_HOME", folder.toLocal8Bit());
     qInstallMessageHandler(PassMessageOn);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
