@@ -25,7 +25,9 @@ QString FileName(const std::string& name) {
 
 Album::Album(const QDir& folder) : folder_(folder) {
     folder_.mkpath(QStringLiteral("."));
-    for (const auto& old : folder_.entryList({QStringLiteral("[0-9][0-9]-*.png")}, QDir::Files))
+    const QStringList ours{QStringLiteral("[0-9][0-9]-*.png"), QStringLiteral("*.tbl"),
+                           QStringLiteral("*.pdf")};
+    for (const auto& old : folder_.entryList(ours, QDir::Files))
         folder_.remove(old);
 }
 

@@ -12,7 +12,7 @@ namespace rv52 {
 // for each step.
 class Album {
  public:
-    // Makes the folder, and takes the pictures of an earlier tour out of it.
+    // Makes the folder, and takes out of it what an earlier tour left.
     explicit Album(const QDir& folder);
 
     // The name may be any text: its letters and digits make the file's name. False when it cannot be saved.
