@@ -1,0 +1,81 @@
+#include "GridFixture.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+
+namespace rv52::test {
+
+TEST_F(GridTest, HasNoCurrentCellAfterLoadingUntilAKeyOrAClick) {
+    elsewhere.setFocus();
+    Show(TableType::RACE);
+    grid.setFocus(Qt::TabFocusReason);
+    EXPECT_FALSE(grid.currentIndex().isValid() || grid.selectionModel()->hasSelection());
+    Type("5");
+    Key(Qt::Key_F2);
+    EXPECT_EQ(Editor(), nullptr);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {1, 8}, "30.0"}));
+    Show(TableType::EX);
+    EXPECT_FALSE(grid.currentIndex().isValid());
+    ClickCell({2, 16});
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {16, 10}, "10.0"}));
+}
+
+TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
+    Show(TableType::RACE);
+    auto* body = grid.viewport();
+    const auto expect = [&](GridRange range, GridCell cursor) {
+        EXPECT_EQ(Selection(), range);
+        EXPECT_EQ(Cursor(), cursor);
+        EXPECT_EQ(PlaceOf(cursor), grid.visualRect(grid.currentIndex()));
+        for (const GridCell cell : {GridCell{3, 3}, GridCell{5, 4}, GridCell{4, 6}, GridCell{8, 16}}) {
+            const bool chosen = cell.row >= range.first.row && cell.row <= range.last.row &&
+                                cell.column >= range.first.column && cell.column <= range.last.column;
+            // Between the cursor's bars and above the digits.
+            const auto place = PlaceOf(cell);
+            EXPECT_EQ(body->grab(place).toImage().pixelColor(place.width() / 2, 0),
+                      grid.palette().color(chosen ? QPalette::Highlight : QPalette::Base));
+        }
+    };
+    QTest::mousePress(body, Qt::LeftButton, {}, PlaceOf({2, 3}).center());
+    MoveHeld(*body, PlaceOf({3, 5}).center());
+    MoveHeld(*body, PlaceOf({4, 6}).center());
+    QTest::mouseRelease(body, Qt::LeftButton, {}, PlaceOf({4, 6}).center());
+    expect({{2, 3}, {4, 6}}, {4, 6});
+    ClickCell({5, 5});
+    Key(Qt::Key_Left, Qt::ShiftModifier);
+    expect({{5, 4}, {5, 5}}, {5, 4});
+    Key(Qt::Key_A, Qt::ControlModifier);
+    expect({{1, 1}, {8, 16}}, {5, 4});
+    SelectGridCells(session, {{1, 2}, {3, 4}}, {1, 2});
+    expect({{1, 2}, {3, 4}}, {1, 2});
+
+    // Headers, their corner and the empty strip below the cells are no places to click.
+    grid.resize(600, 190);
+    for (auto* header : {grid.horizontalHeader()->viewport(), grid.verticalHeader()->viewport()}) {
+        Click(*header, {20, 5});
+        QTest::mouseDClick(header, Qt::LeftButton, {}, {20, 5});
+    }
+    Click(*grid.childAt(5, 5));
+    Click(*body, {5, body->height() - 1});
+    expect({{1, 2}, {3, 4}}, {1, 2});
+}
+
+TEST_F(GridTest, KeepsRowsAndColumnsToTheirShares) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        Show(type);
+        EXPECT_EQ(grid.rowHeight(7), 11);
+        EXPECT_EQ(grid.horizontalHeader()->height(), 11);
+        EXPECT_EQ(grid.verticalScrollBar()->isVisible(), type == TableType::EX);
+    }
+    for (const auto& size : {QSize(592, 102), QSize(333, 90), QSize(0, 0), QSize(1200, 400)}) {
+        grid.resize(size);
+        EXPECT_EQ(grid.horizontalScrollBar()->maximum(), 0) << size.width();
+        EXPECT_GE(grid.viewport()->width(), grid.horizontalHeader()->length()) << size.width();
+    }
+    // 1 pixel of frame at each side: floor(398 · 15 / 9) − 1 twips.
+    EXPECT_EQ(grid.rowHeight(0), 662 / 15);
+    EXPECT_EQ(PaintsOf(*grid.viewport(), [&] { CopyChartToGrid(session); }), 1);
+}
+
+}  // namespace rv52::test

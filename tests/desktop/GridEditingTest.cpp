@@ -1,0 +1,103 @@
+#include "GridFixture.h"
+
+#include <QMessageBox>
+#include <QTimer>
+
+namespace rv52::test {
+
+TEST_F(GridTest, AcceptsATypedAdvanceHoweverTheEditEnds) {
+    Show(TableType::RACE);
+    for (const auto& [text, key, cursor] : {std::tuple("12.34", Qt::Key_Return, GridCell{2, 3}),
+                                            {"7", Qt::Key_Tab, {2, 4}},
+                                            {"8", Qt::Key_Down, {3, 3}},
+                                            {"9", Qt::Key_unknown, {1, 1}}}) {
+        ClickCell({2, 3});
+        Type(text);
+        ASSERT_NE(Editor(), nullptr);
+        EXPECT_GE(Editor()->height(), Editor()->fontMetrics().height());
+        key == Qt::Key_unknown ? ClickCell({1, 1}) : Key(key);
+        EXPECT_EQ(Editor(), nullptr);
+        EXPECT_EQ(Text({2, 3}), text);
+        EXPECT_EQ(Degrees({2, 3}), std::stod(text));
+        EXPECT_EQ(Cursor(), cursor) << text;
+        EXPECT_TRUE(grid.hasFocus());
+    }
+    ClickCell({2, 3});
+    Key(Qt::Key_F2);
+    EXPECT_EQ(Editor()->selectedText(), QStringLiteral("9"));
+    elsewhere.setFocus();
+    ClickCell({5, 5});
+    QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, PlaceOf({5, 5}).center());
+    EXPECT_EQ(Editor()->selectedText(), QStringLiteral("30.0"));
+}
+
+// Each way of ending an edit asks once, and the editor stays with its text selected.
+TEST_F(GridTest, RefusesOnceAndKeepsTheEditorOpen) {
+    Show(TableType::RACE);
+    int refusals = 0;
+    // The box as the desktop shows it: a window of its own that takes the focus.
+    test.prompts.whileOpen = [&] {
+        ++refusals;
+        QMessageBox box(QMessageBox::Critical, {}, {}, QMessageBox::Ok, &window);
+        QTimer::singleShot(0, &box, [&] { QTest::keyClick(&box, Qt::Key_Return); });
+        box.exec();
+    };
+    const Act ends[] = {[] { Key(Qt::Key_Return); },
+                        [] { Key(Qt::Key_Tab); },
+                        [] { Key(Qt::Key_Up); },
+                        [this] {
+                            ClickCell({6, 6});
+                        },
+                        [this] {
+                            ClickCell({6, 6}, {}, Qt::RightButton);
+                        },
+                        [this] { Click(elsewhere); },
+                        [this] { EXPECT_FALSE(grid.CommitEditor()); }};
+    ClickCell({2, 3});
+    Type("45.01");
+    int way = 0;
+    for (const auto& end : ends) {
+        test.prompts.Expect({"Advance must be numeric value between zero and 45 degrees.", "Advance Edit",
+                             Icon::Critical, Buttons::Ok},
+                            Answer::Ok);
+        end();
+        Activate(window);  // as a window manager does once the box is gone
+        EXPECT_EQ(refusals, ++way);
+        ASSERT_TRUE(Editor() != nullptr && Editor()->hasFocus()) << way;
+        EXPECT_EQ(Editor()->selectedText(), QStringLiteral("45.01")) << way;
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << way;
+        EXPECT_EQ(Cursor(), (GridCell{2, 3})) << way;
+    }
+    // Looking something up in another window is no end of an edit.
+    QWidget another;
+    Activate(another);
+    Activate(window);
+    EXPECT_EQ(Text({2, 3}), "30.0");
+    Type("44");
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Text({2, 3}), "44");
+    // Nothing is refused when the program lets go of an edit.
+    for (const Act& abandon : {Act([] { Key(Qt::Key_Escape); }), Act([&] { grid.AbandonEditor(); }),
+                               Act([&] { Show(TableType::EX); })}) {
+        Type("abc");
+        ASSERT_NE(Editor(), nullptr);
+        EXPECT_EQ(Text({2, 3}), "44");
+        abandon();
+        EXPECT_TRUE(grid.hasFocus() && Editor() == nullptr);
+    }
+}
+
+TEST_F(GridTest, OpensNoEditorOnAnExTableOrWhileACommandRuns) {
+    for (const auto type : {TableType::EX, TableType::RACE}) {
+        Show(type);
+        ClickCell({2, 3});
+        std::optional<CommandGate::Stay> stay;
+        if (type == TableType::RACE) stay.emplace(session.gate);
+        Type("5");
+        Key(Qt::Key_F2);
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, PlaceOf({2, 3}).center());
+        EXPECT_EQ(Editor(), nullptr);
+    }
+}
+
+}  // namespace rv52::test
