@@ -1,171 +1,228 @@
-#include "platform/Failure.h"
 #include "platform/qt/QtFiles.h"
-#include "platform/qt/Text.h"
-
-#include <QCoreApplication>
-#include <QTemporaryDir>
+#include "support/FailureOf.h"
+#include "support/TemporaryFolder.h"
 
 #include <clocale>
-#include <filesystem>
+#include <csignal>
 #include <fstream>
-#include <functional>
 #include <gtest/gtest.h>
+#include <map>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
-namespace rv52 {
+namespace rv52::test {
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kSkipped = 77;
+constexpr uid_t kNobody = 65534;  // root may write anywhere
+// Longer than a page, and of different lengths, so that a mixture shows.
+const std::string kOld(20'000, 'o');
+const std::string kNew(30'001, 'n');
+
 class FilesTest : public testing::Test {
  protected:
     // The system's reasons in English, whatever the desktop's language.
-    void SetUp() override { std::setlocale(LC_MESSAGES, "C"); }
-
-    std::string Path(const std::string& name) const { return FromQt(folder_.path()) + "/" + name; }
-
-    std::string Make(const std::string& name, const std::string& content) const {
-        std::ofstream(Path(name), std::ios::binary) << content;
-        return Path(name);
+    FilesTest() {
+        std::setlocale(LC_MESSAGES, "C");
+        files_.ReplaceWhole(table_, kOld);
     }
 
-    // What is wrong, in the words that the user reads.
-    static std::string FailureOf(const std::function<void()>& act) {
-        try {
-            act();
-        } catch (const FileFailure& failure) {
-            return failure.what();
-        }
-        return "nothing";
+    std::string Path(const std::string& name) const { return (folder_.Path() / name).string(); }
+    std::string Content(const std::string& path) const { return files_.ReadWhole(path); }
+    // Why it could not be saved, without the words that all reasons begin with.
+    std::string Save(const std::string& path, const std::string& content = kNew) {
+        const auto failure = FailureOf([&] { files_.ReplaceWhole(path, content); });
+        const auto start = "Cannot write " + path + ": ";
+        return failure.starts_with(start) ? failure.substr(start.size()) : failure;
     }
-    std::string ReadFailure(const std::string& path) const {
-        return FailureOf([&] { files_.ReadWhole(path); });
-    }
-    std::string WriteFailure(const std::string& path) {
-        return FailureOf([&] { files_.ReplaceWhole(path, "new"); });
+    std::ptrdiff_t FileCount() const {
+        return std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator());
     }
 
-    std::size_t FileCount() const {
-        const fs::directory_iterator all(FromQt(folder_.path()));
-        return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+    // In a process of its own.
+    static pid_t Start(const std::function<int()>& body) {
+        const pid_t child = ::fork();
+        if (child == 0) ::_exit(body());
+        return child;
+    }
+    static int Finish(pid_t child) {
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
-    static struct stat StatusOf(const std::string& path) {
-        struct stat status {};
-        EXPECT_EQ(::lstat(path.c_str(), &status), 0);
-        return status;
-    }
-
-    QTemporaryDir folder_;
+    TemporaryFolder folder_;
+    const std::string table_ = Path("table.tbl");
     QtFiles files_;
 };
 
-TEST_F(FilesTest, KeepsEveryByteUnderEveryName) {
+TEST_F(FilesTest, KeepsEveryByteUnderEveryNameAndReadsNoMoreThanATableCanHold) {
     std::string bytes;
     for (int byte = 0; byte < 256; ++byte)
         bytes += static_cast<char>(byte);
-    for (const auto& name : {std::string("a table.tbl"), std::string("Vorzündung 点火 🏍.tbl"),
-                             std::string(251, 'n') + ".tbl", std::string("%1 \"quoted\" [*].tbl")}) {
-        const auto path = Path(name);
-        EXPECT_FALSE(files_.Exists(path));
-        files_.ReplaceWhole(path, "a longer text than all that follows it" + bytes);
-        files_.ReplaceWhole(path, bytes);
-        EXPECT_TRUE(files_.Exists(path));
-        EXPECT_EQ(files_.ReadWhole(path), bytes);
-    }
-    files_.ReplaceWhole(Path("empty"), "");
-    EXPECT_EQ(files_.ReadWhole(Path("empty")), "");
-    EXPECT_EQ(FileCount(), 5U) << "nothing but the files themselves is left";
-}
-
-TEST_F(FilesTest, ReadsNoMoreThanATableFileCanHold) {
-    EXPECT_EQ(files_.ReadWhole(Make("largest", std::string(Files::kLargest, 'x'))).size(),
-              static_cast<std::size_t>(Files::kLargest));
-    EXPECT_NE(ReadFailure(Make("larger", std::string(Files::kLargest + 1, 'x'))).find("4194304 bytes"),
-              std::string::npos);
-}
-
-TEST_F(FilesTest, ReadsRegularFilesAloneAndSaysWhatIsWrong) {
-    ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
-    const struct {
-        std::string path;
-        const char* reason;
-    } cases[] = {{Path("missing"), "No such file or directory"},
-                 {FromQt(folder_.path()), "not a file"},
-                 {Path("pipe"), "not a file"},
-                 {"/dev/zero", "not a file"}};
-    for (const auto& one : cases) {
-        const auto failure = ReadFailure(one.path);
-        EXPECT_NE(failure.find(one.path), std::string::npos) << failure;
-        EXPECT_NE(failure.find(one.reason), std::string::npos) << failure;
-    }
-}
-
-TEST_F(FilesTest, KeepsALinkALink) {
-    fs::create_directory(Path("elsewhere"));
-    Make("elsewhere/table.tbl", "old");
-    fs::create_symlink("elsewhere/table.tbl", Path("link.tbl"));
-    fs::create_symlink("link.tbl", Path("link to link.tbl"));
-    fs::create_symlink(Path("elsewhere/new.tbl"), Path("dangling.tbl"));
-
-    files_.ReplaceWhole(Path("link to link.tbl"), "new");
-    EXPECT_EQ(files_.ReadWhole(Path("elsewhere/table.tbl")), "new");
-    EXPECT_TRUE(fs::is_symlink(Path("link.tbl")) && fs::is_symlink(Path("link to link.tbl")));
-
-    EXPECT_FALSE(files_.Exists(Path("dangling.tbl")));
-    files_.ReplaceWhole(Path("dangling.tbl"), "created");
-    EXPECT_EQ(files_.ReadWhole(Path("elsewhere/new.tbl")), "created");
-    EXPECT_TRUE(fs::is_symlink(Path("dangling.tbl")));
-
-    fs::create_symlink("round.tbl", Path("round.tbl"));
-    EXPECT_NE(WriteFailure(Path("round.tbl")).find("round.tbl: Too many levels"), std::string::npos);
-}
-
-TEST_F(FilesTest, KeepsPermissionsAndGivesNewFilesTheUsualOnes) {
-    for (const mode_t mode : {0600U, 0644U, 0755U, 0660U}) {
-        const auto path = Make("table.tbl", "old");
-        ASSERT_EQ(::chmod(path.c_str(), mode), 0);
-        files_.ReplaceWhole(path, "new");
-        EXPECT_EQ(StatusOf(path).st_mode & 07777, mode);
-    }
-    const auto before = ::umask(027);
-    files_.ReplaceWhole(Path("fresh.tbl"), "new");
-    ::umask(before);
-    EXPECT_EQ(StatusOf(Path("fresh.tbl")).st_mode & 07777, 0640U);
-
-    if (::geteuid() == 0) {
-        const auto path = Make("others.tbl", "old");
-        ASSERT_EQ(::chown(path.c_str(), 1234, 5678), 0);
-        files_.ReplaceWhole(path, "new");
-        EXPECT_EQ(StatusOf(path).st_uid, 1234U);
-        EXPECT_EQ(StatusOf(path).st_gid, 5678U);
-    }
-}
-
-TEST_F(FilesTest, RefusesToReplaceWhatIsNoWritableFile) {
-    ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
-    fs::create_directory(Path("folder"));
-    const struct {
-        std::string path;
-        const char* reason;
-    } cases[] = {{Path("folder"), "Is a directory"},
-                 {Path("pipe"), "It is not a file"},
-                 {"/dev/null", "It is not a file"},
-                 {Path("missing/table.tbl"), "No such file or directory"},
-                 {Path(std::string(256, 'n')), "File name too long"},
-                 // The kernel's folder takes no files, not even from root.
-                 {"/proc/table.tbl", ""}};
-    for (const auto& [path, reason] : cases)
-        EXPECT_TRUE(WriteFailure(path).starts_with("Cannot write " + path + ": " + reason)) << path;
-    EXPECT_TRUE(fs::is_fifo(Path("pipe")));
-    EXPECT_EQ(FileCount(), 2U);
-}
-
-TEST_F(FilesTest, FindsTheProgramsOwnFolder) {
-    EXPECT_TRUE(files_.ProgramFolder().ends_with("/"));
+    for (const auto& name : {std::string("Vorzündung 点火 🏍.tbl"), std::string(251, 'n') + ".tbl",
+                             std::string("%1 \"quoted\" [*].tbl")})
+        for (const auto& content : {bytes + bytes, bytes, std::string()}) {
+            EXPECT_EQ(files_.Exists(Path(name)), content != bytes + bytes);
+            EXPECT_EQ(Save(Path(name), content), "");
+            EXPECT_EQ(Content(Path(name)), content);
+        }
+    EXPECT_EQ(FileCount(), 4) << "nothing but the files themselves is left";
+    EXPECT_EQ(Save(table_, std::string(Files::kLargest, 'x')), "");
+    EXPECT_EQ(Content(table_).size(), static_cast<std::size_t>(Files::kLargest));
+    EXPECT_EQ(Save(table_, std::string(Files::kLargest + 1, 'x')), "");
+    EXPECT_EQ(FailureOf([&] { files_.ReadWhole(table_); }),
+              "Cannot read " + table_ + ": It has more than 4194304 bytes.");
     EXPECT_EQ(files_.ProgramFolder(), fs::canonical("/proc/self/exe").parent_path().string() + "/");
 }
 
+TEST_F(FilesTest, ReadsAndReplacesRegularFilesAloneAndSaysWhatIsWrong) {
+    ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
+    fs::create_symlink("round.tbl", Path("round.tbl"));
+    const std::string missing = "No such file or directory.";
+    const std::string noFile = "It is not a file.";
+    const struct {
+        std::string path;
+        std::string reading;
+        std::string writing;
+    } cases[] = {
+        {Path(""), noFile, "Is a directory."},
+        {Path("pipe"), noFile, noFile},
+        {"/dev/zero", noFile, noFile},
+        {Path("missing/table.tbl"), missing, missing},
+        {Path("round.tbl"), "Too many levels of symbolic links.", "Too many levels of symbolic links."},
+        {Path(std::string(256, 'n')), "File name too long.", "File name too long."},
+        // The kernel's folder takes no files, not even from root.
+        {"/proc/table.tbl", missing, missing}};
+    for (const auto& [path, reading, writing] : cases) {
+        EXPECT_EQ(FailureOf([&] { files_.ReadWhole(path); }), "Cannot read " + path + ": " + reading);
+        EXPECT_EQ(Save(path), writing) << path;
+    }
+    EXPECT_EQ(FileCount(), 3);
+}
+
+TEST_F(FilesTest, KeepsLinksOwnersAndPermissions) {
+    fs::create_symlink("table.tbl", Path("link.tbl"));
+    fs::create_symlink("link.tbl", Path("link to link.tbl"));
+    fs::create_symlink(Path("new.tbl"), Path("dangling.tbl"));
+    EXPECT_EQ(Save(Path("link to link.tbl")), "");
+    EXPECT_EQ(Content(table_), kNew);
+    EXPECT_FALSE(files_.Exists(Path("dangling.tbl")));
+    const auto before = ::umask(027);
+    EXPECT_EQ(Save(Path("dangling.tbl")), "");
+    ::umask(before);
+    for (const auto* link : {"link.tbl", "link to link.tbl", "dangling.tbl"})
+        EXPECT_TRUE(fs::is_symlink(Path(link))) << link;
+
+    const auto statusOf = [](const std::string& path) {
+        struct stat status {};
+        EXPECT_EQ(::stat(path.c_str(), &status), 0);
+        return status;
+    };
+    EXPECT_EQ(statusOf(Path("new.tbl")).st_mode & 07777, 0640U) << "as the umask leaves it";
+    for (const mode_t mode : {0600U, 0755U, 0660U}) {
+        ASSERT_EQ(::chmod(table_.c_str(), mode), 0);
+        ASSERT_TRUE(::geteuid() != 0 || ::chown(table_.c_str(), 1234, 5678) == 0);
+        const auto old = statusOf(table_);
+        EXPECT_EQ(Save(table_), "");
+        EXPECT_EQ(statusOf(table_).st_mode, old.st_mode);
+        EXPECT_EQ(statusOf(table_).st_uid, old.st_uid);
+        EXPECT_EQ(statusOf(table_).st_gid, old.st_gid);
+    }
+}
+
+TEST_F(FilesTest, AnyByteMayBeTheLastThatFits) {
+    const std::string small(400, 's');
+    struct rlimit before {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    for (rlim_t fits = 0; fits <= small.size(); ++fits) {
+        const bool whole = fits == small.size();
+        const struct rlimit limit { fits, before.rlim_max };
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        const auto failure = Save(table_, small);
+        ::setrlimit(RLIMIT_FSIZE, &before);
+        EXPECT_EQ(failure, whole ? "" : "File too large.") << fits;
+        EXPECT_EQ(Content(table_), whole ? small : kOld) << fits;
+        EXPECT_EQ(FileCount(), 1) << fits;
+    }
+    std::signal(SIGXFSZ, handler);
+}
+
+// A disk of its own in a name space of its own, where the system lets us.
+TEST_F(FilesTest, AFullDiskKeepsTheOldTable) {
+    const int outcome = Finish(Start([&] {
+        const auto disk = folder_.Path().c_str();
+        if (::unshare(::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0 ||
+            ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
+            ::mount("tmpfs", disk, "tmpfs", 0, "size=64k") != 0)
+            return kSkipped;
+        if (!Save(table_, kOld).empty()) return 1;
+        // Old and new do not fit beside each other any more.
+        std::ofstream(Path("other")) << kNew;
+        if (Save(table_) != "No space left on device.") return 2;
+        if (Content(table_) != kOld || FileCount() != 2) return 3;
+        fs::remove(Path("other"));
+        return Save(table_).empty() && Content(table_) == kNew ? 0 : 4;
+    }));
+    if (outcome == kSkipped) GTEST_SKIP() << "no disk can be mounted here";
+    EXPECT_EQ(outcome, 0);
+}
+
+TEST_F(FilesTest, AFolderThatTakesNoFileKeepsTheOldTable) {
+    fs::permissions(table_, fs::perms(0666));
+    fs::permissions(folder_.Path(), fs::perms(0555));
+    EXPECT_EQ(Finish(Start([&] {
+                  if (::geteuid() == 0 && ::setuid(kNobody) != 0) return 1;
+                  return Save(table_) == "Permission denied." ? 0 : 2;
+              })),
+              0);
+    EXPECT_EQ(Content(table_), kOld);
+}
+
+TEST_F(FilesTest, TwoProgramsThatSaveAtOnceNeverMix) {
+    std::vector<pid_t> programs;
+    for (const auto* content : {&kOld, &kNew})
+        programs.push_back(Start([this, content] {
+            for (int turn = 0; turn < 50; ++turn)
+                if (!Save(table_, *content).empty()) return 1;
+            return 0;
+        }));
+    int status = 0;
+    long looks = 0;
+    for (; ::waitpid(programs.front(), &status, WNOHANG) == 0; ++looks) {
+        const auto content = Content(table_);
+        ASSERT_TRUE(content == kOld || content == kNew) << content.size();
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(Finish(programs.back()), 0);
+    EXPECT_GT(looks, 0);
+    EXPECT_EQ(FileCount(), 1);
+}
+
+TEST_F(FilesTest, KilledAtAnyMomentItIsOldOrNew) {
+    std::map<std::string, int> seen;
+    for (int kill = 0; kill < 300; ++kill) {
+        const pid_t saver = Start([&] {
+            for (bool turn = false;; turn = !turn)
+                Save(table_, turn ? kOld : kNew);
+            return 0;
+        });
+        ::usleep(static_cast<useconds_t>(kill * 37 % 4000));
+        ::kill(saver, SIGKILL);
+        Finish(saver);
+        ++seen[Content(table_)];
+    }
+    EXPECT_TRUE(seen.size() == 2 && seen.contains(kOld) && seen.contains(kNew));
+    EXPECT_EQ(Save(table_), "") << "what a killed save left behind is in nobody's way";
+    EXPECT_EQ(Content(table_), kNew);
+}
+
 }  // namespace
-}  // namespace rv52
+}  // namespace rv52::test

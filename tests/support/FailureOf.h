@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/Failure.h"
+
+#include <functional>
+#include <string>
+
+namespace rv52::test {
+
+// What is wrong, in the words that the user reads; empty when nothing is.
+inline std::string FailureOf(const std::function<void()>& act) {
+    try {
+        act();
+    } catch (const Failure& failure) {
+        return failure.what();
+    }
+    return {};
+}
+
+}  // namespace rv52::test
