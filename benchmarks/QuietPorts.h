@@ -29,6 +29,7 @@ struct NoView : TableView, Shell {
     void ShowProgress(const std::string&) override {}
     void SetProgress(int) override {}
     void HideProgress() override {}
+    void RenewStatus() override {}
     void ShowPortPanel() override {}
     void HidePortPanel() override {}
     void ShowNewTable(NewTable&) override {}

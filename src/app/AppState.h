@@ -11,6 +11,9 @@
 
 namespace rv52 {
 
+// What a command does with the module's memory right now.
+enum class LinkWork { None, Reading, Programming, Verifying };
+
 // The one working state of the program, created at start-up; the current table's values stand beside it in
 // the TableStore. A field is changed only by the commands that own it.
 struct AppState {
@@ -26,6 +29,7 @@ struct AppState {
     bool AbortRequested = false;  // Escape; polled by read and verify
     bool EchoMode = false;        // the module echoes each byte it receives
     bool CommOK = false;          // success of the last link procedure
+    rv52::LinkWork LinkWork = rv52::LinkWork::None;
     std::int16_t VerifyErrors = 0;
     std::int16_t LineErrorCount = 0;  // since the serial settings were last applied
     std::string CopyBuffer;           // cells joined by tabs, rows by carriage returns

@@ -9,10 +9,12 @@ namespace rv52 {
 
 TableLayout LayOut(const WindowSize& window) {
     const double chartHeight = 0.7 * window.height;
+    const double gridHeight = std::max(0.0, RoundHalfEven(0.3 * window.height - 725));
+    const double gridEnd = chartHeight + gridHeight;
     return {
         .chart = {0, 0, window.width, chartHeight},
-        .grid = {0, chartHeight, std::max(0.0, RoundHalfEven(window.width - 150)),
-                 std::max(0.0, RoundHalfEven(0.3 * window.height - 725))},
+        .grid = {0, chartHeight, std::max(0.0, RoundHalfEven(window.width - 150)), gridHeight},
+        .status = {0, gridEnd, window.width, window.height - gridEnd},
     };
 }
 

@@ -27,6 +27,7 @@ struct Rectangle {
 struct TableLayout {
     Rectangle chart;
     Rectangle grid;
+    Rectangle status;  // the strip that the grid leaves
 };
 
 // The chart takes the upper seven tenths, the grid what is left above a strip of 725 twips.

@@ -6,10 +6,13 @@
 #include "app/Menus.h"
 #include "app/ProgressPanel.h"
 #include "app/Session.h"
+#include "app/StatusStrip.h"
+#include "app/StatusText.h"
 #include "chart/ChartView.h"
 #include "link/PortPanel.h"
 #include "link/PortSetup.h"
 #include "module/ModParamsDialog.h"
+#include "platform/ComDevices.h"
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 #include "table/GridView.h"
@@ -31,6 +34,7 @@ MainWindow::MainWindow() : client_(new QWidget(this)) {
 
 void MainWindow::Compose(Session& session, const ComDevices& devices) {
     session_ = &session;
+    devices_ = &devices;
     const auto dispatch = [this](const std::function<void()>& handler) { Dispatch(handler); };
     const auto run = [this](const std::function<void(Session&)>& command) { Run(command); };
     FillMenuBar(*menuBar(), run, [this] { close(); });
@@ -38,6 +42,10 @@ void MainWindow::Compose(Session& session, const ComDevices& devices) {
     chart_ = new ChartView(session, dispatch, client_);
     grid_ = new GridView(session, dispatch, run, client_);
     Hide();
+    status_ = new StatusStrip(client_);
+    session.table.OnRedraw([this] { RenewStatus(); });
+    session.sheet.OnChange([this](GridSheet::Change) { RenewStatus(); });
+    RenewStatus();
     progress_ = new ProgressPanel(client_);
     // A pick that was not taken, because a command is running, shows the port that holds.
     const auto pick = [this](int index) {
@@ -75,6 +83,7 @@ void MainWindow::Place(const TableLayout& layout) {
     chart_->setGeometry(ToPixels(layout.chart));
     grid_->setGeometry(ToPixels(layout.grid));
     grid_->ApplyPitch();
+    status_->PlaceIn(ToPixels(layout.status));
 }
 
 void MainWindow::ShowProgress(const std::string& caption) {
@@ -85,6 +94,12 @@ void MainWindow::SetProgress(int percent) {
 }
 void MainWindow::HideProgress() {
     progress_->hide();
+}
+
+void MainWindow::RenewStatus() {
+    const auto& state = session_->state;
+    status_->Tell(
+        ToQt(StatusText(state, session_->table, session_->sheet, devices_->DeviceOf(state.CommPort))));
 }
 
 void MainWindow::ShowPortPanel() {

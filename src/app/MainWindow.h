@@ -14,6 +14,7 @@ class GridView;
 class HelpWindow;
 class PortPanel;
 class ProgressPanel;
+class StatusStrip;
 struct Session;
 
 // frmCorvane_Main: the menus, the chart above the grid, and two panels over them. It composes and forwards;
@@ -32,6 +33,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     void ShowProgress(const std::string& caption) override;
     void SetProgress(int percent) override;
     void HideProgress() override;
+    void RenewStatus() override;
     void ShowPortPanel() override;
     void HidePortPanel() override;
     void ShowNewTable(NewTable& newTable) override;
@@ -60,9 +62,11 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
 
  private:
     Session* session_ = nullptr;
+    const ComDevices* devices_ = nullptr;
     QWidget* client_;
     ChartView* chart_ = nullptr;
     GridView* grid_ = nullptr;
+    StatusStrip* status_ = nullptr;
     ProgressPanel* progress_ = nullptr;
     PortPanel* ports_ = nullptr;
     HelpWindow* help_ = nullptr;  // from when it is first asked for

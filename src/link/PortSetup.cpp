@@ -34,6 +34,7 @@ void mnuPortSetup_Click(Session& session) {
 void cboPort_Click(Session& session, int index) {
     session.steps.Procedure([&](Steps& step) {
         session.state.CommPort = index + 1;
+        session.shell.RenewStatus();
         step([&] { session.settings.Set(kSection, kKey, std::to_string(session.state.CommPort)); });
         step([&] { session.line.Close(); });
     });

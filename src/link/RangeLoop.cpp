@@ -19,9 +19,27 @@ bool GoOnReading(Session& session) {
     return session.state.CommOK && !session.state.AbortRequested;
 }
 
+// The state and the status line say what is done from the first address of a transfer to its last byte.
+class ToldWork {
+ public:
+    ToldWork(Session& session, LinkWork work) : session_(session) { Tell(work); }
+    ~ToldWork() { Tell(LinkWork::None); }
+    ToldWork(const ToldWork&) = delete;
+    ToldWork& operator=(const ToldWork&) = delete;
+
+ private:
+    void Tell(LinkWork work) {
+        session_.state.LinkWork = work;
+        session_.shell.RenewStatus();
+    }
+
+    Session& session_;
+};
+
 }  // namespace
 
 bool RunRanges(Session& session, std::span<const TransferRange> ranges, const RangeLoop& loop) {
+    const ToldWork told(session, loop.work);
     for (const auto& range : ranges) {
         SetEEPROMAddress(session, range.address);
         if (!loop.addressed()) return false;
@@ -36,6 +54,7 @@ bool RunRanges(Session& session, std::span<const TransferRange> ranges, const Ra
 
 RangeLoop ReadLoop(Session& session) {
     RangeLoop loop;
+    loop.work = LinkWork::Reading;
     loop.addressed = [&] { return std::exchange(session.state.CommOK, false); };
     loop.move = [&](int index) {
         ByteAt(session, index) = ReadEEPROM(session).value_or(0);
@@ -47,6 +66,7 @@ RangeLoop ReadLoop(Session& session) {
 
 RangeLoop WriteLoop(Session& session, int echoes, const char* timeoutText) {
     RangeLoop loop;
+    loop.work = LinkWork::Programming;
     // An address that was acknowledged says nothing about the bytes that follow it.
     loop.addressed = [&] {
         if (!std::exchange(session.state.CommOK, false)) return false;
@@ -67,6 +87,7 @@ Verification::Verification(Session& session) : session_(session) {
 
 RangeLoop Verification::Loop() {
     RangeLoop loop;
+    loop.work = LinkWork::Verifying;
     loop.addressed = [this] {
         addressed_ = addressed_ && session_.state.CommOK;
         return true;

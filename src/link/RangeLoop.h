@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/AppState.h"
 #include "link/WireSteps.h"
 #include "module/EepromMap.h"
 
@@ -13,6 +14,7 @@ struct Session;
 // What reading, programming and verifying do differently on their way over the ranges of a transfer.
 // Whatever returns false ends the transfer.
 struct RangeLoop {
+    LinkWork work = LinkWork::None;
     std::function<bool()> addressed;      // after the set address of each range
     std::function<bool(int index)> move;  // moves the byte of this buffer index
     std::function<bool()> settle;         // after each byte that was moved and counted

@@ -37,6 +37,9 @@ class Shell {
     virtual void SetProgress(int percent) = 0;
     virtual void HideProgress() = 0;
 
+    // What the status line tells of besides the table's values and the grid's cursor has changed.
+    virtual void RenewStatus() = 0;
+
     virtual void ShowPortPanel() = 0;
     virtual void HidePortPanel() = 0;
     // The New Table dialog, modal; returns when it has been closed.

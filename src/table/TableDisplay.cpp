@@ -53,11 +53,13 @@ void FillAndShowTable(Session& session, GridCell cursor) {
 void ShowTable(Session& session) {
     session.view.Show();
     session.state.TableShown = true;
+    session.shell.RenewStatus();
 }
 
 void HideTable(Session& session) {
     session.view.Hide();
     session.state.TableShown = false;
+    session.shell.RenewStatus();
 }
 
 }  // namespace rv52

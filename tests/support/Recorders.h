@@ -38,6 +38,9 @@ class RecordingShell : public Shell {
     }
     void SetProgress(int percent) override { progress.back().percents.push_back(percent); }
     void HideProgress() override { progressShown = false; }
+    void RenewStatus() override {
+        if (onStatus) onStatus();
+    }
     void ShowPortPanel() override { portPanelShown = true; }
     void HidePortPanel() override { portPanelShown = false; }
     void ShowNewTable(NewTable& newTable) override {
@@ -59,6 +62,7 @@ class RecordingShell : public Shell {
     int placements = 0;
     bool progressShown = false;
     std::vector<Progress> progress;
+    std::function<void()> onStatus;
     bool portPanelShown = false;
     int newTableDialogs = 0;
     std::function<void(NewTable&)> whileNewTableOpen;

@@ -1,0 +1,53 @@
+#include "app/StatusText.h"
+
+#include "app/AppState.h"
+#include "link/PortSetup.h"
+#include "table/GridSheet.h"
+#include "table/Numbers.h"
+#include "table/TableStore.h"
+
+namespace rv52 {
+
+namespace {
+
+constexpr const char* kBetween = "   \u00b7   ";
+
+std::string Degrees(double value) {
+    return ShortestDecimal(value) + "\u00b0";
+}
+
+std::string CellText(const AppState& state, const TableStore& store, const GridSheet& sheet) {
+    const auto cursor = sheet.Cursor();
+    if (!state.TableShown || !store.HasTable() || !cursor.IsData()) return {};
+    const auto& table = store.Table();
+    if (sheet.Type() != table.Type()) return {};  // while another table is on its way to the screen
+    const auto cell = CellAt(cursor, table.Type());
+    return "RPM " + std::to_string(RpmOfColumn(cell.column)) + ", MAP " + std::to_string(MapOfRow(cell.row)) +
+           ": " + Degrees(table.GetCell(cell)) + ", limit " + Degrees(CellLimit(state, table.Type(), cell));
+}
+
+std::string WorkText(LinkWork work) {
+    switch (work) {
+        case LinkWork::Reading:
+            return "Reading the module. Escape stops it.";
+        case LinkWork::Programming:
+            return "Programming the module. It must not be interrupted.";
+        case LinkWork::Verifying:
+            return "Verifying the module. Escape stops it.";
+        case LinkWork::None:
+            break;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string StatusText(const AppState& state, const TableStore& table, const GridSheet& sheet,
+                       const std::string& device) {
+    auto first = WorkText(state.LinkWork);
+    if (first.empty()) first = CellText(state, table, sheet);
+    if (!first.empty()) first += kBetween;
+    return first + CommPortName(state.CommPort) + ": " + (device.empty() ? "no device of its own" : device);
+}
+
+}  // namespace rv52

@@ -1,0 +1,65 @@
+#include "app/StartUp.h"
+#include "app/StatusText.h"
+#include "module/Upload.h"
+#include "support/ConnectedSession.h"
+#include "table/TableDisplay.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52::test {
+namespace {
+
+constexpr const char* kDevice = "/dev/ttyUSB0";
+
+std::string Told(const Session& session, const std::string& device = kDevice) {
+    return StatusText(session.state, session.table, session.sheet, device);
+}
+
+void ShowWith(Session& session, TableType type, Cell cell, double degrees) {
+    AdvanceTable table(type);
+    table.SetCell(cell, degrees);
+    session.table.Replace(table);
+    SetUpTableGrid(session, type);
+    ShowTable(session);
+    MoveGridCursor(session, GridCellOf(cell, type));
+}
+
+TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
+    ConnectedModule at(Options(TableType::RACE, false));
+    auto& session = at.session;
+    ASSERT_TRUE(StartUp(session));
+    session.state.ExMaxTable.SetCell({6, 3}, 31.5);
+    session.state.CommPort = 33;
+    EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
+
+    ShowWith(session, TableType::RACE, {6, 3}, 27.75);
+    EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.75°, limit 45°   ·   Com33: /dev/ttyUSB0");
+    session.table.SetCell({6, 3}, 0.1);
+    EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 0.1°, limit 45°   ·   Com33: no device of its own");
+    ShowWith(session, TableType::EX, {6, 3}, 27.7734375);
+    EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.7734375°, limit 31.5°   ·   Com33: /dev/ttyUSB0");
+
+    MoveGridCursor(session, {0, 6});
+    EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
+    MoveGridCursor(session, {1, 6});
+    HideTable(session);
+    EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
+}
+
+TEST(StatusTextTest, SaysOnceForEachTransferWhatMayBeDoneMeanwhile) {
+    ConnectedModule at(Options(TableType::RACE, true));
+    ShowWith(at.session, TableType::RACE, {1, 1}, 10);
+    std::vector<std::string> told;
+    at.shell.onStatus = [&] {
+        if (at.state.LinkWork != LinkWork::None) told.push_back(Told(at.session));
+    };
+    at.prompts.Expect({"Upload completed.", "Upload To EEPROM", Icon::Warning, Buttons::Ok}, Answer::Ok);
+    mnuUpload_Click(at.session);
+    const std::string port = "   ·   Com1: /dev/ttyUSB0";
+    EXPECT_EQ(told, (std::vector{"Programming the module. It must not be interrupted." + port,
+                                 "Verifying the module. Escape stops it." + port}));
+    EXPECT_EQ(at.state.LinkWork, LinkWork::None);
+}
+
+}  // namespace
+}  // namespace rv52::test
