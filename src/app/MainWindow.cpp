@@ -141,6 +141,7 @@ void MainWindow::CloseWindows() {
 void MainWindow::Show() {
     chart_->show();
     grid_->show();
+    if (!ports_->isVisible()) grid_->setFocus(Qt::OtherFocusReason);
 }
 
 void MainWindow::Hide() {

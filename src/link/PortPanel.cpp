@@ -34,6 +34,7 @@ PortPanel::PortPanel(const ComDevices& devices, Actions actions, QWidget* parent
     auto* ok = new QPushButton(QStringLiteral("OK"), this);
     ok->setObjectName(QStringLiteral("cmdPortSelectOK"));
     ok->setGeometry(51, 88, 75, 28);
+    ok->setAutoDefault(true);  // outside of dialogs a button takes Enter only so
 
     connect(ports_, &QComboBox::activated, this, [pick = actions.pick](int index) { pick(index); });
     connect(ok, &QPushButton::clicked, this, [accept = actions.ok] { accept(); });

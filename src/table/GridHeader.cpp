@@ -48,6 +48,12 @@ void GridCorner::SetText(const QString& text) {
     update();
 }
 
+void GridCorner::Mark(bool marked) {
+    if (marked == marked_) return;
+    marked_ = marked;
+    update();
+}
+
 void GridCorner::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     QStyleOptionHeader option;
@@ -55,6 +61,9 @@ void GridCorner::paintEvent(QPaintEvent*) {
     option.orientation = Qt::Horizontal;
     option.position = QStyleOptionHeader::OnlyOneSection;
     PaintSection(painter, option, text_, *this);
+    if (!marked_) return;
+    painter.setPen(palette().color(QPalette::Active, QPalette::Highlight));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 }  // namespace rv52

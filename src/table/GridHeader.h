@@ -23,12 +23,15 @@ class GridCorner : public QWidget {
     explicit GridCorner(QWidget* parent);
 
     void SetText(const QString& text);
+    // A frame, for the focus of a grid whose cursor stands here.
+    void Mark(bool marked);
 
  protected:
     void paintEvent(QPaintEvent* event) override;
 
  private:
     QString text_;
+    bool marked_ = false;
 };
 
 }  // namespace rv52

@@ -140,6 +140,17 @@ void GridView::focusInEvent(QFocusEvent* event) {
     // Not the item view's own, which would make the first cell current: after loading none is.
     QAbstractScrollArea::focusInEvent(event);  // NOLINT(bugprone-parent-virtual-call)
     viewport()->update();
+    MarkFocus();
+}
+
+void GridView::focusOutEvent(QFocusEvent* event) {
+    QTableView::focusOutEvent(event);
+    MarkFocus();
+}
+
+// A data cell that is current shows by itself where the keys go.
+void GridView::MarkFocus() {
+    corner_->Mark(hasFocus() && !currentIndex().isValid());
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
@@ -161,6 +172,7 @@ void GridView::updateGeometries() {
 
 void GridView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTableView::currentChanged(current, previous);
+    MarkFocus();
     TellSheet();
 }
 

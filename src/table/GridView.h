@@ -45,6 +45,7 @@ class GridView : public QTableView {
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void updateGeometries() override;
@@ -57,6 +58,7 @@ class GridView : public QTableView {
     void ReflectLayout();
     void ReflectCursor();
     void TellSheet();
+    void MarkFocus();
     void ShowMenu(const QPoint& screen);
     void ShowMenuAtCursor();
     void MoveCursorBy(int rows, int columns);
