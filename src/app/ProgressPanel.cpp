@@ -1,14 +1,14 @@
 #include "app/ProgressPanel.h"
 
+#include "app/FlatProgressBar.h"
 #include "platform/qt/Twips.h"
 
-#include <QProgressBar>
 #include <QVBoxLayout>
 
 namespace rv52 {
 
 ProgressPanel::ProgressPanel(QWidget* parent)
-    : QGroupBox(QStringLiteral("Programming"), parent), bar_(new QProgressBar(this)) {
+    : QGroupBox(QStringLiteral("Programming"), parent), bar_(new FlatProgressBar(this)) {
     setObjectName(QStringLiteral("fraProgress1"));
     setGeometry(ToPixels(kProgressPanel));
     setAutoFillBackground(true);

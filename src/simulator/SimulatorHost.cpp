@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <thread>
 
 namespace rv52 {
 
@@ -12,6 +13,9 @@ namespace {
 
 // Programming stores a byte every few milliseconds: the file follows once it pauses.
 constexpr std::chrono::milliseconds kQuiet{100};
+
+// Within a transfer the next byte follows sooner than this.
+constexpr std::chrono::milliseconds kAttention{8};
 
 Wire::Clock Now() {
     return std::chrono::steady_clock::now().time_since_epoch();
@@ -40,7 +44,8 @@ SimulatorHost::SimulatorHost(const SimulatorOptions& options)
     : image_(ImageOf(options)),
       module_(ModuleOf(options, image_.get())),
       wire_(module_, ByteTime(options.bitsPerSecond)),
-      start_(Now()) {
+      start_(Now()),
+      paced_(options.bitsPerSecond.has_value()) {
     if (options.tracePath.empty()) return;
     trace_.open(options.tracePath, std::ios::trunc);
     if (!trace_) throw FileFailure("cannot write the trace file " + options.tracePath);
@@ -49,7 +54,7 @@ SimulatorHost::SimulatorHost(const SimulatorOptions& options)
 bool SimulatorHost::Serve() {
     while (SendDueBytes()) {
         if (saveAt_ && *saveAt_ <= Now()) Save();
-        const auto event = terminal_.WaitUntil(NextMoment());
+        const auto event = Wait();
         if (event == PseudoTerminal::Event::Signal) break;
         if (event == PseudoTerminal::Event::Bytes) ReceiveBytes();
     }
@@ -58,6 +63,7 @@ bool SimulatorHost::Serve() {
 
 void SimulatorHost::ReceiveBytes() {
     const auto now = Now();
+    attentiveUntil_ = now + kAttention;
     for (const auto byte : terminal_.Read()) {
         wire_.Send(byte, now);
         Trace(Direction::ToModule, byte, now);
@@ -85,6 +91,14 @@ std::optional<SimulatorHost::Clock> SimulatorHost::NextMoment() const {
     const auto arrival = wire_.NextArrival();
     if (!arrival || !saveAt_) return arrival ? arrival : saveAt_;
     return std::min(*arrival, *saveAt_);
+}
+
+// A byte noticed late is a byte that took longer on the wire, so a paced line is watched without sleep while
+// a transfer runs. Yielding leaves the processor to the kernel's own carrying of the bytes.
+PseudoTerminal::Event SimulatorHost::Wait() {
+    if (!paced_ || Now() >= attentiveUntil_) return terminal_.WaitUntil(NextMoment());
+    std::this_thread::yield();
+    return terminal_.WaitUntil(Now());
 }
 
 void SimulatorHost::Trace(Direction direction, std::uint8_t byte, Clock time) {

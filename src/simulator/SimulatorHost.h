@@ -32,6 +32,7 @@ class SimulatorHost {
     // False when the line has been hung up.
     bool SendDueBytes();
     std::optional<Clock> NextMoment() const;
+    PseudoTerminal::Event Wait();
     void Trace(Direction direction, std::uint8_t byte, Clock time);
     bool Save();
 
@@ -41,6 +42,8 @@ class SimulatorHost {
     Wire wire_;
     PseudoTerminal terminal_;
     Clock start_;
+    bool paced_;
+    Clock attentiveUntil_{0};
     long storesSeen_ = 0;
     // A change of the EEPROM waits to be saved then.
     std::optional<Clock> saveAt_;
