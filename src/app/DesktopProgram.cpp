@@ -18,6 +18,8 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QProcess::nullDevice());
     for (const auto& [commPort, device] : options_.devices)
         devices_.Override(commPort, device);
+    // Under Wayland the desktop finds the program's name and icon by its entry.
+    QGuiApplication::setDesktopFileName(QStringLiteral("corvane_rv52"));
     QGuiApplication::setWindowIcon(
         QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.svg")));
     prompts_.SetParent(&window_);
