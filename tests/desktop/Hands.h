@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/qt/Text.h"
+#include "support/FailureOf.h"
 #include "support/IdleLine.h"
 #include "support/ShownTable.h"
 #include "support/TestSession.h"
@@ -10,7 +11,6 @@
 #include <QTest>
 #include <QWheelEvent>
 
-#include <functional>
 #include <gtest/gtest.h>
 
 namespace rv52::test {
@@ -24,7 +24,6 @@ class WidgetTest : public testing::Test {
 };
 
 // What a user does with windows, and sees of them.
-using Act = std::function<void()>;
 
 inline void Activate(QWidget& window) {
     window.show();

@@ -7,8 +7,10 @@
 
 namespace rv52::test {
 
+using Act = std::function<void()>;
+
 // What is wrong, in the words that the user reads; empty when nothing is.
-inline std::string FailureOf(const std::function<void()>& act) {
+inline std::string FailureOf(const Act& act) {
     try {
         act();
     } catch (const Failure& failure) {
