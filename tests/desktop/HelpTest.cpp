@@ -1,164 +1,119 @@
+#include "Hands.h"
 #include "app/HelpWindow.h"
-#include "platform/Failure.h"
-#include "platform/qt/Text.h"
 
 #include <QFile>
-#include <QPushButton>
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 
-#include <gtest/gtest.h>
-
-namespace rv52 {
-namespace {
+namespace rv52::test {
 
 constexpr const char* kHelpFile = RV52_PROGRAM_FOLDER "/Corvane_RV52_Help.chm";
 
 class HelpTest : public testing::Test {
  protected:
     void Open() {
-        window_.Open(kHelpFile);
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window_));
+        window.Open(kHelpFile);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     }
-    template <class Widget>
-    Widget& Find(const char* name) {
-        return *window_.findChild<Widget*>(QString::fromLatin1(name));
-    }
-    QTreeWidget& Contents() { return Find<QTreeWidget>("tvwContents"); }
-    HelpPage& Page() { return Find<HelpPage>("txtHelpPage"); }
-    QString Title() { return Page().documentTitle(); }
-
-    QTreeWidgetItem* Topic(const char* title) {
-        const auto found =
-            Contents().findItems(QString::fromLatin1(title), Qt::MatchExactly | Qt::MatchRecursive);
-        return found.isEmpty() ? nullptr : found.front();
+    std::string Title() { return FromQt(page.documentTitle()); }
+    std::string Topic() { return FromQt(contents.currentItem()->text(0)); }
+    static std::vector<QTreeWidgetItem*> TopicsOf(QTreeWidget& tree) {
+        std::vector<QTreeWidgetItem*> topics;
+        for (QTreeWidgetItemIterator item(&tree); *item != nullptr; ++item)
+            topics.push_back(*item);
+        return topics;
     }
 
-    HelpWindow window_{nullptr};
+    HelpWindow window{nullptr};
+    QTreeWidget& contents = Find<QTreeWidget>(window, "tvwContents");
+    HelpPage& page = Find<HelpPage>(window, "txtHelpPage");
 };
 
 // Each topic has its page, as wide as its pictures, and each link and picture of each page is in the file.
-TEST_F(HelpTest, ShowsEveryPageWholeAndLeadsNowhereOutsideTheFile) {
+TEST_F(HelpTest, ShowsEveryPageWholeAndTheSameOnADarkDesktop) {
     Open();
+    const auto usual = QApplication::palette();
+    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
+    HelpWindow darkWindow(nullptr);
+    darkWindow.Open(kHelpFile);
+    const auto darkTopics = TopicsOf(Find<QTreeWidget>(darkWindow, "tvwContents"));
     const ChmFile file(kHelpFile);
     const QRegularExpression reference(QStringLiteral("(?:href|src)=\"([^\"#]*)"));
-    int pages = 0;
-    int pictures = 0;
-    for (QTreeWidgetItemIterator item(&Contents()); *item != nullptr; ++item, ++pages) {
-        Contents().setCurrentItem(*item);
+    std::size_t pages = 0;
+    qsizetype pictures = 0;
+    for (auto* topic : TopicsOf(contents)) {
+        contents.setCurrentItem(topic);
+        darkTopics[pages]->treeWidget()->setCurrentItem(darkTopics[pages]);
+        ++pages;
         QApplication::processEvents();
-        EXPECT_EQ(Title(), (*item)->text(0));
-        EXPECT_EQ(Page().horizontalScrollBar()->maximum(), 0) << FromQt(Title());
-        const auto html = file.Read(FromQt(Page().source().path()));
-        ASSERT_TRUE(html) << FromQt((*item)->text(0));
-        pictures += static_cast<int>(ToQt(*html).count(QStringLiteral("<img")));
-        for (auto match = reference.globalMatch(ToQt(*html)); match.hasNext();) {
+        EXPECT_EQ(Title(), Topic());
+        EXPECT_EQ(page.horizontalScrollBar()->maximum(), 0) << Title();
+        EXPECT_EQ(page.viewport()->grab().toImage(),
+                  Find<HelpPage>(darkWindow, "txtHelpPage").viewport()->grab().toImage());
+        const auto html = ToQt(file.Read(FromQt(page.source().path())).value());
+        pictures += html.count(QStringLiteral("<img"));
+        for (auto match = reference.globalMatch(html); match.hasNext();) {
             const auto target = FromQt(match.next().captured(1));
-            EXPECT_TRUE(file.Read("/" + target)) << FromQt(Title()) << ": " << target;
+            EXPECT_TRUE(file.Read("/" + target)) << Title() << ": " << target;
         }
     }
-    EXPECT_GE(pages, 18);
+    QApplication::setPalette(usual);
+    EXPECT_GE(pages, 18U);
     EXPECT_GE(pictures, 5);
 }
 
-TEST_F(HelpTest, FollowsLinksAndGoesBack) {
+TEST_F(HelpTest, FollowsLinksGoesBackAndClosesWithEscape) {
     Open();
-    EXPECT_TRUE(window_.isVisible() && !window_.isModal());
-    EXPECT_EQ(Contents().currentItem(), Contents().topLevelItem(0));
-    EXPECT_EQ(Title(), QStringLiteral("Corvane RV52"));
-    auto& back = Find<QPushButton>("cmdBack");
-    EXPECT_FALSE(back.isEnabled());
-    Page().setSource(QUrl(QStringLiteral("practice.html")));
-    EXPECT_EQ(Title(), QStringLiteral("Practise with the simulated module"));
-    EXPECT_EQ(Contents().currentItem(), Topic("Practise with the simulated module"));
-    QTest::mouseClick(&back, Qt::LeftButton);
-    EXPECT_EQ(Title(), QStringLiteral("Corvane RV52"));
-    QTest::mouseClick(&Find<QPushButton>("cmdForward"), Qt::LeftButton);
-    EXPECT_EQ(Title(), QStringLiteral("Practise with the simulated module"));
-
-    Contents().setCurrentItem(Topic("After a failed upload"));
-    EXPECT_TRUE(Page().toPlainText().contains(QStringLiteral("do not start the engine")));
-
-    // Nothing but the file's own pages is ever loaded.
-    const auto before = Title();
-    for (const auto* outside : {"https://www.emberline.example/", "file:///etc/hostname", "/etc/hostname",
-                                "../../etc/hostname", "nothere.html", "qrc:/x"})
-        Page().setSource(QUrl(QString::fromLatin1(outside)));
-    EXPECT_EQ(Title(), before);
-    EXPECT_FALSE(Page()
-                     .loadResource(QTextDocument::ImageResource, QUrl(QStringLiteral("file:///etc/hostname")))
-                     .isValid());
-}
-
-TEST_F(HelpTest, ClosesWithEscapeAndOpensAgain) {
-    Open();
-    Contents().setCurrentItem(Topic("Printing"));
-    for (QWidget* focus : {static_cast<QWidget*>(&Page()), static_cast<QWidget*>(&Contents())}) {
-        QTest::keyClick(focus, Qt::Key_Escape);
-        EXPECT_FALSE(window_.isVisible());
-        Open();
-        EXPECT_TRUE(window_.isVisible());
-        EXPECT_EQ(Title(), QStringLiteral("Corvane RV52"));
+    const std::string practice = "Practise with the simulated module";
+    EXPECT_FALSE(Find(window, "cmdBack").isEnabled() || window.isModal());
+    page.setSource(QUrl(QStringLiteral("practice.html")));
+    for (const auto& [button, title] :
+         {std::pair("cmdBack", "Corvane RV52"), std::pair("cmdForward", practice.c_str())}) {
+        Click(Find(window, button));
+        EXPECT_EQ(Title(), title);
+        EXPECT_EQ(Topic(), title);
     }
-    window_.showMinimized();
-    Open();
-    EXPECT_FALSE(window_.isMinimized());
-}
-
-TEST_F(HelpTest, LooksTheSameOnADarkDesktop) {
-    const auto pictures = [](HelpWindow& window) {
-        window.Open(kHelpFile);
-        auto& contents = *window.findChild<QTreeWidget*>();
-        std::vector<QImage> taken;
-        for (QTreeWidgetItemIterator item(&contents); *item != nullptr; ++item) {
-            contents.setCurrentItem(*item);
-            taken.push_back(window.findChild<HelpPage*>()->viewport()->grab().toImage());
-        }
-        return taken;
-    };
-    const auto light = pictures(window_);
-    const auto usual = QApplication::palette();
-    QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
-    HelpWindow window(nullptr);
-    const auto dark = pictures(window);
-    QApplication::setPalette(usual);
-    EXPECT_EQ(light, dark);
+    // Nothing but the file's own pages is ever loaded.
+    for (const auto* outside : {"https://www.emberline.example/", "file:///etc/hostname", "/etc/hostname",
+                                "../../etc/hostname", "nothere.html", "qrc:/x"}) {
+        const QUrl url(QString::fromLatin1(outside));
+        page.setSource(url);
+        EXPECT_EQ(Title(), practice);
+        EXPECT_FALSE(page.loadResource(QTextDocument::ImageResource, url).isValid()) << outside;
+    }
+    for (QWidget* focus : {static_cast<QWidget*>(&page), static_cast<QWidget*>(&contents)}) {
+        QTest::keyClick(focus, Qt::Key_Escape);
+        EXPECT_FALSE(window.isVisible());
+        window.showMinimized();
+        Open();
+        EXPECT_TRUE(window.isVisible() && !window.isMinimized());
+        EXPECT_EQ(Title(), "Corvane RV52");
+        EXPECT_EQ(Topic(), "Corvane RV52");
+    }
 }
 
 TEST_F(HelpTest, SaysWhenTheFileIsMissingOrDamaged) {
     const QTemporaryDir folder;
-    const auto path = folder.filePath(QStringLiteral("help.chm"));
-    const auto message = [&] {
-        try {
-            window_.Open(FromQt(path));
-        } catch (const Failure& failure) {
-            return std::string(failure.what());
-        }
-        return std::string();
-    };
-    EXPECT_EQ(message(), "The help file " + FromQt(path) + " is not there.");
-    EXPECT_FALSE(window_.isVisible());
+    QFile file(folder.filePath(QStringLiteral("help.chm")));
+    const auto message = [&] { return FailureOf([&] { window.Open(FromQt(file.fileName())); }); };
+    EXPECT_EQ(message(), "The help file " + FromQt(file.fileName()) + " is not there.");
 
     QFile whole(QString::fromLatin1(kHelpFile));
     ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
     const auto content = whole.readAll();
-    const QByteArray wiped(content.size(), '\0');
     QByteArray flipped = content;
     flipped[content.size() / 2] = static_cast<char>(flipped[content.size() / 2] ^ 1);
-    for (const auto& damaged : {QByteArray(), QByteArray("no help at all"), content.left(40),
-                                content.left(600), content.chopped(1), wiped, flipped}) {
-        QFile file(path);
+    for (const auto& damaged :
+         {QByteArray(), QByteArray("no help at all"), content.left(40), content.left(600), content.chopped(1),
+          QByteArray(content.size(), '\0'), flipped}) {
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(damaged);
         file.close();
         EXPECT_NE(message().find("damaged"), std::string::npos) << damaged.size();
     }
-    EXPECT_FALSE(window_.isVisible());
+    EXPECT_FALSE(window.isVisible());
 }
 
-}  // namespace
-}  // namespace rv52
+}  // namespace rv52::test
