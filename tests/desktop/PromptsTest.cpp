@@ -1,87 +1,140 @@
+#include "Hands.h"
 #include "platform/qt/FileIcons.h"
 #include "platform/qt/QtPrompts.h"
+#include "tour/Robot.h"
 
-#include <QApplication>
-#include <QFileInfo>
-#include <QPushButton>
-#include <QTest>
-#include <QTimer>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QTemporaryDir>
 
-#include <algorithm>
-#include <gtest/gtest.h>
+#include <map>
 
-namespace rv52 {
-namespace {
+namespace rv52::test {
 
-// What the user sees of a box that is answered by a key.
-struct SeenBox {
-    QString captions;  // of the buttons, from left to right; the default one in brackets
-    int width = 0;
-    Answer answer = Answer::Ok;
+// A home of its own, with a folder for documents and one for tables.
+class PromptsTest : public testing::Test {
+ protected:
+    PromptsTest() : realHome(qgetenv("HOME")) {
+        qputenv("HOME", home.path().toLocal8Bit());
+        for (const auto* folder : {"Documents", "tables"})
+            QDir(home.path()).mkdir(QString::fromLatin1(folder));
+        window.show();
+    }
+    ~PromptsTest() override {
+        qputenv("HOME", realHome);
+        EXPECT_TRUE(robot.Done());
+        for (const auto& problem : robot.Problems())
+            ADD_FAILURE() << problem;
+    }
+    std::string Path(const std::string& name) const { return FromQt(home.filePath(ToQt(name))); }
+
+    const QByteArray realHome;
+    QTemporaryDir home;
+    QMainWindow window;
+    Robot robot{window};
+    QtPrompts prompts;
 };
 
-QString CaptionsOf(const QWidget& box) {
-    auto buttons = box.findChildren<QPushButton*>();
-    std::sort(buttons.begin(), buttons.end(), [](auto* a, auto* b) { return a->x() < b->x(); });
-    QStringList captions;
-    for (const auto* button : buttons)
-        captions += (button->isDefault() ? QStringLiteral("[%1]") : QStringLiteral("%1")).arg(button->text());
-    return captions.join(QLatin1Char(' '));
-}
-
-SeenBox Show(const MessageBox& box, Qt::Key key) {
-    SeenBox seen;
-    QTimer::singleShot(0, [&] {
-        auto* window = QApplication::activeModalWidget();
-        seen.captions = CaptionsOf(*window);
-        seen.width = window->width();
-        QTest::keyClick(window, key);
-    });
-    seen.answer = QtPrompts().Ask(box);
-    return seen;
-}
-
-TEST(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
-    const struct {
-        Buttons buttons;
-        const char* captions;
-        Answer onReturn;
-        Answer onEscape;
-    } cases[] = {
-        {Buttons::Ok, "[OK]", Answer::Ok, Answer::Ok},
-        {Buttons::OkCancel, "[OK] Cancel", Answer::Ok, Answer::Cancel},
-        {Buttons::RetryCancel, "[&Retry] Cancel", Answer::Retry, Answer::Cancel},
-        {Buttons::YesNoCancel, "[&Yes] &No Cancel", Answer::Yes, Answer::Cancel},
-        {Buttons::AbortRetryIgnore, "[&Abort] &Retry &Ignore", Answer::Abort, Answer::Abort},
-    };
-    for (const auto& [buttons, captions, onReturn, onEscape] : cases) {
-        const MessageBox box{"Text", "Title", Icon::Warning, buttons};
-        const auto seen = Show(box, Qt::Key_Return);
-        EXPECT_EQ(seen.captions.toStdString(), captions);
-        EXPECT_EQ(seen.answer, onReturn) << captions;
-        EXPECT_EQ(Show(box, Qt::Key_Escape).answer, onEscape) << captions;
-    }
-    const MessageBox replace{"Text", "Title", Icon::Warning, Buttons::YesNoCancel, Answer::No};
-    EXPECT_EQ(Show(replace, Qt::Key_Return).answer, Answer::No);
-}
-
-TEST(PromptsTest, ABoxIsWideEnoughForItsTitle) {
+TEST_F(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
     const std::string title = "Download From EEPROM, and then some more words";
     QFont bold;
     bold.setBold(true);
-    EXPECT_GT(Show({"Short.", title, Icon::Warning, Buttons::Ok}, Qt::Key_Return).width,
-              QFontMetrics(bold).horizontalAdvance(QString::fromStdString(title)) + 100);
+    const struct {
+        Icon icon;
+        Buttons buttons;
+        std::optional<Answer> usual;
+        std::string captions;  // from left to right; the default one in brackets
+        Answer onReturn;
+        Answer onEscape;
+    } cases[] = {
+        {Icon::None, Buttons::Ok, {}, "[OK]", Answer::Ok, Answer::Ok},
+        {Icon::Information, Buttons::OkCancel, {}, "[OK]Cancel", Answer::Ok, Answer::Cancel},
+        {Icon::Warning, Buttons::RetryCancel, {}, "[&Retry]Cancel", Answer::Retry, Answer::Cancel},
+        {Icon::Warning, Buttons::YesNoCancel, {}, "[&Yes]&NoCancel", Answer::Yes, Answer::Cancel},
+        {Icon::None, Buttons::YesNoCancel, Answer::No, "&Yes[&No]Cancel", Answer::No, Answer::Cancel},
+        {Icon::Critical,
+         Buttons::AbortRetryIgnore,
+         {},
+         "[&Abort]&Retry&Ignore",
+         Answer::Abort,
+         Answer::Abort},
+    };
+    for (const auto& box : cases)
+        for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+            robot.Expect("box", [&](QWidget& modal) {
+                std::map<int, QString> captions;
+                for (const auto* button : modal.findChildren<QPushButton*>())
+                    captions[button->x()] = button->isDefault()
+                                                ? QLatin1Char('[') + button->text() + QLatin1Char(']')
+                                                : button->text();
+                QString all;
+                for (const auto& [x, caption] : captions)
+                    all += caption;
+                EXPECT_EQ(FromQt(all), box.captions);
+                // The toolkit counts its icons as we do.
+                EXPECT_EQ(static_cast<int>(dynamic_cast<QMessageBox&>(modal).icon()),
+                          static_cast<int>(box.icon));
+                EXPECT_GT(modal.width(), QFontMetrics(bold).horizontalAdvance(ToQt(title)) + 100);
+                QTest::keyClick(&modal, key);
+            });
+            EXPECT_EQ(prompts.Ask({"Text", title, box.icon, box.buttons, box.usual}),
+                      key == Qt::Key_Return ? box.onReturn : box.onEscape)
+                << box.captions;
+        }
 }
 
-TEST(PromptsTest, TheFileDialogTellsKindsOfFilesWithoutOpeningThem) {
+TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {
+    const FileDialog tables{"Title", "Advance table files (*.tbl)|*.tbl"};
+    const auto start = [&] {
+        std::string folder;
+        robot.Expect("file dialog", [&](QWidget& modal) {
+            folder = FromQt(dynamic_cast<QFileDialog&>(modal).directory().absolutePath());
+            QTest::keyClick(&modal, Qt::Key_Escape);
+        });
+        EXPECT_EQ(prompts.AskOpenPath(tables), "");
+        return folder;
+    };
+    EXPECT_EQ(start(), Path("Documents"));
+    QFile existing(home.filePath(QStringLiteral("tables/old.tbl")));
+    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
+    // A bare name gets the extension; every question is left to the program.
+    for (const auto& [typed, saved] : {std::pair("tables/new", "tables/new.tbl"),
+                                       {"tables/new.txt", "tables/new.txt"},
+                                       {"tables/old", "tables/old.tbl"},
+                                       {"tables/old.tbl", "tables/old.tbl"}}) {
+        robot.ExpectFile(Path(typed));
+        EXPECT_EQ(prompts.AskSavePath(tables), Path(saved)) << typed;
+    }
+    robot.ExpectFile(Path("tables/missing.tbl"));
+    EXPECT_EQ(prompts.AskOpenPath(tables), Path("tables/missing.tbl"));
+    EXPECT_EQ(start(), Path("tables"));
+    EXPECT_EQ(start(), Path("tables")) << "cancelling changes nothing";
+    ASSERT_TRUE(QDir(home.filePath(QStringLiteral("tables"))).removeRecursively());
+    EXPECT_EQ(start(), Path("Documents"));
+    ASSERT_TRUE(QDir(home.path()).rmdir(QStringLiteral("Documents")));
+    EXPECT_EQ(start(), Path(""));
+
+    robot.Expect("file dialog", [](QWidget& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>()->text(), QStringLiteral("RV52 Advance Chart.pdf"));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    });
+    EXPECT_EQ(prompts.AskSavePath({"Save Report", "PDF documents (*.pdf)|*.pdf", "RV52 Advance Chart.pdf"}),
+              "");
+}
+
+TEST_F(PromptsTest, TheFileDialogTellsKindsOfFilesWithoutOpeningThem) {
     const FileIcons icons;
     // Whoever looked into the kernel's messages would not come back.
-    for (const auto& [path, kind] :
-         {std::pair("/", "Drive"), std::pair("/dev", "Folder"), std::pair("/proc/kmsg", "File"),
-          std::pair("/none/race.tbl", "TBL file")})
-        EXPECT_EQ(icons.type(QFileInfo(QLatin1String(path))).toStdString(), kind);
-    EXPECT_FALSE(icons.icon(QFileInfo(QStringLiteral("/proc/kmsg"))).isNull());
+    for (const auto& [path, kind] : {std::pair("/", "Drive"),
+                                     {"/dev", "Folder"},
+                                     {"/proc/kmsg", "File"},
+                                     {"/none/race.tbl", "TBL file"}}) {
+        EXPECT_EQ(FromQt(icons.type(QFileInfo(QLatin1String(path)))), kind);
+        EXPECT_FALSE(icons.icon(QFileInfo(QLatin1String(path))).isNull());
+    }
 }
 
-}  // namespace
-}  // namespace rv52
+}  // namespace rv52::test
