@@ -57,9 +57,8 @@ TEST_F(GridTest, RefusesOnceAndKeepsTheEditorOpen) {
     Type("45.01");
     int way = 0;
     for (const auto& end : ends) {
-        test.prompts.Expect({"Advance must be numeric value between zero and 45 degrees.", "Advance Edit",
-                             Icon::Critical, Buttons::Ok},
-                            Answer::Ok);
+        test.prompts.ExpectNotice("Advance must be numeric value between zero and 45 degrees.",
+                                  "Advance Edit", Icon::Critical);
         end();
         Activate(window);  // as a window manager does once the box is gone
         EXPECT_EQ(refusals, ++way);

@@ -27,9 +27,6 @@ class ModParamsTest : public WidgetTest {
         Vss().selectAll();
         Type(text);
     }
-    static MessageBox Warning(const char* text, const char* title) {
-        return {text, title, Icon::Warning, Buttons::Ok};
-    }
 
     ModuleParameters& parameters = session.state.ModuleParameters;
     std::unique_ptr<ModParamsDialog> dialog;
@@ -127,10 +124,9 @@ TEST_F(ModParamsTest, FramesComeAndGoWithTheirChecks) {
 TEST_F(ModParamsTest, WarnsOfFlashTablesByMouseAndKeys) {
     Open();
     for (const bool byMouse : {true, false}) {
-        test.prompts.Expect(
-            Warning("Selecting this option disables any advance table that you upload to EEPROM.",
-                    "Advance Table Options"),
-            Answer::Ok);
+        test.prompts.ExpectNotice(
+            "Selecting this option disables any advance table that you upload to EEPROM.",
+            "Advance Table Options");
         byMouse ? Click(Part("optFLASHAdvTable")) : Key(Qt::Key_Down);
         EXPECT_FALSE(parameters.SelEEPROMTblFlag);
         Key(Qt::Key_Up);
@@ -153,8 +149,7 @@ TEST_F(ModParamsTest, ValidatesTheVssFrequencyHoweverTheFocusLeaves) {
     for (const auto& [leave, closes] : ways) {
         Open();
         TypeVss("abc");
-        test.prompts.Expect(Warning("Value must be greater than or equal to 910", "VSS Frequency"),
-                            Answer::Ok);
+        test.prompts.ExpectNotice("Value must be greater than or equal to 910", "VSS Frequency");
         leave();
         EXPECT_TRUE(test.prompts.Done());
         EXPECT_EQ(parameters.VSSFreq, 910);
