@@ -23,6 +23,11 @@ struct ConnectedSession {
     AppState& state = session.state;
 };
 
+// The same session as it would be with another user and line.
+inline Ports PortsOf(const Session& session, Prompts& prompts, Line& line) {
+    return {line, prompts, session.view, session.shell, session.files, session.settings, session.printer};
+}
+
 // The same with a simulated module that has just been identified.
 struct ConnectedModule {
     explicit ConnectedModule(const ModuleOptions& options, Faults faults = {})

@@ -2,6 +2,7 @@
 
 #include "platform/Prompts.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,26 @@ class DismissingUser : public Prompts {
     std::string AskSavePath(const FileDialog&) override { return {}; }
 
     std::vector<std::string> told;
+};
+
+// One who gives every failure box the same answer, and can do something while it is open.
+class OneAnswer : public DismissingUser {
+ public:
+    explicit OneAnswer(Answer answer) : answer_(answer) {}
+
+    Answer Ask(const MessageBox& box) override {
+        const auto dismissal = DismissingUser::Ask(box);
+        if (box.buttons != Buttons::AbortRetryIgnore) return dismissal;
+        if (whileOpen) whileOpen();
+        // Retrying for ever would be no test: now and then even the most stubborn gives up.
+        return ++asked_ % 3 == 0 && answer_ == Answer::Retry ? Answer::Ignore : answer_;
+    }
+
+    std::function<void()> whileOpen;
+
+ private:
+    Answer answer_;
+    int asked_ = 0;
 };
 
 }  // namespace rv52::test

@@ -1,6 +1,5 @@
 #include "app/FormResize.h"
 #include "link/EepromTransfer.h"
-#include "link/LineErrors.h"
 #include "link/ModuleProtocol.h"
 #include "support/PatternModule.h"
 
@@ -15,7 +14,7 @@ void ExpectLineError(ScriptedPrompts& prompts, const std::string& text, Answer a
     prompts.Expect({text, "Communications Error", Icon::Critical, Buttons::RetryCancel}, answer);
 }
 
-TEST(LineErrorsTest, NamesEachCondition) {
+TEST(LineErrorsTest, NamesEachConditionAndRetryEmptiesTheBuffer) {
     const std::pair<LineCondition, const char*> texts[] = {
         {LineCondition::Framing, "Framing error."},
         {LineCondition::HardwareOverrun, "Port hardware overrun."},
@@ -24,27 +23,19 @@ TEST(LineErrorsTest, NamesEachCondition) {
         {LineCondition::TransmitFull, "Transmit buffer full."},
         {LineCondition::ControlBlock, "Device control block error."}};
     for (const auto& [condition, text] : texts) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        OpenLine(at.session);
-        at.line.Raise(condition);
-        ExpectLineError(at.prompts, text, Answer::Cancel);
-        at.line.Pump();
-        EXPECT_TRUE(at.prompts.Done());
-        EXPECT_EQ(at.state.LineErrorCount, 1);
-    }
-}
-
-TEST(LineErrorsTest, RetryEmptiesTheBufferCancelLeavesIt) {
-    for (const auto answer : {Answer::Retry, Answer::Cancel}) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        OpenLine(at.session);
-        at.line.Inject(0x41);
-        at.line.Advance(1ms);
-        at.line.Raise(LineCondition::Framing);
-        ExpectLineError(at.prompts, "Framing error.", answer);
-        at.line.Pump();
-        EXPECT_EQ(at.line.Await(1, at.line.Now(), Yielding::No), answer == Answer::Retry ? 0 : 1);
-        EXPECT_TRUE(at.line.IsOpen());
+        for (const auto answer : {Answer::Retry, Answer::Cancel}) {
+            ConnectedModule at(Options(TableType::RACE, true));
+            OpenLine(at.session);
+            at.line.Inject(0x41);
+            at.line.Advance(1ms);
+            at.line.Raise(condition);
+            ExpectLineError(at.prompts, text, answer);
+            at.line.Pump();
+            EXPECT_TRUE(at.prompts.Done());
+            EXPECT_EQ(at.state.LineErrorCount, 1);
+            EXPECT_EQ(at.line.Await(1, at.line.Now(), Yielding::No), answer == Answer::Retry ? 0 : 1);
+            EXPECT_TRUE(at.line.IsOpen());
+        }
     }
 }
 
@@ -53,23 +44,17 @@ TEST(LineErrorsTest, TheThirdClosesThePortBeforeItsBox) {
         ConnectedModule at(Options(TableType::RACE, true));
         std::vector<bool> open;
         at.prompts.whileOpen = [&] { open.push_back(at.line.IsOpen()); };
-        const auto raise = [&] {
+        for (int error = 1; error <= 5; ++error) {
+            OpenLine(at.session);
+            if (error == 5) Form_Resize(at.session);  // which starts the count anew
             OpenLine(at.session);
             at.line.Raise(LineCondition::Parity);
             ExpectLineError(at.prompts, "Parity error.", answer);
             at.line.Pump();
-        };
-        for (int error = 1; error <= 4; ++error)
-            raise();
-        EXPECT_EQ(open, (std::vector{true, true, false, false}));
-        EXPECT_EQ(at.state.LineErrorCount, 4);
-
-        OpenLine(at.session);
-        Form_Resize(at.session);
-        EXPECT_FALSE(at.line.IsOpen());
-        EXPECT_EQ(at.state.LineErrorCount, 0);
-        raise();
-        EXPECT_TRUE(open.back());
+            EXPECT_EQ(at.state.LineErrorCount, error == 5 ? 1 : error);
+        }
+        EXPECT_EQ(open, (std::vector{true, true, false, false, true}));
+        EXPECT_EQ(at.line.Closes(), 3);
     }
 }
 

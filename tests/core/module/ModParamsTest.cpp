@@ -10,10 +10,6 @@ namespace {
 
 class ModParamsTest : public testing::Test {
  protected:
-    void ExpectWarning(const std::string& text, const std::string& title) {
-        test.prompts.Expect({text, title, Icon::Warning, Buttons::Ok}, Answer::Ok);
-    }
-
     IdleLine line;
     TestSession test{line};
     Session& session = test.session;
@@ -21,13 +17,13 @@ class ModParamsTest : public testing::Test {
 };
 
 TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
-    const ModuleParameters full{3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};
-    parameters = full;
-    OpenModParams(session);
-    EXPECT_EQ(parameters, full);
-
-    parameters.FixedLimFlag = parameters.FixedInitialTmgFlag = false;
+    parameters = {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};
     auto expected = parameters;
+    OpenModParams(session);
+    EXPECT_EQ(parameters, expected);
+
+    expected.FixedLimFlag = expected.FixedInitialTmgFlag = false;
+    parameters = expected;
     expected.RPMLimit = 3000;
     expected.InitialTiming = 0;
     OpenModParams(session);
@@ -51,17 +47,19 @@ TEST_F(ModParamsTest, SlidersCountFromTheTop) {
     // Halfway between two positions the even one.
     EXPECT_EQ(kRPMLimitScale.PositionOf(5750), 72);
     EXPECT_EQ(kRPMLimitScale.PositionOf(5650), 72);
-    EXPECT_EQ(kRPMLimitScale.PositionOf(5651), 72);
     EXPECT_EQ(kRPMLimitScale.PositionOf(5649), 73);
 
+    const auto before = parameters;
     sldRPMLimit_Change(session, 71);
     sldRearOffset_Change(session, 10);
     sldCrankRevs_Change(session, 0);
     EXPECT_EQ(sldInitTiming_Change(session, 1), 1);
-    EXPECT_EQ(parameters.RPMLimit, 5800);
-    EXPECT_EQ(parameters.RearOffset, -5);
-    EXPECT_EQ(parameters.CrankRevs, 3);
-    EXPECT_EQ(parameters.InitialTiming, 4);
+    auto expected = before;
+    expected.RPMLimit = 5800;
+    expected.RearOffset = -5;
+    expected.CrankRevs = 3;
+    expected.InitialTiming = 4;
+    EXPECT_EQ(parameters, expected);
 
     session.state.TableType = TableType::EX;
     EXPECT_EQ(sldInitTiming_Change(session, 1), 5);
@@ -71,28 +69,31 @@ TEST_F(ModParamsTest, SlidersCountFromTheTop) {
 }
 
 TEST_F(ModParamsTest, ClearingAFixedValueMakesItNeutral) {
-    parameters.RPMLimit = 5700;
-    parameters.InitialTiming = 4;
-    chkFixedRPMLimit_Click(session, true);
-    chkFixedInitTiming_Click(session, true);
-    chkTachEnable_Click(session, true);
-    EXPECT_TRUE(parameters.FixedLimFlag && parameters.FixedInitialTmgFlag && parameters.TachEnableFlag);
-    EXPECT_EQ(parameters.RPMLimit, 5700);
-    EXPECT_EQ(parameters.InitialTiming, 4);
-    chkFixedRPMLimit_Click(session, false);
-    chkFixedInitTiming_Click(session, false);
-    chkTachEnable_Click(session, false);
-    EXPECT_FALSE(parameters.FixedLimFlag || parameters.FixedInitialTmgFlag || parameters.TachEnableFlag);
-    EXPECT_EQ(parameters.RPMLimit, 3000);
-    EXPECT_EQ(parameters.InitialTiming, 0);
+    using Click = void (*)(Session&, bool);
+    for (const Click click : {chkFixedRPMLimit_Click, chkFixedInitTiming_Click, chkTachEnable_Click}) {
+        parameters = {4, 0, 0, 5700, 1424, false, true, false, false, 0};
+        auto expected = parameters;
+        expected.FixedLimFlag = click == chkFixedRPMLimit_Click;
+        expected.FixedInitialTmgFlag = click == chkFixedInitTiming_Click;
+        expected.TachEnableFlag = click == chkTachEnable_Click;
+        click(session, true);
+        EXPECT_EQ(parameters, expected);
+
+        if (expected.FixedLimFlag) expected.RPMLimit = 3000;
+        if (expected.FixedInitialTmgFlag) expected.InitialTiming = 0;
+        expected.FixedLimFlag = expected.FixedInitialTmgFlag = expected.TachEnableFlag = false;
+        click(session, false);
+        EXPECT_EQ(parameters, expected);
+    }
 }
 
 TEST_F(ModParamsTest, WarnsEachTimeTheTableInEepromIsDisabled) {
+    // Still in force while the warning is read.
+    test.prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
     for (int time = 0; time < 2; ++time) {
-        ExpectWarning("Selecting this option disables any advance table that you upload to EEPROM.",
-                      "Advance Table Options");
-        // Still in force while the warning is read.
-        test.prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
+        test.prompts.ExpectNotice(
+            "Selecting this option disables any advance table that you upload to EEPROM.",
+            "Advance Table Options");
         optFLASHAdvTable_Click(session);
         EXPECT_FALSE(parameters.SelEEPROMTblFlag);
         optFLASHAdvTable_Click(session);
@@ -104,22 +105,13 @@ TEST_F(ModParamsTest, WarnsEachTimeTheTableInEepromIsDisabled) {
 TEST_F(ModParamsTest, BringsTheVssFrequencyIntoItsRange) {
     const std::string low = "Value must be greater than or equal to 910";
     const std::string high = "Value must be less than or equal to 1700";
-    const std::tuple<std::string, int, std::string> cases[] = {{"910", 910, ""},
-                                                               {"1700", 1700, ""},
-                                                               {"1700.9", 1700, ""},
-                                                               {"1500.9", 1500, ""},
-                                                               {" 1424 Hz", 1424, ""},
-                                                               {"abc", 910, low},
-                                                               {"", 910, low},
-                                                               {"909.99", 910, low},
-                                                               {"-1500", 910, low},
-                                                               {"1,500", 910, low},
-                                                               {"1701", 1700, high},
-                                                               {"2000", 1700, high},
-                                                               {"99999999999999999999", 1700, high},
-                                                               {std::string(1000, '9'), 1700, high}};
+    const std::string nines(1000, '9');
+    const std::tuple<std::string, int, std::string> cases[] = {
+        {"910", 910, ""},     {"1700.9", 1700, ""}, {"1500.9", 1500, ""}, {" 1424 Hz", 1424, ""},
+        {"", 910, low},       {"909.99", 910, low}, {"-1500", 910, low},  {"1,500", 910, low},
+        {"1701", 1700, high}, {nines, 1700, high}};
     for (const auto& [text, value, warning] : cases) {
-        if (!warning.empty()) ExpectWarning(warning, "VSS Frequency");
+        if (!warning.empty()) test.prompts.ExpectNotice(warning, "VSS Frequency");
         txtVSSFreq_Validate(session, text);
         EXPECT_EQ(parameters.VSSFreq, value) << text;
         EXPECT_TRUE(test.prompts.Done()) << text;

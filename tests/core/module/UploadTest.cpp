@@ -1,7 +1,7 @@
 #include "app/Commands.h"
-#include "module/Download.h"
 #include "module/EepromImage.h"
 #include "module/Upload.h"
+#include "platform/Failure.h"
 #include "support/PatternModule.h"
 #include "table/TableDisplay.h"
 
@@ -11,134 +11,136 @@
 namespace rv52::test {
 namespace {
 
-constexpr const char* kTitle = "Upload To EEPROM";
+constexpr auto RACE = TableType::RACE;
+constexpr auto EX = TableType::EX;
 
-void Expect(ConnectedModule& at, const std::string& text, Icon icon) {
-    at.prompts.Expect({text, kTitle, icon, Buttons::Ok}, Answer::Ok);
-}
+constexpr const char* kCompleted = "Upload completed.";
+constexpr const char* kUnread = "Firmware ID read failed - cannot upload.";
+constexpr const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
+constexpr const char* kUnverified = "Upload aborted - EEPROM verification failed.";
 
-// A table of the pattern on screen, with its parameters.
-void ShowPattern(ConnectedModule& at, TableType type) {
-    at.session.table.Replace(DecodeEepromImage(PatternBuffer(), type, at.state.ModuleParameters));
-    at.state.TableType = type;
-    ShowTable(at.session);
-}
+// A module, and a table of the pattern on screen with its parameters.
+struct Workshop : ConnectedModule {
+    Workshop(const ModuleOptions& options, TableType shown, Faults faults = {})
+        : ConnectedModule(options, std::move(faults)) {
+        session.table.Replace(DecodeEepromImage(PatternBuffer(), shown, state.ModuleParameters));
+        state.TableType = shown;
+        ShowTable(session);
+    }
 
-// What an upload must never change.
-struct Kept {
-    explicit Kept(const ConnectedModule& at)
-        : table(at.session.table.Table()), type(at.state.TableType), parameters(at.state.ModuleParameters) {}
-    bool operator==(const Kept&) const = default;
-
-    AdvanceTable table;
-    TableType type;
-    ModuleParameters parameters;
+    // The table, its type and the parameters are never changed, whatever happens.
+    void Upload(const std::string& outcome, Icon icon, bool closing = false) {
+        const auto table = session.table.Table();
+        const auto [type, shown, parameters] =
+            std::tuple(state.TableType, state.TableShown, state.ModuleParameters);
+        prompts.ExpectNotice(outcome, "Upload To EEPROM", icon);
+        if (closing) prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::No);
+        RunCommand(session, mnuUpload_Click);
+        EXPECT_TRUE(prompts.Done());
+        EXPECT_EQ(session.table.Table(), table);
+        EXPECT_EQ(state.TableType, type);
+        EXPECT_EQ(state.TableShown, shown);
+        EXPECT_EQ(state.ModuleParameters, parameters);
+        EXPECT_FALSE(line.IsOpen());
+        EXPECT_FALSE(shell.progressShown);
+    }
 };
 
 TEST(UploadTest, ProgramsTheTableOnScreenAndVerifies) {
-    for (const auto type : {TableType::RACE, TableType::EX}) {
+    for (const auto type : {RACE, EX}) {
         for (const bool echo : {false, true}) {
             const auto options = Options(type, echo);
-            ConnectedModule at(options);
-            ShowPattern(at, type);
-            const Kept kept(at);
-            Expect(at, "Upload completed.", Icon::Warning);
-            RunCommand(at.session, mnuUpload_Click);
+            Workshop at(options, type);
+            at.Upload(kCompleted, Icon::Warning);
 
             WireStory story(echo);
             story.Identification(options.identification);
             TellWriteAndVerify(story, type);
             EXPECT_EQ(Told(at.line.Trace()), story.Text());
             EXPECT_EQ(at.module.Eeprom(), Programmed(options.eeprom, type));
-            EXPECT_EQ(Kept(at), kept);
-            EXPECT_FALSE(at.line.IsOpen());
+            const auto& shown = at.shell.progress;
+            EXPECT_EQ(shown.at(0).caption + ", " + shown.at(1).caption,
+                      "Programming EEPROM, Verifying EEPROM");
+            for (const auto& panel : shown)
+                EXPECT_EQ(panel.percents, type == EX ? Percents(183, 183) : Percents(135, 134));
         }
     }
 }
 
 TEST(UploadTest, AnExTableGivesARaceModuleItsUpperRows) {
-    const auto options = Options(TableType::RACE, true);
-    ConnectedModule at(options);
-    ShowPattern(at, TableType::EX);
-    const Kept kept(at);
-    Expect(at, "Upload completed.", Icon::Warning);
-    mnuUpload_Click(at.session);
-    auto expected = Programmed(options.eeprom, TableType::RACE);
+    const auto options = Options(RACE, true);
+    Workshop at(options, EX);
+    at.Upload(kCompleted, Icon::Warning);
+    auto expected = Programmed(options.eeprom, RACE);
     for (int index = 0; index < 128; ++index)  // MAP 16 is the fourth row of the EX region
         expected[16 + index] = Pattern(240 + 3 * 16 + index);
     EXPECT_EQ(at.module.Eeprom(), expected);
     EXPECT_EQ(at.module.Stored(), 135);
-    EXPECT_EQ(Kept(at), kept);
-    EXPECT_TRUE(at.state.TableShown);
 }
 
 TEST(UploadTest, ARaceTableIsNoTableForAnExModule) {
-    auto options = Options(TableType::EX, true);
+    auto options = Options(EX, true);
     options.identification = "rv52a ex 8.1";
     // Also where TableType has lost track of the values on screen.
-    for (const auto believed : {TableType::RACE, TableType::EX}) {
-        ConnectedModule at(options);
-        ShowPattern(at, TableType::RACE);
+    for (const auto believed : {RACE, EX}) {
+        Workshop at(options, RACE);
         at.state.TableType = believed;
-        const Kept kept(at);
-        Expect(at, "Cannot upload race data to EX version", Icon::None);
-        mnuUpload_Click(at.session);
+        at.Upload("Cannot upload race data to EX version", Icon::None);
         EXPECT_EQ(at.module.Stored(), 0);
         EXPECT_EQ(at.line.Opens().size(), 1u);
-        EXPECT_EQ(Kept(at), kept);
     }
 }
 
 TEST(UploadTest, WithoutATableThePortStaysUntouched) {
-    for (const bool hidden : {false, true}) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        if (hidden) {
-            ShowPattern(at, TableType::RACE);
-            HideTable(at.session);
-        }
-        Expect(at, "No advance table data for uploading.", Icon::Warning);
-        mnuUpload_Click(at.session);
-        EXPECT_TRUE(at.line.Opens().empty());
-    }
+    Workshop at(Options(RACE, true), RACE);
+    HideTable(at.session);
+    at.Upload("No advance table data for uploading.", Icon::Warning);
+    EXPECT_TRUE(at.line.Opens().empty());
 }
 
+// Whatever goes wrong on the module's side: what was programmed, and the verdict.
 TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
-    const char* kUnread = "Firmware ID read failed - cannot upload.";
-    const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
-    const char* kUnverified = "Upload aborted - EEPROM verification failed.";
-    using Case = std::tuple<const char*, TableType, bool, const char*, Icon>;
-    const Case cases[] = {{"silent=1", TableType::RACE, true, kUnread, Icon::Warning},
-                          {"no-terminator=1", TableType::EX, true, kUnread, Icon::Warning},
-                          {"refused-address=1", TableType::RACE, false, kUnprogrammed, Icon::Information},
-                          {"late-reply=100", TableType::RACE, true, kUnprogrammed, Icon::Information},
-                          {"refused-address=2", TableType::EX, false, kUnprogrammed, Icon::Information},
-                          {"refused-address=2", TableType::RACE, false, kUnverified, Icon::Information},
-                          {"refused-address=4", TableType::EX, false, kUnverified, Icon::Information},
-                          {"not-stored", TableType::RACE, false, kUnverified, Icon::Information},
-                          {"flipped-bit=135", TableType::RACE, false, kUnverified, Icon::Information},
-                          {"lost-reply=139", TableType::RACE, true, kUnverified, Icon::Information}};
-    for (const auto& [fault, module, timesOut, outcome, icon] : cases) {
+    using Case = std::tuple<const char*, TableType, bool, long, const char*, int>;
+    const Case cases[] = {
+        {"slow-reply", RACE, false, 135, kCompleted, 0},
+        {"silent=1", RACE, true, 0, kUnread, 0},
+        {"no-terminator=1", EX, true, 0, kUnread, 0},
+        {"refused-address=1", RACE, false, 0, kUnprogrammed, 0},
+        {"refused-write=1", RACE, false, 0, kUnprogrammed, 0},
+        {"refused-write=135", RACE, false, 134, kUnprogrammed, 0},
+        {"late-reply=100", RACE, true, 98, kUnprogrammed, 0},
+        // The second range of an EX write is refused, or times out, as a whole or at one of its bytes.
+        {"refused-address=2", EX, false, 7, kUnprogrammed, 0},
+        {"lost-reply=10", EX, true, 7, kUnprogrammed, 0},
+        {"lost-reply=11", EX, true, 8, kUnprogrammed, 0},
+        {"refused-write=8", EX, false, 7, kUnprogrammed, 0},
+        {"refused-write=183", EX, false, 182, kUnprogrammed, 0},
+        // Programmed, and then not seen as it should be, or where it should be.
+        {"refused-address=2", RACE, false, 135, kUnverified, 1},
+        {"refused-address=3", EX, false, 183, kUnverified, 1},
+        {"refused-address=4", EX, false, 183, kUnverified, 1},
+        {"not-stored=128", RACE, false, 134, kUnverified, 1},
+        {"not-stored=100", EX, false, 182, kUnverified, 1},
+        {"flipped-bit=3", RACE, false, 135, kUnverified, 1},
+        {"flipped-bit", EX, false, 183, kUnverified, 183},
+        {"lost-reply=139", RACE, true, 135, kUnverified, 2}};
+    for (const auto& [fault, module, timesOut, stored, outcome, verifyErrors] : cases) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             SCOPED_TRACE(std::string(fault) + ": " + outcome);
-            ConnectedModule at(Options(module, true), Faults({fault}, 3));
-            ShowPattern(at, TableType::EX);
-            const Kept kept(at);
+            Workshop at(Options(module, true), EX, Faults({fault}, 5));
             if (timesOut) at.prompts.ExpectError(kTimeoutText, answer);
-            Expect(at, outcome, icon);
-            mnuUpload_Click(at.session);
-            EXPECT_TRUE(at.prompts.Done());
-            EXPECT_EQ(Kept(at), kept);
-            EXPECT_TRUE(at.state.TableShown);
-            EXPECT_FALSE(at.line.IsOpen());
-            EXPECT_FALSE(at.shell.progressShown);
+            const bool aborted = outcome == kUnprogrammed || outcome == kUnverified;
+            at.Upload(outcome, aborted ? Icon::Information : Icon::Warning);
+            EXPECT_EQ(at.module.Stored(), stored);
+            EXPECT_EQ(at.state.VerifyErrors, verifyErrors);
+            EXPECT_EQ(at.shell.progress.size(), outcome == kUnread ? 0u : outcome == kUnprogrammed ? 1u : 2u);
         }
     }
 }
 
 // A box that cannot even be shown, and is aborted: the type comes back all the same.
 TEST(UploadTest, AnAbandonedUploadGivesTheTypeBack) {
-    ConnectedModule at(Options(TableType::RACE, true));
-    ShowPattern(at, TableType::EX);
+    Workshop at(Options(RACE, true), EX);
     at.prompts.ExpectError("no screen", Answer::Abort);
     bool failed = false;
     at.prompts.whileOpen = [&] {
@@ -146,29 +148,21 @@ TEST(UploadTest, AnAbandonedUploadGivesTheTypeBack) {
     };
     mnuUpload_Click(at.session);
     EXPECT_TRUE(failed);
-    EXPECT_EQ(at.state.TableType, TableType::EX);
+    EXPECT_EQ(at.state.TableType, EX);
 }
 
 TEST(UploadTest, EscapeStopsOnlyTheVerify) {
     using Case = std::tuple<bool, std::size_t, const char*>;
-    const char* kDone = "Upload completed.";
-    const char* kUnverified = "Upload aborted - EEPROM verification failed.";
     // Closing the window waits for both.
-    for (const auto& [closing, panel, outcome] :
-         {Case{false, 1, kDone}, Case{false, 2, kUnverified}, Case{true, 1, kDone}, Case{true, 2, kDone}}) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        ShowPattern(at, TableType::RACE);
-        Expect(at, outcome, outcome == kDone ? Icon::Warning : Icon::Information);
-        if (closing)
-            at.prompts.Expect(
-                {"Save advance table before exiting?", "Exit Program", Icon::Warning, Buttons::YesNoCancel},
-                Answer::No);
+    for (const auto& [closing, panel, outcome] : {Case{false, 1, kCompleted}, Case{false, 2, kUnverified},
+                                                  Case{true, 1, kCompleted}, Case{true, 2, kCompleted}}) {
+        Workshop at(Options(RACE, true), RACE);
         bool once = false;
         at.line.OnYield([&] {
             if (at.shell.progress.size() != panel || std::exchange(once, true)) return;
             closing ? RequestExit(at.session) : EscapePressed(at.session);
         });
-        RunCommand(at.session, mnuUpload_Click);
+        at.Upload(outcome, outcome == kCompleted ? Icon::Warning : Icon::Information, closing);
         EXPECT_TRUE(once);
         EXPECT_EQ(at.module.Stored(), 135);
         EXPECT_FALSE(at.state.AbortRequested);
