@@ -6,9 +6,12 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTreeWidget>
 #include <QTreeWidgetItemIterator>
+
+#include <algorithm>
 
 namespace rv52 {
 
@@ -84,12 +87,16 @@ HelpWindow::HelpWindow(QWidget* owner)
     halves->addWidget(contents_);
     halves->addWidget(page_);
     halves->setStretchFactor(1, 1);
-    halves->setSizes({310, 650});
     halves->setChildrenCollapsible(false);
     auto* column = new QVBoxLayout(this);
     column->addLayout(bar);
     column->addWidget(halves, 1);
-    resize(960, 680);
+    constexpr QSize wanted(960, 680);
+    constexpr QSize frame(16, 48);  // of a window, about
+    resize(wanted.boundedTo(screen()->availableSize() - frame));
+    // The longest title, or where that is too much, two fifths.
+    const int contents = std::min(fontMetrics().averageCharWidth() * 44, width() * 2 / 5);
+    halves->setSizes({contents, width() - contents});
 
     connect(contents_, &QTreeWidget::currentItemChanged, page_, [this](const QTreeWidgetItem* item) {
         if (item != nullptr) page_->setSource(item->data(0, kPageRole).toUrl());

@@ -110,6 +110,7 @@ void MainWindow::ShowPortPanel() {
 }
 
 void MainWindow::HidePortPanel() {
+    grid_->setFocus(Qt::OtherFocusReason);
     ports_->hide();
 }
 

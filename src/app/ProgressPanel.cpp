@@ -1,6 +1,7 @@
 #include "app/ProgressPanel.h"
 
 #include "app/FlatProgressBar.h"
+#include "platform/qt/ControlFont.h"
 #include "platform/qt/Twips.h"
 
 #include <QVBoxLayout>
@@ -11,6 +12,7 @@ ProgressPanel::ProgressPanel(QWidget* parent)
     : QGroupBox(QStringLiteral("Programming"), parent), bar_(new FlatProgressBar(this)) {
     setObjectName(QStringLiteral("fraProgress1"));
     setGeometry(ToPixels(kProgressPanel));
+    setFont(PanelFont());
     setAutoFillBackground(true);
     bar_->setObjectName(QStringLiteral("prgProgress1"));
     bar_->setAccessibleName(QStringLiteral("Progress"));

@@ -2,6 +2,7 @@
 
 #include "link/PortSetup.h"
 #include "platform/ComDevices.h"
+#include "platform/qt/ControlFont.h"
 #include "platform/qt/Text.h"
 #include "platform/qt/Twips.h"
 
@@ -18,6 +19,7 @@ PortPanel::PortPanel(const ComDevices& devices, Actions actions, QWidget* parent
     : QGroupBox(QStringLiteral("Data Port Setup"), parent), devices_(devices), ports_(new QComboBox(this)) {
     setObjectName(QStringLiteral("fraPortSelect"));
     setGeometry(ToPixels(kPortPanel));
+    setFont(PanelFont());
     setAutoFillBackground(true);
 
     auto* label = new QLabel(QStringLiteral("Port"), this);

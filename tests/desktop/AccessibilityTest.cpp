@@ -1,5 +1,7 @@
 #include "ProgramFixture.h"
+#include "app/Branding.h"
 #include "support/ShownTable.h"
+#include "table/GridCursor.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -23,6 +25,14 @@ bool NeedsNoName(const QAccessibleInterface& at) {
            qobject_cast<QDialogButtonBox*>(at.object()) != nullptr;
 }
 
+// What is used, and so must be within reach of the keyboard.
+bool TakesKeys(const QAccessibleInterface& at) {
+    static const std::set<QAccessible::Role> used{
+        QAccessible::Button, QAccessible::CheckBox, QAccessible::RadioButton, QAccessible::EditableText,
+        QAccessible::Slider, QAccessible::ComboBox, QAccessible::Table,       QAccessible::Tree};
+    return used.contains(at.role()) && !at.state().invisible && !at.state().disabled;
+}
+
 using Interfaces = std::vector<QAccessibleInterface*>;
 
 void Collect(QAccessibleInterface* at, Interfaces& all) {
@@ -32,7 +42,7 @@ void Collect(QAccessibleInterface* at, Interfaces& all) {
         Collect(at->child(child), all);
 }
 
-// Everything in the accessibility tree of a window, each of it named.
+// Everything in the accessibility tree of a window, each of it named, and focusable if it is used.
 Interfaces TreeOf(QWidget& window) {
     Interfaces all;
     Collect(QAccessible::queryAccessibleInterface(&window), all);
@@ -43,6 +53,7 @@ Interfaces TreeOf(QWidget& window) {
                                                   FromQt(object->objectName());
         EXPECT_TRUE(NeedsNoName(*at) || !at->text(QAccessible::Name).isEmpty())
             << what << ", role " << at->role();
+        EXPECT_TRUE(!TakesKeys(*at) || at->state().focusable) << what;
         const bool called = qobject_cast<const QAbstractButton*>(object) != nullptr ||
                             qobject_cast<const QAction*>(object) != nullptr;
         EXPECT_FALSE(called && object->objectName().isEmpty()) << what << FromQt(at->text(QAccessible::Name));
@@ -196,6 +207,58 @@ TEST_F(AccessibilityTest, TheDialogsOfTheMenusAreNamed) {
     robot_->ExpectBox("Save advance table", "cmdNo");
     robot_->ExpectInput("Race");
     InBox([this] { robot_->Choose("mnuFile", "mnuNewTable"); }, look("frmNewTable"));
+}
+
+TEST_F(AccessibilityTest, TheSplashTheHelpAndAboutAreNamed) {
+    Start();
+    SplashWindow splash;
+    LoadSplash(Running(), splash);
+    splash.show();
+    EXPECT_EQ(NamesOf(TreeOf(splash), QAccessible::StaticText),
+              (Names{"Emberline", "Corvane RV52", "Version 8.1", kMakersNotice}));
+    splash.hide();
+
+    robot_->Choose("mnuHelp", "mnuHelpContents");
+    auto* help = Find("frmHelp");
+    const auto all = TreeOf(*help);
+    EXPECT_EQ(Named(all, "tvwContents")->role(), QAccessible::Tree);
+    EXPECT_EQ(NamesOf(all, QAccessible::Button), (Names{"Back", "Forward", "Close"}));
+    help->close();
+    InBox([this] { robot_->Choose("mnuHelp", "mnuAbout"); },
+          [](QWidget& box) {
+              const auto texts = NamesOf(TreeOf(box), QAccessible::StaticText);
+              ASSERT_EQ(texts.size(), 1u);
+              EXPECT_TRUE(texts.front().starts_with("Emberline Corvane RV52 Version 8.10\n"));
+          });
+}
+
+TEST_F(AccessibilityTest, TheCurrentPointIsToldByTheValueLabelAndTheStatusLine) {
+    StartWith(TableType::RACE);
+    MoveGridCursor(Running(), {1, 16});
+    const auto all = TreeOf(Window());
+    EXPECT_EQ(TextOf(all, "lblChartValue"), "27.8");
+    EXPECT_EQ(TextOf(all, "lblStatus"), "RPM 7500, MAP 16: 27.75°, limit 45°   ·   Com1: /dev/ttyS0");
+    for (const auto* told : {"lblChartValue", "lblStatus"})
+        EXPECT_FALSE(Named(all, told)->state().invisible) << told;
+}
+
+// The grid has the keys when a table is shown and when the port panel has gone.
+TEST_F(AccessibilityTest, TheKeyboardGetsEverywhereInTheMainWindow) {
+    StartWith(TableType::RACE);
+    const auto after = [](Qt::Key key) {
+        if (key != Qt::Key_unknown) QTest::keyClick(QApplication::focusWidget(), key);
+        return FromQt(QApplication::focusWidget()->objectName());
+    };
+    EXPECT_EQ(after(Qt::Key_unknown), "VSFlexGrid1");
+    EXPECT_EQ(after(Qt::Key_Tab), "Chart3D1");
+    EXPECT_EQ(after(Qt::Key_Tab), "VSFlexGrid1");
+    robot_->Choose("mnuComm", "mnuPortSetup");
+    EXPECT_EQ(after(Qt::Key_unknown), "cboPort");
+    EXPECT_EQ(after(Qt::Key_Tab), "cmdPortSelectOK");
+    EXPECT_EQ(after(Qt::Key_Return), "VSFlexGrid1");
+    EXPECT_FALSE(Shown("fraPortSelect"));
+    EXPECT_EQ(after(Qt::Key_Down), "VSFlexGrid1");
+    EXPECT_EQ(Running().sheet.Cursor(), (GridCell{1, 1}));
 }
 
 }  // namespace

@@ -14,6 +14,7 @@ constexpr const char* kHelpFile = RV52_PROGRAM_FOLDER "/Corvane_RV52_Help.chm";
 class HelpTest : public testing::Test {
  protected:
     void Open() {
+        window.resize(960, 680);  // as on every screen that has the room
         window.Open(kHelpFile);
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&window));
     }

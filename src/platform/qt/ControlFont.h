@@ -3,6 +3,7 @@
 #include "platform/qt/Twips.h"
 
 #include <QFont>
+#include <QFontInfo>
 
 namespace rv52 {
 
@@ -24,6 +25,15 @@ inline QFont FormFont() {
     constexpr double height = 165;  // 8.25 points in twips
     auto font = ControlFont();
     font.setPixelSize(ToPixels(height));
+    return font;
+}
+
+// For panels that stand at fixed places but speak to the desktop's user in its own font: that font, as tall
+// as there is room for at most.
+inline QFont PanelFont() {
+    constexpr int tallest = 15;
+    QFont font;
+    if (QFontInfo(font).pixelSize() > tallest) font.setPixelSize(tallest);
     return font;
 }
 
