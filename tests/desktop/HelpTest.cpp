@@ -38,6 +38,7 @@ TEST_F(HelpTest, ShowsEveryPageWholeAndTheSameOnADarkDesktop) {
     const auto usual = QApplication::palette();
     QApplication::setPalette(QPalette(QColor(60, 60, 64), QColor(45, 45, 48)));
     HelpWindow darkWindow(nullptr);
+    darkWindow.resize(window.size());
     darkWindow.Open(kHelpFile);
     const auto darkTopics = TopicsOf(Find<QTreeWidget>(darkWindow, "tvwContents"));
     const ChmFile file(kHelpFile);
