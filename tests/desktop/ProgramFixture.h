@@ -1,12 +1,8 @@
 #pragma once
 
+#include "Hands.h"
 #include "app/DesktopProgram.h"
-#include "platform/qt/Text.h"
 #include "tour/Robot.h"
-
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace rv52::test {
 
@@ -20,8 +16,7 @@ class ProgramFixture : public testing::Test {
         program_ = std::make_unique<DesktopProgram>(options);
         ASSERT_TRUE(program_->Start(splash));
         robot_ = std::make_unique<Robot>(Window());
-        Window().activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(&Window()));
+        Activate(Window());
     }
     // With a simulated module on a real serial device.
     void Simulate(TableType module = TableType::RACE) {
@@ -41,12 +36,9 @@ class ProgramFixture : public testing::Test {
         ASSERT_TRUE(State().TableShown);
     }
     template <class Widget = QWidget>
-    Widget* Find(const char* name) {
-        auto* found = Window().findChild<Widget*>(QString::fromLatin1(name));
-        EXPECT_NE(found, nullptr) << name;
-        return found;
+    Widget& Part(const char* name) {
+        return Find<Widget>(Window(), name);
     }
-    bool Shown(const char* name) { return Find(name)->isVisible(); }
 
     MainWindow& Window() { return program_->Window(); }
     Session& Running() { return program_->Running(); }
