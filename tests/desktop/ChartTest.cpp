@@ -1,35 +1,28 @@
+#include "Hands.h"
 #include "app/Commands.h"
 #include "chart/ChartEditing.h"
 #include "chart/ChartPainter.h"
 #include "chart/ChartView.h"
 #include "chart/QtPlane.h"
-#include "support/IdleLine.h"
-#include "support/ShownTable.h"
-#include "support/TestSession.h"
 #include "table/Numbers.h"
 
 #include <QAccessible>
-#include <QImage>
 #include <QLabel>
 #include <QPainter>
-#include <QTest>
-#include <QWheelEvent>
 
-#include <gtest/gtest.h>
 #include <random>
 #include <set>
 
 namespace rv52::test {
-namespace {
 
-class ChartTest : public testing::Test {
+constexpr Cell kVisible{9, 4};
+
+class ChartTest : public WidgetTest {
  protected:
     ChartTest() {
         view.resize(602, 351);
-        view.show();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&view));
+        Activate(view);
     }
-
     void Show(TableType type, Limit limit = Limit::Minimum) {
         LoadChartTemplate(session, type);
         ShowAs(session, LoadLimitTable(session.files, type, limit).value());
@@ -38,71 +31,52 @@ class ChartTest : public testing::Test {
     }
 
     QPoint PixelOf(Cell cell) { return ToQt(view.Shown()->mesh.At(cell).at).toPoint(); }
-    Cell AVisibleCell(TableType type) const { return {9, RowCount(type) / 2}; }
     double Degrees(Cell cell) const { return session.table.Table().GetCell(cell); }
     std::string Text(Cell cell) const {
         return session.sheet.Text(GridCellOf(cell, session.table.Table().Type()));
     }
     // The mouse's way for this many degrees upwards.
-    int PixelsFor(double degrees) {
-        const auto& scene = *view.Shown();
-        return static_cast<int>(std::lround(degrees * scene.projection.UpScale() * kBoxHeight / 45));
+    QPoint WayFor(double degrees) {
+        return {
+            0, static_cast<int>(std::lround(degrees * view.Shown()->projection.UpScale() * kBoxHeight / 45))};
     }
+    void Press(QPoint at, Qt::KeyboardModifiers keys = {}) {
+        QTest::mousePress(&view, Qt::LeftButton, keys, at);
+    }
+    void Release(QPoint at) { QTest::mouseRelease(&view, Qt::LeftButton, {}, at); }
     void Drag(QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton,
               Qt::KeyboardModifiers keys = {}) {
         QTest::mousePress(&view, button, keys, from);
-        MoveHeld((from + to) / 2, button, keys);
-        MoveHeld(to, button, keys);
+        MoveHeld(view, (from + to) / 2, button, keys);
+        MoveHeld(view, to, button, keys);
         QTest::mouseRelease(&view, button, keys, to);
     }
-    void MoveHeld(QPoint to, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {}) {
-        QMouseEvent move(QEvent::MouseMove, to, view.mapToGlobal(QPointF(to)), Qt::NoButton, button, keys);
-        QCoreApplication::sendEvent(&view, &move);
-    }
-    void Wheel(QPoint at, int notches) {
-        QWheelEvent event(at, view.mapToGlobal(QPointF(at)), {}, {0, 120 * notches}, Qt::NoButton, {},
-                          Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(&view, &event);
-    }
-    // Paints that a change costs.
-    int PaintsOf(const std::function<void()>& change) {
-        QCoreApplication::processEvents();
-        const int before = view.PaintCount();
-        change();
-        QCoreApplication::processEvents();
-        return view.PaintCount() - before;
-    }
 
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
     ChartView view{session, [](const auto& event) { event(); }};
 };
 
 TEST_F(ChartTest, DraggingAPointChangesItInBothTypes) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
         Show(type);
-        const auto cell = AVisibleCell(type);
-        const double before = Degrees(cell);
+        const double before = Degrees(kVisible);
         // Six pixels beside the point: the value is measured from where it was taken.
-        const QPoint pressed = PixelOf(cell) + QPoint(6, -2);
-        QTest::mousePress(&view, Qt::LeftButton, {}, pressed);
-        EXPECT_EQ(session.sheet.Cursor(), GridCellOf(cell, type));
-        EXPECT_EQ(session.chart.Label(), (ValueLabel{true, cell, FormatTenths(before)}));
-        MoveHeld(pressed + QPoint(0, 1));
-        EXPECT_NEAR(Degrees(cell), before, 0.7) << "a pixel is no jump";
-
-        const int way = PixelsFor(4);
-        MoveHeld(pressed + QPoint(3, way));
-        EXPECT_NEAR(Degrees(cell), before - 4, 0.4);
-        EXPECT_EQ(session.chart.Label().text, FormatTenths(Degrees(cell)));
-        MoveHeld(pressed - QPoint(0, 4000));
-        EXPECT_EQ(Degrees(cell), CellLimit(session.state, type, cell));
-        MoveHeld(pressed + QPoint(0, 4000));
-        EXPECT_EQ(Degrees(cell), 0);
-        MoveHeld(pressed + QPoint(0, way));
-        QTest::mouseRelease(&view, Qt::LeftButton, {}, pressed);
-        EXPECT_EQ(Text(cell), FormatTenths(Degrees(cell)));
+        const QPoint pressed = PixelOf(kVisible) + QPoint(6, -2);
+        Press(pressed);
+        EXPECT_EQ(session.sheet.Cursor(), GridCellOf(kVisible, type));
+        const auto way = WayFor(4);
+        for (const auto& [moved, low, high] :
+             {std::tuple(QPoint(0, 1), before - 0.7, before),
+              {way + QPoint(3, 0), before - 4.4, before - 3.6},
+              {QPoint(0, 4000), 0, 0},
+              {QPoint(0, -4000), CellLimit(session.state, type, kVisible), 45}}) {
+            MoveHeld(view, pressed + moved);
+            EXPECT_GE(Degrees(kVisible), low) << moved.y();
+            EXPECT_LE(Degrees(kVisible), std::min(high, CellLimit(session.state, type, kVisible)))
+                << moved.y();
+            EXPECT_EQ(session.chart.Label(), (ValueLabel{true, kVisible, FormatTenths(Degrees(kVisible))}));
+        }
+        Release(pressed);
+        EXPECT_EQ(Text(kVisible), FormatTenths(Degrees(kVisible)));
         EXPECT_FALSE(session.chart.Label().shown);
     }
 }
@@ -111,49 +85,56 @@ TEST_F(ChartTest, ShiftDraggingMovesTheSurfaceAtTheReleaseWhicheverIsLetGoFirst)
     for (const auto type : {TableType::RACE, TableType::EX}) {
         Show(type, Limit::Maximum);
         const auto before = session.table.Table();
-        const auto cell = AVisibleCell(type);
-        const QPoint pressed = PixelOf(cell);
-        QTest::mousePress(&view, Qt::LeftButton, Qt::ShiftModifier, pressed);
-        MoveHeld(pressed + QPoint(0, PixelsFor(5)), Qt::LeftButton, Qt::ShiftModifier);
+        const QPoint pressed = PixelOf(kVisible);
+        Press(pressed, Qt::ShiftModifier);
+        MoveHeld(view, pressed + WayFor(5), Qt::LeftButton, Qt::ShiftModifier);
         EXPECT_EQ(session.table.Table(), before);
         const double offset = session.gesture.PendingOffset;
         EXPECT_NEAR(offset, -2, 0.21);
-        QTest::mouseRelease(&view, Qt::LeftButton, {}, pressed);  // Shift was let go before the button
-        EXPECT_NEAR(Degrees(cell), before.GetCell(cell) + offset, 1e-9);
+        Release(pressed);  // Shift was let go before the button
+        EXPECT_NEAR(Degrees(kVisible), before.GetCell(kVisible) + offset, 1e-9);
         EXPECT_EQ(Text({16, 1}), FormatTenths(before.GetCell({16, 1}) + offset));
         EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
     }
 }
 
-TEST_F(ChartTest, ThePointerTellsWhereAPointCanBeTaken) {
+TEST_F(ChartTest, ThePointerTellsWhereAPointCanBeTakenAndAPressTakesTheFocus) {
     Show(TableType::RACE);
     const QPoint corner = PixelOf({16, 1});
-    const QPoint beside = corner + QPoint(16, 0);
-    MoveHeld(corner, Qt::NoButton);
-    EXPECT_EQ(view.cursor().shape(), Qt::SizeVerCursor);
-    MoveHeld(beside, Qt::NoButton);
-    EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
-    QTest::mousePress(&view, Qt::LeftButton, {}, beside);
-    EXPECT_FALSE(session.gesture.Picked());
+    for (const auto& [place, shape] :
+         {std::pair(corner, Qt::SizeVerCursor), {corner + QPoint(16, 0), Qt::ArrowCursor}}) {
+        MoveHeld(view, place, Qt::NoButton);
+        EXPECT_EQ(view.cursor().shape(), shape);
+        for (const bool accepts : {false, true}) {
+            test.view.editorAccepts = accepts;  // a refused edit keeps the focus and the press
+            view.clearFocus();
+            Press(place);
+            EXPECT_EQ(view.hasFocus(), accepts);
+            EXPECT_EQ(session.gesture.kind == ChartGesture::Kind::Point,
+                      accepts && shape == Qt::SizeVerCursor);
+            Release(place);
+        }
+    }
 }
 
 TEST_F(ChartTest, OnlyRaceTablesAreTurnedShiftedAndZoomed) {
     const QPoint from(200, 200);
     const auto everything = [&] {
         std::vector<Viewpoint> seen;
-        const auto note = [&](auto&& act) {
+        for (const Act& act : {Act([&] { Drag(from, from + QPoint(50, 20), Qt::RightButton); }),
+                               Act([&] { Drag(from, from + QPoint(30, 10), Qt::MiddleButton); }), Act([&] {
+                                   Drag({5, 5}, {65, 5}, Qt::LeftButton, Qt::ControlModifier);
+                               }),
+                               Act([&] { Wheel(view, from, 2); })}) {
             act();
             seen.push_back(view.SeenFrom());
-        };
-        note([&] { Drag(from, from + QPoint(50, 20), Qt::RightButton); });
-        note([&] { Drag(from, from + QPoint(30, 10), Qt::MiddleButton); });
-        note([&] { Drag({5, 5}, {65, 5}, Qt::LeftButton, Qt::ControlModifier); });
-        note([&] { Wheel(from, 2); });
-        for (const auto key : {Qt::Key_Left, Qt::Key_Down, Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Home})
-            note([&] { QTest::keyClick(&view, key); });
+        }
+        for (const auto key : {Qt::Key_Left, Qt::Key_Down, Qt::Key_Plus, Qt::Key_Minus, Qt::Key_Home}) {
+            QTest::keyClick(&view, key);
+            seen.push_back(view.SeenFrom());
+        }
         return seen;
     };
-
     Show(TableType::RACE);
     const auto home = ViewpointOf(*session.chart.Template());
     const auto turned = everything();
@@ -174,7 +155,7 @@ TEST_F(ChartTest, OnlyRaceTablesAreTurnedShiftedAndZoomed) {
         EXPECT_EQ(seen, still);
 }
 
-TEST_F(ChartTest, AnySuspendedChangeIsPaintedOnce) {
+TEST_F(ChartTest, AnyChangeIsPaintedOnce) {
     Show(TableType::RACE);
     const auto manyCells = [&] {
         const RedrawHold hold(session.table);
@@ -182,64 +163,52 @@ TEST_F(ChartTest, AnySuspendedChangeIsPaintedOnce) {
         session.chart.HideLabel();
         QCoreApplication::processEvents();
     };
-    EXPECT_EQ(PaintsOf(manyCells), 1);
-    EXPECT_EQ(PaintsOf([&] { Show(TableType::EX); }), 1) << "a load";
-    const QPoint at = PixelOf({9, 5});
-    EXPECT_EQ(PaintsOf([&] { QTest::mousePress(&view, Qt::LeftButton, {}, at); }), 1);
-    for (const int way : {8, 16, 24})
-        EXPECT_EQ(PaintsOf([&] { MoveHeld(at + QPoint(0, way)); }), 1) << "point and label";
-    EXPECT_EQ(PaintsOf([&] { QTest::mouseRelease(&view, Qt::LeftButton, {}, at); }), 1);
-    EXPECT_EQ(PaintsOf([&] { session.chart.HideLabel(); }), 0) << "it is hidden already";
+    EXPECT_EQ(PaintsOf(view, manyCells), 1);
+    EXPECT_EQ(PaintsOf(view, [&] { Show(TableType::EX); }), 1) << "a load";
+    const QPoint at = PixelOf(kVisible);
+    EXPECT_EQ(PaintsOf(view, [&] { Press(at); }), 1);
+    EXPECT_EQ(PaintsOf(view, [&] { MoveHeld(view, at + QPoint(0, 8)); }), 1) << "point and label";
+    EXPECT_EQ(PaintsOf(view, [&] { Release(at); }), 1);
+    EXPECT_EQ(PaintsOf(view, [&] { session.chart.HideLabel(); }), 0) << "it is hidden already";
 }
 
 TEST_F(ChartTest, TheValueLabelIsReadAloudAndStaysInside) {
     Show(TableType::EX);
-    auto* label = view.findChild<QLabel*>(QStringLiteral("lblChartValue"));
+    auto& label = Find<QLabel>(view, "lblChartValue");
     for (const Cell cell : {Cell{1, 1}, Cell{16, 11}}) {
         MoveGridCursor(session, GridCellOf(cell, TableType::EX));
-        EXPECT_TRUE(label->isVisible());
-        EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name).toStdString(),
+        EXPECT_TRUE(label.isVisible());
+        EXPECT_EQ(FromQt(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name)),
                   FormatTenths(Degrees(cell)));
-        EXPECT_TRUE(view.rect().contains(label->geometry()));
+        EXPECT_TRUE(view.rect().contains(label.geometry()));
     }
     EscapePressed(session);
-    EXPECT_FALSE(label->isVisible());
-}
-
-TEST_F(ChartTest, ARefusedEditKeepsTheFocusFromAPress) {
-    Show(TableType::RACE);
-    view.clearFocus();
-    for (const bool accepts : {false, true}) {
-        test.view.editorAccepts = accepts;
-        QTest::mouseClick(&view, Qt::LeftButton, {}, PixelOf(AVisibleCell(TableType::RACE)));
-        EXPECT_EQ(view.hasFocus(), accepts);
-    }
+    EXPECT_FALSE(label.isVisible());
 }
 
 // The mouse of a clumsy hand, and a release that a message box swallowed: the next table is not half dragged.
 TEST_F(ChartTest, ADragEndsWhenItsButtonIsFoundUpOrTheChartIsHidden) {
     Show(TableType::RACE);
-    const auto cell = AVisibleCell(TableType::RACE);
     for (const auto other : {Qt::NoButton, Qt::RightButton}) {
-        const QPoint at = PixelOf(cell);
-        QTest::mousePress(&view, Qt::LeftButton, {}, at);
-        MoveHeld(at + QPoint(0, 15));
-        const double dragged = Degrees(cell);
-        MoveHeld(at + QPoint(0, 60), other);
-        EXPECT_EQ(Degrees(cell), dragged);
-        EXPECT_EQ(Text(cell), FormatTenths(dragged));
-        MoveHeld(at, Qt::NoButton);
+        const QPoint at = PixelOf(kVisible);
+        Press(at);
+        MoveHeld(view, at + QPoint(0, 15));
+        const double dragged = Degrees(kVisible);
+        MoveHeld(view, at + QPoint(0, 60), other);
+        EXPECT_EQ(Degrees(kVisible), dragged);
+        MoveHeld(view, at, Qt::NoButton);
     }
     Show(TableType::RACE);
     const auto before = session.table.Table();
     const auto seen = view.SeenFrom();
-    QTest::mousePress(&view, Qt::RightButton, {}, PixelOf(cell));
-    QMouseEvent press(QEvent::MouseButtonPress, PixelOf(cell), view.mapToGlobal(QPointF(PixelOf(cell))),
-                      Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
+    const QPoint at = PixelOf(kVisible);
+    QTest::mousePress(&view, Qt::RightButton, {}, at);
+    QMouseEvent press(QEvent::MouseButtonPress, at, view.mapToGlobal(QPointF(at)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::ShiftModifier);
     QCoreApplication::sendEvent(&view, &press);
     EXPECT_EQ(session.gesture.kind, ChartGesture::Kind::Surface) << "the right button's release was lost";
     EXPECT_EQ(view.SeenFrom(), seen);
-    MoveHeld(PixelOf(cell) + QPoint(0, 60), Qt::LeftButton, Qt::ShiftModifier);
+    MoveHeld(view, at + QPoint(0, 60), Qt::LeftButton, Qt::ShiftModifier);
     view.hide();
     EXPECT_EQ(session.gesture.kind, ChartGesture::Kind::None);
     EXPECT_EQ(session.table.Table(), before);
@@ -261,7 +230,7 @@ TEST_F(ChartTest, AnyMouseLeavesTableChartAndGridAgreeing) {
             const QPoint from = roll(1) ? PixelOf({1 + roll(15), 1 + roll(RowCount(type) - 1)})
                                         : QPoint(roll(601), roll(350));
             Drag(from, {roll(601), roll(350)}, buttons[roll(4)], keys[roll(3)]);
-            if (roll(5) == 0) Wheel(from, 1 - roll(2));
+            if (roll(5) == 0) Wheel(view, from, 1 - roll(2));
             if (roll(9) > 0) continue;
             QTest::mouseDClick(&view, Qt::LeftButton, {}, from);
             QTest::mouseRelease(&view, Qt::LeftButton, {}, from);
@@ -321,5 +290,4 @@ TEST_F(ChartTest, NeighbouringBandsLeaveNoSeams) {
     EXPECT_EQ(reds, 0);
 }
 
-}  // namespace
 }  // namespace rv52::test
