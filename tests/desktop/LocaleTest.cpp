@@ -1,20 +1,15 @@
-#include "link/LineErrors.h"
+#include "Hands.h"
 #include "module/Report.h"
 #include "support/DismissingUser.h"
-#include "support/IdleLine.h"
-#include "support/ShownTable.h"
 #include "support/TemporaryFolder.h"
-#include "support/TestSession.h"
 #include "table/FileCommands.h"
 #include "table/GridView.h"
 #include "table/SelectionCommands.h"
 
 #include <clocale>
-#include <gtest/gtest.h>
 #include <locale>
 
 namespace rv52::test {
-namespace {
 
 // A user who types numbers with a point, as every text of the program shows them.
 class TypingUser : public DismissingUser {
@@ -24,57 +19,50 @@ class TypingUser : public DismissingUser {
     std::string AskSavePath(const FileDialog&) override { return "/saved.tbl"; }
 };
 
-// Opens, modifies, saves and prints a table: every text that came of it, but for boxes and the date.
-std::string Everything() {
-    IdleLine line;
-    TestSession parts(line);
-    TypingUser user;
-    Session session({line, user, parts.view, parts.shell, parts.files, parts.settings, parts.printer});
-    QWidget window;
-    const GridView grid(
-        session, [](const auto& event) { event(); }, [&](const auto& command) { command(session); }, &window);
-
-    parts.files.contents["/open.tbl"] = ShippedFile("RV52_Max.dat") + "!RPMLimit: 6149.6\r\n";
-    mnuOpenTable_Click(session);
-    session.sheet.Select({{1, 1}, {8, 16}}, {1, 1});
-    mnuPopUpModify3D_Click(session);
-    session.state.TableShown = true;
-    mnuSaveTable_Click(session);
-    mnuPrintTable_Click(session);
-
-    std::string all = parts.files.contents["/saved.tbl"];
-    for (int row = 0; row < grid.model()->rowCount(); ++row)
-        for (int column = 0; column < grid.model()->columnCount(); ++column)
-            all += grid.model()->index(row, column).data().toString().toStdString() + " ";
-    for (const auto& job : parts.printer.jobs)
-        for (const auto& printed : job.lines)
-            all += printed + "\n";
-    return all;
-}
-
-class LocaleTest : public testing::Test {
+class LocaleTest : public WidgetTest {
  protected:
     ~LocaleTest() override {
         std::locale::global(std::locale::classic());
         QLocale::setDefault(QLocale::c());
         ::unsetenv("LOCPATH");
     }
-
     // German, made here, since a desktop need not have it.
     void SpeakGerman() {
-        const auto made = folder_.Path() / "de_DE.UTF-8";
-        const auto command = "localedef --no-archive -i de_DE -f UTF-8 " + made.string();
+        const auto command =
+            "localedef --no-archive -i de_DE -f UTF-8 " + (folder.Path() / "de_DE.UTF-8").string();
         ASSERT_EQ(std::system(command.c_str()), 0);
-        ::setenv("LOCPATH", folder_.Path().c_str(), 1);
+        ::setenv("LOCPATH", folder.Path().c_str(), 1);
         ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr);
         std::locale::global(std::locale("de_DE.UTF-8"));
         QLocale::setDefault(QLocale(QLocale::German));
-        char text[8];
-        std::snprintf(text, sizeof text, "%.1f", 2.5);
-        ASSERT_STREQ(text, "2,5");
+        ASSERT_EQ(std::to_string(2.5).substr(0, 3), "2,5");
+    }
+    // Opens, modifies, saves and prints a table: every text that came of it, but for boxes and the date.
+    std::string Everything() {
+        TypingUser user;
+        Session used({line, user, test.view, test.shell, test.files, test.settings, test.printer});
+        QWidget window;
+        const GridView grid(
+            used, [](const auto& event) { event(); }, [&](const auto& command) { command(used); }, &window);
+        test.files.contents["/open.tbl"] = ShippedFile("RV52_Max.dat") + "!RPMLimit: 6149.6\r\n";
+        mnuOpenTable_Click(used);
+        used.sheet.Select({{1, 1}, {8, 16}}, {1, 1});
+        mnuPopUpModify3D_Click(used);
+        used.state.TableShown = true;
+        mnuSaveTable_Click(used);
+        mnuPrintTable_Click(used);
+
+        std::string all = test.files.contents["/saved.tbl"];
+        for (int cell = 0; cell < 8 * 16; ++cell)
+            all += FromQt(grid.model()->index(cell / 16, cell % 16).data().toString()) + " ";
+        for (const auto& job : test.printer.jobs)
+            for (const auto& printed : job.lines)
+                all += printed + "\n";
+        test.printer.jobs.clear();
+        return all;
     }
 
-    TemporaryFolder folder_;
+    TemporaryFolder folder;
 };
 
 TEST_F(LocaleTest, NumbersKeepTheirPointInAnyLanguage) {
@@ -86,5 +74,4 @@ TEST_F(LocaleTest, NumbersKeepTheirPointInAnyLanguage) {
     EXPECT_NE(usual.find('.'), std::string::npos);
 }
 
-}  // namespace
 }  // namespace rv52::test
