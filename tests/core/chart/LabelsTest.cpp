@@ -19,30 +19,29 @@ std::vector<View> LabelViews() {
     return views;
 }
 
+void ExpectApart(const std::vector<PlacedText>& texts) {
+    for (std::size_t one = 0; one < texts.size(); ++one)
+        for (std::size_t other = 0; other < one; ++other)
+            EXPECT_FALSE(texts[one].area.Meets(texts[other].area, 0, 0))
+                << texts[one].text << " and " << texts[other].text;
+}
+
 TEST(LabelsTest, TextsAreInsideTheChartClearOfTheBoxAndOfEachOther) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
         for (const auto& view : LabelViews()) {
+            SCOPED_TRACE(testing::PrintToString(view));
             const auto scene = SceneAt(ShippedMaximum(type), view);
-            for (std::size_t one = 0; one < scene.texts.size(); ++one) {
-                const auto& text = scene.texts[one];
-                EXPECT_TRUE(scene.areas.plotting.Contains(text.area)) << text.text << ": " << view;
+            ExpectApart(scene.texts);
+            for (const auto& text : scene.texts) {
+                EXPECT_TRUE(scene.areas.plotting.Contains(text.area)) << text.text;
                 for (const auto& face : scene.walls.faces)
-                    EXPECT_FALSE(Overlap(text.area, face)) << text.text << ": " << view;
-                for (std::size_t other = one + 1; other < scene.texts.size(); ++other)
-                    EXPECT_FALSE(text.area.Meets(scene.texts[other].area, 0, 0))
-                        << text.text << " and " << scene.texts[other].text << ": " << view;
+                    EXPECT_FALSE(Overlap(text.area, face)) << text.text;
             }
+            if (view.size.width < 600) continue;
+            for (const auto* caption : {"Engine speed (RPM)", "MAP", "Advance (degrees)"})
+                EXPECT_TRUE(Has(scene.texts, caption)) << caption;
+            EXPECT_GE(scene.texts.size(), 9U);
         }
-    }
-}
-
-TEST(LabelsTest, EveryAxisIsNamedAndNumberedFromEverySide) {
-    for (const auto& view : LabelViews()) {
-        const auto scene = SceneAt(ShippedMaximum(TableType::EX), view);
-        if (view.size.width < 600) continue;
-        for (const auto* caption : {"Engine speed (RPM)", "MAP", "Advance (degrees)"})
-            EXPECT_TRUE(Has(scene.texts, caption)) << caption << ": " << view;
-        EXPECT_GE(scene.texts.size(), 9U) << view;
     }
 }
 
@@ -80,37 +79,29 @@ TEST(LabelsTest, LegendShowsEachBandOnceAndFits) {
         const auto& legend = scene.legend;
         for (const auto& swatch : legend.swatches)
             EXPECT_TRUE(scene.areas.whole.Contains(swatch.area));
-        for (std::size_t one = 0; one < legend.texts.size(); ++one) {
-            EXPECT_TRUE(legend.column.Contains(legend.texts[one].area)) << legend.texts[one].text;
-            for (std::size_t other = 0; other < one; ++other)
-                EXPECT_FALSE(legend.texts[one].area.Meets(legend.texts[other].area, 0, 0))
-                    << legend.texts[one].text << " and " << legend.texts[other].text;
-        }
+        for (const auto& text : legend.texts)
+            EXPECT_TRUE(legend.column.Contains(text.area)) << text.text;
+        ExpectApart(legend.texts);
         EXPECT_TRUE(Has(legend.texts, "45\u00B0"));
         EXPECT_TRUE(Has(legend.texts, ">45\u00B0"));
     }
 }
 
 TEST(LabelsTest, TheValueLabelNeverLeavesTheChart) {
-    for (const auto& view : ManyViews()) {
+    auto views = ManyViews();
+    views.push_back({28, 32, 1, {12, 9}});
+    for (const auto& view : views) {
         const auto scene = SceneAt(ShippedMaximum(TableType::EX), view);
         ForEachCell(TableType::EX, [&](Cell cell) {
             ChartMarks marks;
             marks.labelled = cell;
             marks.label = "44.9";
-            for (const bool limited : {false, true}) {
-                if (limited) marks.limit = 45;
-                const auto callout = OverlayOf(scene, marks, PlainLetters).callout;
-                ASSERT_TRUE(callout);
-                EXPECT_TRUE(scene.areas.whole.Contains(callout->box)) << view;
-            }
+            if (cell.column % 2 == 0) marks.limit = 45;
+            const auto callout = OverlayOf(scene, marks, PlainLetters).callout;
+            ASSERT_TRUE(callout);
+            EXPECT_TRUE(scene.areas.whole.Contains(callout->box)) << view;
         });
     }
-    const auto tiny = SceneAt(AdvanceTable(TableType::RACE), {28, 32, 1, {12, 9}});
-    ChartMarks marks;
-    marks.labelled = Cell{1, 1};
-    marks.label = "44.9";
-    EXPECT_TRUE(tiny.areas.whole.Contains(OverlayOf(tiny, marks, PlainLetters).callout->box));
 }
 
 }  // namespace
