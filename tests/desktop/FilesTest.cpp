@@ -111,8 +111,10 @@ TEST_F(FilesTest, KeepsLinksOwnersAndPermissions) {
     fs::create_symlink("table.tbl", Path("link.tbl"));
     fs::create_symlink("link.tbl", Path("link to link.tbl"));
     fs::create_symlink(Path("new.tbl"), Path("dangling.tbl"));
+    fs::create_hard_link(table_, Path("other name.tbl"));
     EXPECT_EQ(Save(Path("link to link.tbl")), "");
     EXPECT_EQ(Content(table_), kNew);
+    EXPECT_EQ(Content(Path("other name.tbl")), kOld);
     EXPECT_FALSE(files_.Exists(Path("dangling.tbl")));
     const auto before = ::umask(027);
     EXPECT_EQ(Save(Path("dangling.tbl")), "");
