@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kBetween = "   \u00b7   ";
 
 std::string Degrees(double value) {
-    return ShortestDecimal(value) + "\u00b0";
+    return ReadableDecimal(value) + "\u00b0";
 }
 
 std::string CellText(const AppState& state, const TableStore& store, const GridSheet& sheet) {

@@ -1,5 +1,6 @@
 #include "app/DesktopProgram.h"
 #include "platform/Failure.h"
+#include "platform/qt/HighContrast.h"
 #include "platform/qt/Text.h"
 
 #include <QApplication>
@@ -31,6 +32,7 @@ CommandLine Resolved(CommandLine options) {
 int RunProgram(char** argv, const CommandLine& options) {
     int argc = 1;  // every option is this program's own
     const QApplication application(argc, argv);
+    ServeHighContrast();
     try {
         DesktopProgram program(Resolved(options));
         return program.Start() ? QApplication::exec() : 1;

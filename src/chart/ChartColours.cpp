@@ -1,34 +1,12 @@
 #include "chart/ChartColours.h"
 
+#include "platform/qt/HighContrast.h"
+
 #include <QPalette>
 
 #include <cmath>
 
 namespace rv52 {
-
-namespace {
-
-double Luminance(const QColor& colour) {
-    const auto linear = [](int byte) {
-        const double value = byte / 255.0;
-        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.red()) + 0.7152 * linear(colour.green()) + 0.0722 * linear(colour.blue());
-}
-
-double Contrast(const QColor& a, const QColor& b) {
-    const double first = Luminance(a) + 0.05;
-    const double second = Luminance(b) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
-
-// Desktops made for high contrast leave no difference between a window and a field in it.
-bool IsHighContrast(const QPalette& palette) {
-    const auto base = palette.color(QPalette::Base);
-    return base == palette.color(QPalette::Window) && Contrast(base, palette.color(QPalette::Text)) > 20;
-}
-
-}  // namespace
 
 ChartColours ScreenColours(const QPalette& palette) {
     const auto base = palette.color(QPalette::Active, QPalette::Base);

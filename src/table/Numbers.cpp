@@ -73,6 +73,14 @@ double RoundHalfEven(double value) {
     return std::isfinite(value) ? value - std::remainder(value, 1.0) : value;
 }
 
+std::string ReadableDecimal(double value) {
+    constexpr int digits = 12;
+    std::array<char, 32> text{};
+    const auto result =
+        std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, digits);
+    return {text.data(), result.ptr};
+}
+
 std::string ShortestDecimal(double value) {
     std::array<char, 32> text{};
     const auto result = std::to_chars(text.data(), text.data() + text.size(), value);

@@ -23,6 +23,10 @@ std::optional<double> LeadingNumber(std::string_view text);
 // As LeadingNumber, but the number must be the whole text but for blanks around it.
 std::optional<double> EntireNumber(std::string_view text);
 
+// For the eye: twelve digits at most, which hold all that is typed or decoded and none of the noise that
+// binary arithmetic leaves behind them (72 × 0.176 gives 12.672).
+std::string ReadableDecimal(double value);
+
 // The shortest decimal that reads back as the same double, with an exponent where that is shorter.
 std::string ShortestDecimal(double value);
 

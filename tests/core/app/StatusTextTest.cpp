@@ -34,8 +34,8 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
 
     ShowWith(session, TableType::RACE, {6, 3}, 27.75);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.75°, limit 45°   ·   Com33: /dev/ttyUSB0");
-    session.table.SetCell({6, 3}, 0.1);
-    EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 0.1°, limit 45°   ·   Com33: no device of its own");
+    session.table.SetCell({6, 3}, 72 * 0.176);
+    EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 12.672°, limit 45°   ·   Com33: no device of its own");
     ShowWith(session, TableType::EX, {6, 3}, 27.7734375);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.7734375°, limit 31.5°   ·   Com33: /dev/ttyUSB0");
 
