@@ -82,7 +82,6 @@ WindowSize MainWindow::InnerSize() const {
 void MainWindow::Place(const TableLayout& layout) {
     chart_->setGeometry(ToPixels(layout.chart));
     grid_->setGeometry(ToPixels(layout.grid));
-    grid_->ApplyPitch();
     status_->PlaceIn(ToPixels(layout.status));
 }
 

@@ -7,6 +7,8 @@ namespace rv52 {
 StatusStrip::StatusStrip(QWidget* parent) : QLabel(parent) {
     setObjectName(QStringLiteral("lblStatus"));
     setTextFormat(Qt::PlainText);
+    // Opaque, so that the window below is not painted with every cell that becomes current.
+    setAutoFillBackground(true);
     constexpr int sides = 8;
     setContentsMargins(sides, 0, sides, 0);
 }

@@ -16,6 +16,9 @@ constexpr double kEdgeOn = 1e-3;
 // whole rows do when the plot is seen from straight ahead, would else slip through between them.
 constexpr double kOnSide = 1e-9;
 
+// Facets that lie wholly beside a line are most of them: told by their extent alone, a little widened.
+constexpr double kBeside = 1e-3;
+
 struct Span {
     double from;  // shares of the line, 0 to 1
     double to;
@@ -38,11 +41,22 @@ void KeepPositive(const Along& value, Span& span) {
     }
 }
 
+bool LiesBeside(const Vertex* const (&corners)[3], const Vertex& a, const Vertex& b) {
+    const auto beside = [&](double Point::*along) {
+        const auto [least, most] =
+            std::minmax({corners[0]->at.*along, corners[1]->at.*along, corners[2]->at.*along});
+        const auto [from, to] = std::minmax(a.at.*along, b.at.*along);
+        return most < from - kBeside || least > to + kBeside;
+    };
+    return beside(&Point::x) || beside(&Point::y);
+}
+
 // Where along the line a → b the facet lies before it.
 std::optional<Span> HiddenBy(const Facet& facet, const Vertex& a, const Vertex& b, const Mesh& mesh) {
     const Vertex* corners[3];
     for (std::size_t corner = 0; corner < 3; ++corner)
         corners[corner] = &mesh.At(facet.corners[corner]);
+    if (LiesBeside(corners, a, b)) return std::nullopt;
     const double area = Turn(corners[0]->at, corners[1]->at, corners[2]->at);
     if (std::abs(area) < kEdgeOn) return std::nullopt;
 

@@ -1,5 +1,6 @@
 #include "table/FittedText.h"
 
+#include <QCache>
 #include <QFontMetricsF>
 #include <QPainter>
 
@@ -23,15 +24,29 @@ QRectF GlyphBox(const QFontMetricsF& metrics, const QString& text) {
     return box;
 }
 
+// Boxes are kept: a table repeats its few hundred numbers, and measuring one takes longer than drawing it.
+QRectF KeptGlyphBox(const QFont& font, const QString& text) {
+    static QFont keptFont;
+    static QCache<QString, QRectF> kept(2000);
+    if (font != keptFont) {
+        kept.clear();
+        keptFont = font;
+    }
+    if (const auto* box = kept.object(text)) return *box;
+    const auto box = GlyphBox(QFontMetricsF(font), text);
+    kept.insert(text, new QRectF(box));
+    return box;
+}
+
 }  // namespace
 
 void DrawFitted(QPainter& painter, const QRect& cell, const QString& text) {
     if (text.isEmpty() || cell.width() < 2 || cell.height() < 2) return;
-    const QFontMetricsF metrics(painter.font());
     const double widest = cell.width() / kNarrowest;
     QString shown = text;
-    QRectF box = GlyphBox(metrics, shown);
+    QRectF box = KeptGlyphBox(painter.font(), shown);
     if (box.width() > widest) {
+        const QFontMetricsF metrics(painter.font());
         shown = metrics.elidedText(text, Qt::ElideRight, widest);
         box = GlyphBox(metrics, shown);
     }
@@ -43,6 +58,7 @@ void DrawFitted(QPainter& painter, const QRect& cell, const QString& text) {
     // Unscaled glyphs are crispest on whole pixels.
     if (flat == 1.0) start.setY(std::round(start.y()));
     if (narrow == 1.0) start.setX(std::round(start.x()));
+    if (flat == 1.0 && narrow == 1.0) return painter.drawText(start, shown);
 
     painter.save();
     painter.translate(start);
