@@ -26,9 +26,6 @@ class GridView : public QTableView {
 
     GridView(Session& session, Dispatch dispatch, RunCommand runCommand, QWidget* parent = nullptr);
 
-    // Row heights and column widths for the grid's present inner size.
-    void ApplyPitch();
-
     // Ends an open cell editor as Enter would; false when its text is refused and the editor stays open.
     bool CommitEditor();
     // Closes an open cell editor, leaving the cell's old text.
@@ -56,6 +53,8 @@ class GridView : public QTableView {
     void Dress();
     void SheetChanged(GridSheet::Change change);
     void ReflectLayout();
+    // Row heights and column widths for the grid's present inner size.
+    void ApplyPitch();
     void ReflectCursor();
     void TellSheet();
     void MarkFocus();
