@@ -38,7 +38,8 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
     QCoreApplication::setApplicationName(QStringLiteral("Corvane_RV52_Main"));
     QDir::setCurrent(QCoreApplication::applicationDirPath());
     if (!StartUp(session_)) return false;
-    if (options_.simulate) devices_.Override(session_.state.CommPort, simulator_.Start(*options_.simulate));
+    if (options_.simulate)
+        devices_.Override(session_.state.CommPort, simulator_.Start(*options_.simulate), "simulated module");
     window_.Compose(session_, devices_);
     window_.show();
     if (!options_.tableFile.empty()) QTimer::singleShot(0, &window_, [this] { OpenTableOfCommandLine(); });

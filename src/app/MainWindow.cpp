@@ -98,7 +98,7 @@ void MainWindow::HideProgress() {
 void MainWindow::RenewStatus() {
     const auto& state = session_->state;
     status_->Tell(
-        ToQt(StatusText(state, session_->table, session_->sheet, devices_->DeviceOf(state.CommPort))));
+        ToQt(StatusText(state, session_->table, session_->sheet, devices_->NameOf(state.CommPort))));
 }
 
 void MainWindow::ShowPortPanel() {

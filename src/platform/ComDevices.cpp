@@ -15,4 +15,9 @@ std::string ComDevices::DeviceOf(int commPort) const {
 #endif
 }
 
+std::string ComDevices::NameOf(int commPort) const {
+    const auto name = names_.find(commPort);
+    return name == names_.end() || name->second.empty() ? DeviceOf(commPort) : name->second;
+}
+
 }  // namespace rv52

@@ -10,14 +10,21 @@ namespace rv52 {
 // ComN is the system's own.
 class ComDevices {
  public:
-    // For this run ComN is that device.
-    void Override(int commPort, const std::string& device) { overrides_[commPort] = device; }
+    // For this run ComN is that device, known by a name where its path tells a user nothing.
+    void Override(int commPort, const std::string& device, const std::string& name = {}) {
+        overrides_[commPort] = device;
+        names_[commPort] = name;
+    }
 
     // The empty text when ComN has no device.
     std::string DeviceOf(int commPort) const;
 
+    // What users know the device by: mostly its path.
+    std::string NameOf(int commPort) const;
+
  private:
     std::map<int, std::string> overrides_;
+    std::map<int, std::string> names_;
 };
 
 }  // namespace rv52
