@@ -4,6 +4,7 @@
 #include "Samples.h"
 #include "module/EepromImage.h"
 #include "platform/qt/QtFiles.h"
+#include "table/GridCursor.h"
 #include "table/NewTable.h"
 #include "table/SelectionCommands.h"
 #include "table/TableBlock.h"

@@ -9,7 +9,6 @@
 #include <memory>
 #include <string>
 
-class QAction;
 class QTreeWidget;
 class QTreeWidgetItem;
 

@@ -1,7 +1,6 @@
 #include "app/Menus.h"
 
 #include "app/Commands.h"
-#include "app/Session.h"
 #include "link/EditVin.h"
 #include "link/PortSetup.h"
 #include "module/Download.h"

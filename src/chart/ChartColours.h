@@ -4,8 +4,6 @@
 
 #include <QColor>
 
-#include <vector>
-
 class QPalette;
 
 namespace rv52 {

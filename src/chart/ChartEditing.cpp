@@ -1,6 +1,7 @@
 #include "chart/ChartEditing.h"
 
 #include "app/Session.h"
+#include "table/GridCursor.h"
 #include "table/Numbers.h"
 #include "table/TableDisplay.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "chart/ChartGesture.h"
+#include "table/AdvanceTable.h"
 
 #include <optional>
 

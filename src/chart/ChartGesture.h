@@ -2,8 +2,6 @@
 
 #include "table/AdvanceTable.h"
 
-#include <optional>
-
 namespace rv52 {
 
 // What the left mouse button is doing on the chart.

@@ -9,8 +9,6 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-#include <cmath>
-
 namespace rv52 {
 
 namespace {

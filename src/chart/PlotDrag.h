@@ -2,8 +2,6 @@
 
 #include "chart/Viewpoint.h"
 
-#include <optional>
-
 namespace rv52 {
 
 // Turning or shifting the plot with the mouse: a drag from one place to the next.

@@ -1,5 +1,7 @@
 #include "chart/PlotKeys.h"
 
+#include <Qt>
+
 #include <cmath>
 
 namespace rv52 {

@@ -2,8 +2,6 @@
 
 #include "chart/Viewpoint.h"
 
-#include <Qt>
-
 #include <optional>
 
 namespace rv52 {

@@ -6,8 +6,6 @@
 #include <QPolygonF>
 #include <QRectF>
 
-#include <vector>
-
 namespace rv52 {
 
 inline QPointF ToQt(Point point) {

@@ -7,7 +7,6 @@
 #include "chart/Walls.h"
 #include "table/AdvanceTable.h"
 
-#include <optional>
 #include <vector>
 
 namespace rv52 {

@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <stdexcept>
-#include <system_error>
 
 namespace {
 

@@ -3,6 +3,7 @@
 #include "app/FormResize.h"
 #include "app/Session.h"
 #include "platform/Failure.h"
+#include "table/GridCursor.h"
 #include "table/Numbers.h"
 
 namespace rv52 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "table/GridCursor.h"
+#include "table/GridSheet.h"
 #include "table/TableType.h"
 
 namespace rv52 {

@@ -2,7 +2,6 @@
 
 #include <QDir>
 
-#include <string>
 #include <vector>
 
 class QImage;

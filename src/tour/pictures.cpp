@@ -1,4 +1,3 @@
-#include "platform/qt/Text.h"
 #include "tour/DocumentPicture.h"
 
 #include <QImage>

@@ -4,6 +4,7 @@
 #include "chart/ChartPainter.h"
 #include "chart/ChartView.h"
 #include "chart/QtPlane.h"
+#include "table/GridCursor.h"
 #include "table/Numbers.h"
 
 #include <QAccessible>

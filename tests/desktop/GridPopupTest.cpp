@@ -1,4 +1,5 @@
 #include "GridFixture.h"
+#include "table/GridCursor.h"
 
 #include <QClipboard>
 #include <QMenu>

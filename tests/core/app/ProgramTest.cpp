@@ -6,6 +6,7 @@
 #include "simulator/VirtualLine.h"
 #include "support/TestSession.h"
 #include "table/FileCommands.h"
+#include "table/GridCursor.h"
 #include "table/TableDisplay.h"
 
 #include <gtest/gtest.h>

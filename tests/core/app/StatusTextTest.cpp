@@ -2,6 +2,7 @@
 #include "app/StatusText.h"
 #include "module/Upload.h"
 #include "support/ConnectedSession.h"
+#include "table/GridCursor.h"
 #include "table/TableDisplay.h"
 
 #include <gtest/gtest.h>

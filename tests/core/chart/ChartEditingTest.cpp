@@ -3,6 +3,7 @@
 #include "support/IdleLine.h"
 #include "support/ShownTable.h"
 #include "support/TestSession.h"
+#include "table/GridCursor.h"
 #include "table/Numbers.h"
 
 #include <gtest/gtest.h>

@@ -2,6 +2,7 @@
 #include "support/ShownTable.h"
 #include "support/TestSession.h"
 #include "table/CellEditing.h"
+#include "table/GridCursor.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
