@@ -25,12 +25,7 @@ class LoggedPrinter : public QtPrinter {
     }
     void PrintLine(const std::vector<PrintItem>& items) override {
         QtPrinter::PrintLine(items);
-        std::string line;
-        for (const auto& [column, text] : items) {
-            line.resize(std::max(line.size(), static_cast<std::size_t>(column - 1)), ' ');
-            line += text;
-        }
-        log_ << line << '\n';
+        log_ << test::LineOf(items) << '\n';
     }
 
  private:

@@ -9,7 +9,17 @@
 
 namespace rv52::test {
 
-// Keeps the jobs it is given, their lines as they would stand on paper.
+// As it would stand on paper.
+inline std::string LineOf(const std::vector<PrintItem>& items) {
+    std::string line;
+    for (const auto& [column, text] : items) {
+        line.resize(std::max(line.size(), static_cast<std::size_t>(column - 1)), ' ');
+        line += text;
+    }
+    return line;
+}
+
+// Keeps the jobs it is given, their lines as on paper.
 class RecordingPrinter : public Printer {
  public:
     struct Job {
@@ -28,12 +38,7 @@ class RecordingPrinter : public Printer {
     }
     void PrintLine(const std::vector<PrintItem>& items) override {
         MayFail("line");
-        std::string line;
-        for (const auto& [column, text] : items) {
-            line.resize(std::max(line.size(), static_cast<std::size_t>(column - 1)), ' ');
-            line += text;
-        }
-        open_.lines.push_back(line);
+        open_.lines.push_back(LineOf(items));
     }
     PrintPage Page() const override { return page; }
     void DrawChart(const PixelRectangle& place) override {
