@@ -22,20 +22,19 @@ TEST(CommandLineTest, TakesPortsSimulatorAndTableFile) {
 }
 
 TEST(CommandLineTest, RefusesWhatItDoesNotKnowInOneLine) {
-    const std::vector<std::vector<const char*>> wrong{{"--what"},
-                                                      {"-x"},
-                                                      {"--com"},
-                                                      {"--com", "3"},
-                                                      {"--com", "0=/dev/x"},
-                                                      {"--com", "256=x"},
-                                                      {"--com", "3="},
-                                                      {"--com", "=x"},
-                                                      {"--com", "3x=/dev/x"},
-                                                      {"--simulate"},
-                                                      {"--simulate", "ex"},
-                                                      {"a.tbl", "b.tbl"},
-                                                      {""},
-                                                      {"--help=yes"}};
+    using Arguments = std::vector<const char*>;
+    const Arguments wrong[] = {{"--what"},
+                               {"--com"},
+                               {"--com", "3"},
+                               {"--com", "0=/dev/x"},
+                               {"--com", "256=x"},
+                               {"--com", "3="},
+                               {"--com", "=x"},
+                               {"--com", "3x=/dev/x"},
+                               {"--simulate", "ex"},
+                               {"a.tbl", "b.tbl"},
+                               {""},
+                               {"--help=yes"}};
     for (const auto& arguments : wrong) {
         const auto parsed = Parse(arguments);
         ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << arguments.front();

@@ -25,13 +25,12 @@ TEST(HelpContentsTest, ReadsNestedLists) {
 }
 
 TEST(HelpContentsTest, ReadsAnyTextWithoutFailing) {
-    EXPECT_TRUE(ParseHelpContents("").empty());
-    EXPECT_TRUE(ParseHelpContents("no tags < at all").empty());
-    EXPECT_TRUE(ParseHelpContents("<param name=\"Name\" value=\"lost\"></ul></ul>").empty());
     std::string deep;
     for (int level = 0; level < 100000; ++level)
         deep += "<ul>";
-    EXPECT_TRUE(ParseHelpContents(deep).empty());
+    for (const auto& text : {std::string(), std::string("no tags < at all"),
+                             std::string("<param name=\"Name\"></ul></ul>"), deep})
+        EXPECT_TRUE(ParseHelpContents(text).empty());
     EXPECT_EQ(ParseHelpContents("<ul><object><param name=\"Name\" value=\"cut").size(), 1U);
 }
 

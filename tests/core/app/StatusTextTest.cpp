@@ -54,7 +54,7 @@ TEST(StatusTextTest, SaysOnceForEachTransferWhatMayBeDoneMeanwhile) {
     at.shell.onStatus = [&] {
         if (at.state.LinkWork != LinkWork::None) told.push_back(Told(at.session));
     };
-    at.prompts.Expect({"Upload completed.", "Upload To EEPROM", Icon::Warning, Buttons::Ok}, Answer::Ok);
+    at.prompts.ExpectNotice("Upload completed.", "Upload To EEPROM");
     mnuUpload_Click(at.session);
     const std::string port = "   ·   Com1: /dev/ttyUSB0";
     EXPECT_EQ(told, (std::vector{"Programming the module. It must not be interrupted." + port,

@@ -19,7 +19,7 @@ class Dice {
     // 1 to most, every order of magnitude as likely as the next.
     int Magnitude(int most) { return static_cast<int>(std::pow(most, Below(1001) / 1000.0)); }
     template <class List>
-    auto Of(const List& list) {
+    const auto& Of(const List& list) {
         return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
     }
 

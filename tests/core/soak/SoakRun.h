@@ -7,6 +7,8 @@
 #include "support/Recorders.h"
 #include "support/RecordingPrinter.h"
 
+#include <set>
+
 namespace rv52::test {
 
 // What a soak has met with, so that one that met with nothing is noticed.
@@ -43,8 +45,7 @@ class SoakRun {
     void MakeTrouble();
     void Strike();
 
-    void Transfer(int kind, const Before& before);
-    Before Now() const;
+    void Transfer();
     void JudgeRest(std::size_t panels);
     void JudgeDownload(const Before& before);
     void JudgeUpload(const Before& before);
@@ -66,7 +67,7 @@ class SoakRun {
     bool calm_;             // nothing will go wrong
     bool closing_ = false;  // the window has been asked to close
     long yields_ = 0;
-    std::vector<long> trouble_;  // the yields at which it comes, descending
+    std::multiset<long> trouble_;  // the yields at which it comes
 };
 
 }  // namespace rv52::test

@@ -50,18 +50,11 @@ class SoakUser : public Prompts {
     }
 
     Answer Choose(Buttons buttons) {
-        switch (buttons) {
-            case Buttons::Ok:
-                return Answer::Ok;
-            case Buttons::OkCancel:
-                return dice_.OneIn(4) ? Answer::Cancel : Answer::Ok;
-            case Buttons::RetryCancel:
-                return dice_.OneIn(2) ? Answer::Retry : Answer::Cancel;
-            case Buttons::YesNoCancel:
-                return dice_.OneIn(8) ? Answer::Cancel : dice_.OneIn(4) ? Answer::Yes : Answer::No;
-            case Buttons::AbortRetryIgnore:
-                break;
-        }
+        if (buttons == Buttons::Ok) return Answer::Ok;
+        if (buttons == Buttons::OkCancel) return dice_.OneIn(4) ? Answer::Cancel : Answer::Ok;
+        if (buttons == Buttons::RetryCancel) return dice_.OneIn(2) ? Answer::Retry : Answer::Cancel;
+        if (buttons == Buttons::YesNoCancel)
+            return dice_.OneIn(8) ? Answer::Cancel : dice_.OneIn(4) ? Answer::Yes : Answer::No;
         if (dice_.OneIn(3) && ++retries_ <= kPatience) return Answer::Retry;
         return dice_.OneIn(2) ? Answer::Abort : Answer::Ignore;
     }
