@@ -1,11 +1,8 @@
 #include "app/Branding.h"
 #include "app/SplashLoad.h"
+#include "core/Desk.h"
 #include "platform/Failure.h"
-#include "support/IdleLine.h"
-#include "support/TestSession.h"
 #include "table/Numbers.h"
-
-#include <gtest/gtest.h>
 
 namespace rv52 {
 namespace {
@@ -31,16 +28,14 @@ class RecordingSplash : public Splash {
     Texts told;
 };
 
-class SplashLoadTest : public testing::Test {
+class SplashLoadTest : public test::Desk {
  protected:
     void Load(const std::string& file) {
-        test_.files.contents["/program/Corvane_RV52.cfg"] = file;
-        LoadSplash(test_.session, splash_);
+        files["/program/Corvane_RV52.cfg"] = file;
+        LoadSplash(session, splash_);
     }
-    const Texts& Branding() const { return test_.session.state.BrandingLines; }
+    const Texts& Branding() const { return session.state.BrandingLines; }
 
-    test::IdleLine line_;
-    test::TestSession test_{line_};
     RecordingSplash splash_;
 };
 
@@ -49,7 +44,7 @@ constexpr const char* kEndsEarly =
     "The branding file Corvane_RV52.cfg ends before its second section is closed by a line with \"!\".";
 
 TEST_F(SplashLoadTest, HasDefaultsWithoutAFile) {
-    LoadSplash(test_.session, splash_);
+    LoadSplash(session, splash_);
     EXPECT_EQ(splash_.told, (Texts{"text Emberline", "font Arial", "size 48", "style bold italic",
                                    "logo /program/Emberline_Logo.gif", kTitle}));
     EXPECT_EQ(Branding(), DefaultBrandingLines());
@@ -68,49 +63,47 @@ TEST_F(SplashLoadTest, DressesTheSplashAsTheFileSays) {
 }
 
 TEST_F(SplashLoadTest, KeepsTheLinesOfAFileThatEndsEarly) {
-    test_.prompts.ExpectError(kEndsEarly, Answer::Ignore);
+    prompts.ExpectError(kEndsEarly, Answer::Ignore);
     Load("A\nArial\n10\nitalic\nNULL\n!\nBrand\nStreet\n");
     EXPECT_EQ(splash_.told, (Texts{"text A", "font Arial", "size 10", "style italic", kTitle}));
     EXPECT_EQ(Branding(), (Texts{"Brand", "Street"}));
 
     splash_.told.clear();
-    test_.prompts.ExpectError(kEndsEarly, Answer::Abort);
+    prompts.ExpectError(kEndsEarly, Answer::Abort);
     Load("A\n");
     EXPECT_EQ(splash_.told, Texts{});
     EXPECT_EQ(Branding(), Texts{"Emberline"});
 
     // Retry reads the file anew.
-    test_.prompts.ExpectError(kEndsEarly, Answer::Retry);
-    test_.prompts.whileOpen = [&] {
-        test_.files.contents["/program/Corvane_RV52.cfg"] = "B\nArial\n9\n\nNULL\n!\nMended\n!\n";
-    };
+    prompts.ExpectError(kEndsEarly, Answer::Retry);
+    prompts.whileOpen = [&] { files["/program/Corvane_RV52.cfg"] = "B\nArial\n9\n\nNULL\n!\nMended\n!\n"; };
     Load("A\n!\nBroken\n");
     EXPECT_EQ(splash_.told.front(), "text B");
     EXPECT_EQ(Branding(), Texts{"Mended"});
 }
 
 TEST_F(SplashLoadTest, AsksAboutEverythingThatIsMissingOrWrong) {
-    const auto noLine = [](const std::string& line) {
-        return "The branding file Corvane_RV52.cfg has no line " + line + " in its first section.";
+    const auto noLine = [](const std::string& which) {
+        return "The branding file Corvane_RV52.cfg has no line " + which + " in its first section.";
     };
-    test_.prompts.ExpectError(
+    prompts.ExpectError(
         "The branding file Corvane_RV52.cfg gives \"-3\" as font size, which is not a positive number.",
         Answer::Ignore);
-    test_.prompts.ExpectError(noLine("4 (font style)"), Answer::Ignore);
-    test_.prompts.ExpectError(noLine("5 (logo file)"), Answer::Ignore);
+    prompts.ExpectError(noLine("4 (font style)"), Answer::Ignore);
+    prompts.ExpectError(noLine("5 (logo file)"), Answer::Ignore);
     Load("A\nArial\n-3\n!\nB\n!\n");
     EXPECT_EQ(splash_.told, (Texts{"text A", "font Arial", kTitle}));
 
     // What was set before the failing step stays; the steps after it are left out.
     splash_.told.clear();
     splash_.missingLogo = "/program/gone.gif";
-    test_.prompts.ExpectError("no picture", Answer::Abort);
+    prompts.ExpectError("no picture", Answer::Abort);
     Load("A\nArial\n8\nbold\ngone.gif\n!\nB\n!\n");
     EXPECT_EQ(splash_.told, (Texts{"text A", "font Arial", "size 8", "style bold"}));
 
     splash_.told.clear();
-    test_.files.failReads = true;
-    test_.prompts.ExpectError("cannot read /program/Corvane_RV52.cfg", Answer::Abort);
+    test.files.failReads = true;
+    prompts.ExpectError("cannot read /program/Corvane_RV52.cfg", Answer::Abort);
     Load("");
     EXPECT_EQ(splash_.told, Texts{});
     EXPECT_EQ(Branding(), Texts{"B"});

@@ -1,24 +1,17 @@
 #include "app/Commands.h"
 #include "chart/ChartEditing.h"
-#include "support/IdleLine.h"
-#include "support/ShownTable.h"
-#include "support/TestSession.h"
-#include "table/GridCursor.h"
+#include "core/Desk.h"
 #include "table/Numbers.h"
 
-#include <gtest/gtest.h>
 #include <random>
 #include <tuple>
 
 namespace rv52::test {
 namespace {
 
-class ChartEditingTest : public testing::Test {
+class ChartEditingTest : public Desk {
  protected:
-    void ShowFlat(TableType type, double degrees) { ShowAs(session, FlatTable(type, degrees)); }
-    void ExpectFlat(double degrees) {
-        EXPECT_EQ(session.table.Table(), FlatTable(session.table.Table().Type(), degrees));
-    }
+    void ExpectFlat(double degrees) { EXPECT_EQ(session.table.Table(), FlatTable(Type(), degrees)); }
     // A whole gesture, its button lost or released.
     void Gesture(PressKey key, std::optional<Cell> hit, double mouse, void (*end)(Session&) = ChartRelease) {
         ChartPress(session, key, hit);
@@ -26,15 +19,7 @@ class ChartEditingTest : public testing::Test {
         end(session);
         EXPECT_FALSE(session.chart.Label().shown);
     }
-    double Degrees(Cell cell) const { return session.table.Table().GetCell(cell); }
-    std::string Text(Cell cell) const {
-        return session.sheet.Text(GridCellOf(cell, session.table.Table().Type()));
-    }
     const ValueLabel& Label() const { return session.chart.Label(); }
-
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
 };
 
 TEST_F(ChartEditingTest, PressTakesAPointAndMakesItsCellCurrent) {
@@ -48,7 +33,7 @@ TEST_F(ChartEditingTest, PressTakesAPointAndMakesItsCellCurrent) {
     EXPECT_EQ(redraws, 1);
     ChartRelease(session);
     EXPECT_FALSE(Label().shown);
-    EXPECT_EQ(Text({7, 3}), "12.3");
+    EXPECT_EQ(Text(Cell{7, 3}), "12.3");
     ExpectFlat(12.25);  // a press alone changes nothing
 
     Gesture(PressKey::Plain, std::nullopt, 40);
@@ -68,13 +53,13 @@ TEST_F(ChartEditingTest, DraggedPointMovesInStepsWithinItsLimits) {
     for (const auto& [mouse, value, text] : race) {
         redraws = 0;
         ChartDrag(session, mouse);
-        EXPECT_NEAR(Degrees({16, 8}), value, 1e-12) << mouse;
+        EXPECT_NEAR(Degrees(Cell{16, 8}), value, 1e-12) << mouse;
         EXPECT_EQ(Label().text, text);
-        EXPECT_EQ(Text({16, 8}), "20.0") << "the grid follows at the release";
+        EXPECT_EQ(Text(Cell{16, 8}), "20.0") << "the grid follows at the release";
         EXPECT_LE(redraws, 1) << "point and label are one redraw";
     }
     ChartRelease(session);
-    EXPECT_EQ(Text({16, 8}), "0.0");
+    EXPECT_EQ(Text(Cell{16, 8}), "0.0");
 
     ShowFlat(TableType::EX, 5);
     for (const Cell cell : {Cell{1, 1}, Cell{9, 11}}) {
@@ -88,7 +73,7 @@ TEST_F(ChartEditingTest, DraggedPointMovesInStepsWithinItsLimits) {
 TEST_F(ChartEditingTest, ShiftMovesTheWholeSurfaceAtTheRelease) {
     AdvanceTable table = FlatTable(TableType::RACE, 42);
     table.SetCell({1, 1}, 3.04);
-    ShowAs(session, table);
+    Show(table);
     MoveGridCursor(session, {2, 2});
     ChartPress(session, PressKey::Shift, Cell{4, 4});
     EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
@@ -108,7 +93,7 @@ TEST_F(ChartEditingTest, ShiftMovesTheWholeSurfaceAtTheRelease) {
     ChartRelease(session);
     EXPECT_EQ(redraws, 1);
     EXPECT_FALSE(Label().shown);
-    EXPECT_EQ(Text({1, 1}), "8.0");
+    EXPECT_EQ(Text(Cell{1, 1}), "8.0");
     session.table.SetCell({1, 1}, 45);
     ExpectFlat(45);
 
@@ -125,15 +110,15 @@ TEST_F(ChartEditingTest, AShiftOfNothingLeavesEveryValue) {
     AdvanceTable table = FlatTable(TableType::RACE, 10.123);
     table.SetCell({2, 2}, 60);
     table.SetCell({3, 3}, -4);
-    ShowAs(session, table);
+    Show(table);
     session.sheet.SetText({1, 1}, "typed");
     Gesture(PressKey::Shift, Cell{1, 1}, 10.123);
     EXPECT_EQ(session.table.Table(), table);
-    EXPECT_EQ(Text({1, 8}), "10.1") << "the grid is filled anew all the same";
+    EXPECT_EQ(Text(Cell{1, 8}), "10.1") << "the grid is filled anew all the same";
 
     Gesture(PressKey::Shift, Cell{1, 1}, 11);
-    EXPECT_EQ(Degrees({2, 2}), 45);
-    EXPECT_EQ(Degrees({3, 3}), 0);
+    EXPECT_EQ(Degrees(Cell{2, 2}), 45);
+    EXPECT_EQ(Degrees(Cell{3, 3}), 0);
 }
 
 TEST_F(ChartEditingTest, TheReleaseOfADoubleClickIsNotTheEndOfADrag) {
@@ -144,7 +129,7 @@ TEST_F(ChartEditingTest, TheReleaseOfADoubleClickIsNotTheEndOfADrag) {
     Gesture(PressKey::Plain, Cell{6, 6}, 40);
     ExpectFlat(20);
     Gesture(PressKey::Plain, Cell{6, 6}, 25);
-    EXPECT_EQ(Degrees({6, 6}), 25);
+    EXPECT_EQ(Degrees(Cell{6, 6}), 25);
 }
 
 TEST_F(ChartEditingTest, NothingStartsWithoutATableOrWhileACommandRuns) {
@@ -166,20 +151,20 @@ TEST_F(ChartEditingTest, NothingStartsWithoutATableOrWhileACommandRuns) {
 TEST_F(ChartEditingTest, ALostReleaseLeavesGridAndTableAgreeing) {
     ShowFlat(TableType::RACE, 20);
     Gesture(PressKey::Plain, Cell{5, 5}, 30, ChartDragLost);
-    EXPECT_EQ(Text({5, 5}), "30.0");
+    EXPECT_EQ(Text(Cell{5, 5}), "30.0");
     Gesture(PressKey::Shift, Cell{5, 5}, 90, ChartDragLost);
-    EXPECT_EQ(Degrees({5, 5}), 30);
+    EXPECT_EQ(Degrees(Cell{5, 5}), 30);
 
     // Chosen from a menu by its keys, a command can start before the button is up: it finds the grid up to
     // date, and ends the drag.
     ChartPress(session, PressKey::Plain, Cell{5, 5});
     ChartDrag(session, 35);
     std::string found;
-    RunCommand(session, [&](Session&) { found = Text({5, 5}); });
+    RunCommand(session, [&](Session&) { found = Text(Cell{5, 5}); });
     EXPECT_EQ(found, "35.0");
     EXPECT_FALSE(Label().shown);
     ChartDrag(session, 40);
-    EXPECT_EQ(Degrees({5, 5}), 35);
+    EXPECT_EQ(Degrees(Cell{5, 5}), 35);
 
     // And it may bring a table of fewer rows.
     ShowFlat(TableType::EX, 5);

@@ -78,6 +78,7 @@ TEST(EepromImageTest, ScalesParametersBothWays) {
     constexpr auto rear = &ModuleParameters::RearOffset;
     constexpr auto crank = &ModuleParameters::CrankRevs;
     constexpr auto limit = &ModuleParameters::RPMLimit;
+    constexpr auto vss = &ModuleParameters::VSSFreq;  // low byte first
     using Number = std::tuple<std::int16_t ModuleParameters::*, std::size_t, int, int>;
     const Number bothWays[] = {
         {timing, 128, -5, 0},   {timing, 128, -4, 6},   {timing, 128, -3, 11}, {timing, 128, -2, 17},
@@ -87,10 +88,13 @@ TEST(EepromImageTest, ScalesParametersBothWays) {
         {limit, 132, 3000, 30}, {limit, 132, 5700, 57}, {limit, 132, 9900, 99}};
     const Number encodings[] = {{timing, 128, -32768, 0}, {rear, 129, 32767, 56}, {crank, 130, -7, 4},
                                 {crank, 130, 32767, 90},  {limit, 132, 3050, 30}, {limit, 132, 3150, 32},
-                                {limit, 132, 20000, 99},  {limit, 132, -200, 30}};
+                                {limit, 132, 20000, 99},  {limit, 132, -200, 30}, {vss, 133, 1424, 0x90},
+                                {vss, 134, 1424, 0x05},   {vss, 133, 909, 0x8E},  {vss, 134, 909, 0x03},
+                                {vss, 133, -1, 0x8E},     {vss, 133, 1701, 0xA4}, {vss, 134, 1701, 0x06}};
     const Number decodings[] = {{timing, 128, -5, 2}, {timing, 128, 5, 57},   {rear, 129, 5, 200},
                                 {crank, 130, 0, 15},  {crank, 130, 2, 45},    {crank, 130, 2, 75},
-                                {crank, 130, 3, 255}, {limit, 132, 3000, 29}, {limit, 132, 9900, 100}};
+                                {crank, 130, 3, 255}, {limit, 132, 3000, 29}, {limit, 132, 9900, 100},
+                                {vss, 133, 910, 255}, {vss, 134, 1280, 5},    {vss, 134, 1700, 255}};
     const auto expectEncoded = [](const Number& number) {
         const auto& [field, index, value, byte] = number;
         ModuleParameters parameters;
@@ -105,19 +109,6 @@ TEST(EepromImageTest, ScalesParametersBothWays) {
     std::ranges::for_each(bothWays, expectDecoded);
     std::ranges::for_each(encodings, expectEncoded);
     std::ranges::for_each(decodings, expectDecoded);
-}
-
-TEST(EepromImageTest, StoresTheSpeedSensorLowByteFirst) {
-    const std::pair<int, int> frequencies[] = {{1424, 0x0590}, {909, 910}, {-1, 910}, {1701, 1700}};
-    for (const auto& [hertz, stored] : frequencies) {
-        ModuleParameters parameters;
-        parameters.VSSFreq = static_cast<std::int16_t>(hertz);
-        const auto buffer = Encoded(parameters);
-        EXPECT_EQ(buffer[133] + 256 * buffer[134], stored) << hertz;
-        DecodeEepromImage(buffer, TableType::RACE, parameters);
-        EXPECT_EQ(parameters.VSSFreq, stored);
-    }
-    EXPECT_EQ(DecodedFrom(134, 0xFF).VSSFreq, 1700);
 }
 
 TEST(EepromImageTest, CarriesUnknownFlagBitsThrough) {

@@ -1,20 +1,12 @@
+#include "core/Desk.h"
 #include "module/ModParams.h"
-#include "support/IdleLine.h"
-#include "support/TestSession.h"
 
-#include <gtest/gtest.h>
 #include <tuple>
 
 namespace rv52::test {
 namespace {
 
-class ModParamsTest : public testing::Test {
- protected:
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
-    ModuleParameters& parameters = session.state.ModuleParameters;
-};
+class ModParamsTest : public Desk {};
 
 TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
     parameters = {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};
@@ -89,11 +81,10 @@ TEST_F(ModParamsTest, ClearingAFixedValueMakesItNeutral) {
 
 TEST_F(ModParamsTest, WarnsEachTimeTheTableInEepromIsDisabled) {
     // Still in force while the warning is read.
-    test.prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
+    prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
     for (int time = 0; time < 2; ++time) {
-        test.prompts.ExpectNotice(
-            "Selecting this option disables any advance table that you upload to EEPROM.",
-            "Advance Table Options");
+        prompts.ExpectNotice("Selecting this option disables any advance table that you upload to EEPROM.",
+                             "Advance Table Options");
         optFLASHAdvTable_Click(session);
         EXPECT_FALSE(parameters.SelEEPROMTblFlag);
         optFLASHAdvTable_Click(session);
@@ -111,10 +102,10 @@ TEST_F(ModParamsTest, BringsTheVssFrequencyIntoItsRange) {
         {"", 910, low},       {"909.99", 910, low}, {"-1500", 910, low},  {"1,500", 910, low},
         {"1701", 1700, high}, {nines, 1700, high}};
     for (const auto& [text, value, warning] : cases) {
-        if (!warning.empty()) test.prompts.ExpectNotice(warning, "VSS Frequency");
+        if (!warning.empty()) prompts.ExpectNotice(warning, "VSS Frequency");
         txtVSSFreq_Validate(session, text);
         EXPECT_EQ(parameters.VSSFreq, value) << text;
-        EXPECT_TRUE(test.prompts.Done()) << text;
+        EXPECT_TRUE(prompts.Done()) << text;
     }
 }
 

@@ -1,9 +1,6 @@
+#include "core/Desk.h"
 #include "module/Report.h"
-#include "support/IdleLine.h"
-#include "support/TestSession.h"
-#include "table/TableDisplay.h"
 
-#include <gtest/gtest.h>
 #include <utility>
 
 namespace rv52::test {
@@ -17,7 +14,7 @@ constexpr const char* kRpm =
     "    5000    5500    6000    6500    7000    7500";
 constexpr const char* kWords = "the printer is on fire";
 
-class ReportTest : public testing::Test {
+class ReportTest : public Desk {
  protected:
     ReportTest() { session.state.BrandingLines = {"Emberline", "Street"}; }
 
@@ -25,10 +22,7 @@ class ReportTest : public testing::Test {
     void ShowTable(TableType type) {
         AdvanceTable table(type);
         ForEachCell(type, [&](Cell cell) { table.SetCell(cell, cell.row + cell.column / 100.0); });
-        session.state.TableType = type;
-        session.table.Replace(table);
-        SetUpTableGrid(session, type);
-        CopyChartToGrid(session);
+        Show(table);
         session.chart.ShowLabel({1, 1}, "1.0");
     }
 
@@ -42,10 +36,6 @@ class ReportTest : public testing::Test {
         mnuPrintTable_Click(session);
     }
 
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
-    ScriptedPrompts& prompts = test.prompts;
     RecordingPrinter& printer = test.printer;
 };
 
@@ -165,7 +155,7 @@ TEST_F(ReportTest, AsksWhenThePrinterFails) {
 
 TEST_F(ReportTest, BecomesTwoDocumentsWithoutAPrinter) {
     printer.present = false;
-    test.files.contents["/docs/old.pdf"] = "old";
+    files["/docs/old.pdf"] = "old";
     const MessageBox exists{"/docs/old.pdf\r\nThis file already exists.\r\n\r\nReplace existing file?",
                             "Save Report", Icon::Warning, Buttons::YesNoCancel, Answer::No};
     ExpectComment();

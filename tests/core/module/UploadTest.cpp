@@ -1,7 +1,6 @@
 #include "app/Commands.h"
 #include "module/EepromImage.h"
 #include "module/Upload.h"
-#include "platform/Failure.h"
 #include "support/PatternModule.h"
 #include "table/TableDisplay.h"
 
@@ -138,35 +137,16 @@ TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
     }
 }
 
-// A box that cannot even be shown, and is aborted: the type comes back all the same.
-TEST(UploadTest, AnAbandonedUploadGivesTheTypeBack) {
-    Workshop at(Options(RACE, true), EX);
-    at.prompts.ExpectError("no screen", Answer::Abort);
-    bool failed = false;
-    at.prompts.whileOpen = [&] {
-        if (!std::exchange(failed, true)) throw Failure("no screen");
-    };
-    mnuUpload_Click(at.session);
-    EXPECT_TRUE(failed);
-    EXPECT_EQ(at.state.TableType, EX);
-}
-
-TEST(UploadTest, EscapeStopsOnlyTheVerify) {
-    using Case = std::tuple<bool, std::size_t, const char*>;
-    // Closing the window waits for both.
-    for (const auto& [closing, panel, outcome] : {Case{false, 1, kCompleted}, Case{false, 2, kUnverified},
-                                                  Case{true, 1, kCompleted}, Case{true, 2, kCompleted}}) {
+TEST(UploadTest, ClosingTheWindowWaitsForProgrammingAndVerifying) {
+    for (const std::size_t panel : {1U, 2U}) {
         Workshop at(Options(RACE, true), RACE);
-        bool once = false;
         at.line.OnYield([&] {
-            if (at.shell.progress.size() != panel || std::exchange(once, true)) return;
-            closing ? RequestExit(at.session) : EscapePressed(at.session);
+            if (at.shell.progress.size() == panel) RequestExit(at.session);
         });
-        at.Upload(outcome, outcome == kCompleted ? Icon::Warning : Icon::Information, closing);
-        EXPECT_TRUE(once);
+        at.Upload(kCompleted, Icon::Warning, true);
         EXPECT_EQ(at.module.Stored(), 135);
         EXPECT_FALSE(at.state.AbortRequested);
-        EXPECT_EQ(at.shell.closed, closing);
+        EXPECT_TRUE(at.shell.closed);
     }
 }
 

@@ -1,12 +1,23 @@
 #pragma once
 
+#include "app/Commands.h"
+#include "app/FormResize.h"
 #include "app/Session.h"
+#include "link/EditVin.h"
+#include "link/LineErrors.h"
+#include "module/Download.h"
+#include "module/EepromImage.h"
 #include "module/EepromMap.h"
+#include "module/Upload.h"
+#include "simulator/FaultKinds.h"
 #include "soak/SoakUser.h"
 #include "soak/WitnessedModule.h"
 #include "support/Recorders.h"
 #include "support/RecordingPrinter.h"
+#include "table/TableDisplay.h"
 
+#include <algorithm>
+#include <gtest/gtest.h>
 #include <set>
 
 namespace rv52::test {
@@ -25,9 +36,35 @@ struct SoakCount {
 // the seed; each transfer is judged when it has ended.
 class SoakRun {
  public:
-    SoakRun(std::uint64_t seed, const MemoryFiles& shipped, SoakCount& count);
+    SoakRun(std::uint64_t seed, const MemoryFiles& shipped, SoakCount& count)
+        : dice_(seed), count_(count), files_(shipped), calm_(dice_.OneIn(8)) {
+        module_.line = &line_;
+        HandleLineErrors(session_);
+        line_.OnYield([this] { MakeTrouble(); });
+        if (!calm_ && dice_.OneIn(20)) files_.contents.erase("/program/RV52_Chart.oc3");
+        files_.failWrites = dice_.OneIn(4);
+        session_.shell.SetCaption(state_.BaseCaption);
+    }
 
-    void Run();
+    void Run() {
+        ConnectSomeModule();
+        for (int left = 1 + dice_.Below(kMostTransfers); left > 0 && !shell_.closed; --left) {
+            if (!calm_) {
+                if (dice_.OneIn(3)) ConnectSomeModule();
+                if (!dice_.OneIn(8)) line_.PlugIn();
+                line_.FailOpens("Com1 is in use.", dice_.OneIn(16) ? dice_.Magnitude(8) : 0);
+                PlanTrouble();
+            }
+            if (!state_.TableShown && !dice_.OneIn(4)) ShowSomeTable();
+            module_.ForgetSeen();
+            user_.Forget();
+            closing_ = false;
+            const auto panels = shell_.progress.size();
+            Transfer();
+            JudgeRest(panels);
+            ++count_.transfers;
+        }
+    }
 
  private:
     // What stood before a transfer and must, on some ways out of it, stand after it.
@@ -39,18 +76,186 @@ class SoakRun {
         std::optional<AdvanceTable> table;
     };
 
-    void ShowSomeTable();
-    void ConnectSomeModule();
-    void PlanTrouble();
-    void MakeTrouble();
-    void Strike();
+    void ShowSomeTable() {
+        AdvanceTable table(dice_.OneIn(2) ? TableType::EX : TableType::RACE);
+        ForEachCell(table.Type(), [&](Cell cell) { table.SetCell(cell, dice_.Below(451) / 10.0); });
+        state_.TableType = table.Type();
+        session_.table.Replace(table);
+        SetUpTableGrid(session_, table.Type());
+        FillAndShowTable(session_, {0, 0});
+    }
 
-    void Transfer();
-    void JudgeRest(std::size_t panels);
-    void JudgeDownload(const Before& before);
-    void JudgeUpload(const Before& before);
-    void JudgeVin(const Before& before);
-    void ExpectSeen(std::span<const TransferRange> ranges, const EepromBuffer& wanted);
+    void ConnectSomeModule() {
+        ModuleOptions options(dice_.OneIn(2) ? TableType::EX : TableType::RACE);
+        options.echo = dice_.OneIn(2);
+        for (auto& byte : options.eeprom.bytes)
+            if (dice_.OneIn(2)) byte = static_cast<std::uint8_t>(dice_.Roll());
+        if (!calm_ && dice_.OneIn(16)) options.identification = "";
+        if (!calm_ && dice_.OneIn(16)) options.identification = std::string(5000, 'x');
+        std::vector<FaultRequest> faults;
+        for (int left = calm_ ? 0 : dice_.Below(3); left > 0; --left)
+            faults.push_back({&dice_.Of(FaultKinds()), dice_.Magnitude(kOpportunities)});
+        const bool slow = std::ranges::any_of(faults, [](const auto& fault) {
+            return fault.kind->name == "slow-reply" || fault.kind->name == "late-reply";
+        });
+        module_.Connect(options, Faults(faults, dice_.Roll()), slow);
+    }
+
+    void PlanTrouble() {
+        trouble_.clear();
+        for (int left = dice_.Below(4); left > 0; --left)
+            trouble_.insert(yields_ + dice_.Magnitude(kYields));
+    }
+
+    void MakeTrouble() {
+        for (++yields_; !trouble_.empty() && *trouble_.begin() <= yields_; Strike())
+            trouble_.erase(trouble_.begin());
+    }
+
+    void Strike() {
+        switch (dice_.Below(9)) {
+            case 0:
+                return EscapePressed(session_);
+            case 1:
+                closing_ = true;
+                return RequestExit(session_);
+            case 2:
+                return WindowResized(session_);
+            case 3:
+                return RunCommand(session_, dice_.OneIn(2) ? mnuDownload_Click : mnuUpload_Click);
+            case 4:
+                module_.NoteStray();
+                return line_.Inject(dice_.Of(kStrayBytes));
+            case 5:
+                return line_.HangUp();
+            case 6:
+                return line_.Advance(std::chrono::milliseconds(dice_.Magnitude(3000)));
+            default:
+                for (int left = dice_.Below(6); left > 0; --left)
+                    line_.Raise(static_cast<LineCondition>(dice_.Below(6)));
+                ++count_.lineErrors;
+        }
+    }
+
+    void Transfer() {
+        using Judge = void (SoakRun::*)(const Before&);
+        const std::pair<void (*)(Session&), Judge> transfers[] = {
+            {mnuDownload_Click, &SoakRun::JudgeDownload},
+            {mnuUpload_Click, &SoakRun::JudgeUpload},
+            {mnuEditVIN_Click, &SoakRun::JudgeVin}};
+        const auto [command, judge] = dice_.Of(transfers);
+        const Before before{state_.TableType, state_.TableShown, shell_.caption, state_.ModuleParameters,
+                            session_.table.HasTable() ? std::optional(session_.table.Table()) : std::nullopt};
+        RunCommand(session_, command);
+        (this->*judge)(before);
+    }
+
+    void JudgeRest(std::size_t panels) {
+        EXPECT_FALSE(line_.IsOpen());
+        EXPECT_FALSE(shell_.progressShown);
+        EXPECT_FALSE(session_.gate.Busy());
+        EXPECT_EQ(view_.shown, state_.TableShown);
+        EXPECT_EQ(shell_.closed && !closing_, false);
+        for (auto panel = panels; panel < shell_.progress.size(); ++panel) {
+            const auto& percents = shell_.progress[panel].percents;
+            EXPECT_TRUE(std::ranges::is_sorted(percents)) << shell_.progress[panel].caption;
+            EXPECT_LE(percents.back(), 100);
+        }
+        if (!state_.TableShown) return;
+        const auto& table = session_.table.Table();
+        EXPECT_EQ(state_.TableType, table.Type());
+        EXPECT_EQ(session_.sheet.RowCount(), table.RowCount() + 1);
+    }
+
+    void JudgeDownload(const Before& before) {
+        const auto answered = [&](Answer answer) {
+            return user_.Answered("Save advance table before downloading?", answer);
+        };
+        if (answered(Answer::Cancel)) {
+            EXPECT_EQ(state_.TableShown, before.shown);
+            EXPECT_EQ(state_.TableType, before.type);
+            EXPECT_TRUE(closing_ || shell_.caption == before.caption);
+            return;
+        }
+        const bool identified = user_.WasTold("Firmware ID: " + state_.FirmwareId);
+        const auto named = TypeNamedIn(state_.FirmwareId);
+        if (identified)
+            EXPECT_EQ(state_.TableType, named);
+        else
+            EXPECT_TRUE(state_.TableType == before.type || state_.FirmwareId.empty());
+
+        if (state_.TableShown && (!answered(Answer::Yes) || shell_.caption.ends_with("Downloaded Data"))) {
+            ++count_.downloaded;
+            EXPECT_TRUE(identified);
+            EXPECT_TRUE(closing_ || shell_.caption == state_.BaseCaption + " - Downloaded Data");
+            ExpectSeen(ReadExtent(named).ranges, state_.EepromBuffer);
+            ModuleParameters parameters;
+            EXPECT_EQ(session_.table.Table(), DecodeEepromImage(state_.EepromBuffer, named, parameters));
+            EXPECT_EQ(state_.ModuleParameters, parameters);
+            return;
+        }
+        EXPECT_FALSE(calm_);
+        EXPECT_FALSE(state_.TableShown);
+        const bool untemplated = user_.WasTold("Chart template file RV52_Chart.oc3 not found.");
+        EXPECT_TRUE(closing_ ||
+                    shell_.caption == state_.BaseCaption + (untemplated ? "" : " - Data Buffer Empty"));
+        if (untemplated) return;
+        EXPECT_EQ(state_.ModuleParameters, before.parameters);
+        EXPECT_EQ(state_.EepromBuffer, EepromBuffer{});
+    }
+
+    void JudgeUpload(const Before& before) {
+        if (!closing_) {
+            EXPECT_EQ(shell_.caption, before.caption);
+            EXPECT_EQ(state_.TableShown, before.shown);
+        }
+        EXPECT_EQ(state_.TableType, before.type);
+        EXPECT_EQ(state_.ModuleParameters, before.parameters);
+        EXPECT_TRUE(!before.table || session_.table.Table() == *before.table);
+
+        const auto module = TypeNamedIn(state_.FirmwareId);
+        const bool refused = user_.WasTold("Cannot upload race data to EX version");
+        count_.refused += refused;
+        if (!user_.WasTold("Upload completed.")) {
+            EXPECT_TRUE(!calm_ || refused || !before.shown);
+            return;
+        }
+        ++count_.uploaded;
+        ASSERT_TRUE(before.shown && before.table);
+        EepromBuffer wanted{};
+        EncodeEepromImage(*before.table, before.parameters, module, wanted);
+        ExpectSeen(WriteExtent(module).ranges, wanted);
+    }
+
+    void JudgeVin(const Before& before) {
+        EXPECT_EQ(state_.TableType, before.type);
+        if (!user_.WasTold("Upload completed.\r\n")) return;
+        ++count_.vins;
+        const auto codes = VinCodes(state_.Vin);
+        ASSERT_TRUE(codes);
+        EepromBuffer wanted{};
+        std::copy(codes->begin(), codes->end(), wanted.begin() + kVinRanges.front().first);
+        ExpectSeen(kVinRanges, wanted);
+    }
+
+    void ExpectSeen(std::span<const TransferRange> ranges, const EepromBuffer& wanted) {
+        using Seen = WitnessedModule::Seen;
+        for (const auto& range : ranges) {
+            for (int index = range.first; index <= range.last; ++index) {
+                const int address = range.address.value + index - range.first;
+                const auto seen = module_.SeenAt(address);
+                const bool right =
+                    module_.Module().Eeprom()[address] == wanted[static_cast<std::size_t>(index)];
+                EXPECT_TRUE(seen == Seen::Falsified || (seen == Seen::AsItIs && right)) << address;
+            }
+        }
+    }
+
+    static constexpr int kMostTransfers = 5;
+    // A whole upload to an EX module yields so often, and has so many moments at which a fault can strike.
+    static constexpr int kYields = 6000;
+    static constexpr int kOpportunities = 1200;
+    static constexpr std::uint8_t kStrayBytes[] = {0x06, 0x0D, 0x10, 0x15, 0x16, 'E', 'X', 0x00, 0xFF};
 
     Dice dice_;
     SoakCount& count_;

@@ -1,33 +1,24 @@
-#include "support/IdleLine.h"
-#include "support/ShownTable.h"
-#include "support/TestSession.h"
+#include "core/Desk.h"
 #include "table/CellEditing.h"
 #include "table/GridCursor.h"
 
-#include <gtest/gtest.h>
 #include <tuple>
 #include <utility>
 
 namespace rv52::test {
 namespace {
 
-class CellEditingTest : public testing::Test {
+class CellEditingTest : public Desk {
  protected:
-    void Show(TableType type) { ShowAs(session, FlatTable(type, 30)); }
-    double Degrees(Cell cell) const { return session.table.Table().GetCell(cell); }
     void ExpectRefused(GridCell at, const std::string& text, const std::string& words) {
-        test.prompts.ExpectNotice(words, "Advance Edit", Icon::Critical);
+        prompts.ExpectNotice(words, "Advance Edit", Icon::Critical);
         EXPECT_FALSE(EndEdit(session, at, text)) << text;
-        EXPECT_TRUE(test.prompts.Done()) << text;
+        EXPECT_TRUE(prompts.Done()) << text;
     }
-
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
 };
 
 TEST_F(CellEditingTest, TakesRaceTextsFromZeroTo45AndNothingElse) {
-    Show(TableType::RACE);
+    ShowFlat(TableType::RACE, 30);
     MoveGridCursor(session, {7, 7});
     int redraws = 0;
     session.table.OnRedraw([&] { ++redraws; });
@@ -36,42 +27,37 @@ TEST_F(CellEditingTest, TakesRaceTextsFromZeroTo45AndNothingElse) {
         {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"},   {"0.1234", 0.1234, "0.1"}};
     for (const auto& [text, degrees, label] : accepted) {
         EXPECT_TRUE(EndEdit(session, {2, 3}, text)) << text;
-        EXPECT_EQ(session.sheet.Text({2, 3}), text);
-        EXPECT_EQ(Degrees({3, 7}), degrees) << text;
+        EXPECT_EQ(Text(GridCell{2, 3}), text);
+        EXPECT_EQ(Degrees(Cell{3, 7}), degrees) << text;
         EXPECT_EQ(std::exchange(redraws, 0), 1) << text;
         // The label keeps its place on the cursor's cell.
         EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {7, 2}, label}));
     }
     for (const std::string text : {"", "abc", "45.01", "-0.1", "1,5", "1e1", "5-", "nan", "0x10"})
         ExpectRefused({2, 3}, text, "Advance must be numeric value between zero and 45 degrees.");
-    EXPECT_EQ(session.sheet.Text({2, 3}), "0.1234");
-    EXPECT_EQ(Degrees({3, 7}), 0.1234);
+    EXPECT_EQ(Text(GridCell{2, 3}), "0.1234");
+    EXPECT_EQ(Degrees(Cell{3, 7}), 0.1234);
     EXPECT_EQ(session.chart.Label().text, "0.1");
 }
 
+// A transfer that failed may leave another type in force than the table on screen was loaded as: the limit
+// goes by the type in force.
 TEST_F(CellEditingTest, HoldsExCellsUnderTheirOwnMaximum) {
-    Show(TableType::EX);
-    session.state.ExMaxTable.SetCell({3, 10}, 32.5);
-    session.state.ExMaxTable.SetCell({4, 10}, 30);
-    const std::string words = "EX version advance must be numeric value between zero and ";
-    EXPECT_TRUE(EndEdit(session, {2, 3}, "32.5"));
-    ExpectRefused({2, 3}, "32.51", words + "32.5 degrees.");
-    ExpectRefused({2, 4}, "32.5", words + "30.0 degrees.");
-}
-
-// A transfer that failed may leave another type in force than the table on screen was loaded as.
-TEST_F(CellEditingTest, GoesByTheTypeInForce) {
-    Show(TableType::RACE);
-    session.state.TableType = TableType::EX;
-    session.state.ExMaxTable.SetCell({3, 10}, 20);
-    EXPECT_EQ(UpperLimit(session, {2, 3}), 20);
-    EXPECT_TRUE(EndEdit(session, {2, 3}, "19"));
-    EXPECT_EQ(Degrees({3, 7}), 19);
-
-    Show(TableType::EX);
+    for (const auto shown : {TableType::EX, TableType::RACE}) {
+        ShowFlat(shown, 30);
+        session.state.TableType = TableType::EX;
+        session.state.ExMaxTable.SetCell({3, 10}, 32.5);
+        session.state.ExMaxTable.SetCell({4, 10}, 30);
+        const std::string words = "EX version advance must be numeric value between zero and ";
+        EXPECT_TRUE(EndEdit(session, {2, 3}, "32.5"));
+        EXPECT_EQ(Degrees(GridCell{2, 3}), 32.5);
+        ExpectRefused({2, 3}, "32.51", words + "32.5 degrees.");
+        ExpectRefused({2, 4}, "32.5", words + "30.0 degrees.");
+    }
+    ShowFlat(TableType::EX, 30);
     session.state.TableType = TableType::RACE;
     EXPECT_TRUE(EndEdit(session, {11, 16}, "45"));
-    EXPECT_EQ(Degrees({16, 1}), 45);
+    EXPECT_EQ(Degrees(Cell{16, 1}), 45);
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "core/Desk.h"
 #include "core/table/RandomTable.h"
-#include "support/IdleLine.h"
-#include "support/TestSession.h"
 #include "table/FileCommands.h"
 #include "table/TableFile.h"
 
 #include <functional>
-#include <gtest/gtest.h>
 
 namespace rv52::test {
 
@@ -22,7 +20,7 @@ inline ModuleParameters SomeParameters() {
 }
 
 // For the commands on table files. The caption tells whether a command set it.
-class FileDesk : public testing::Test {
+class FileDesk : public Desk {
  protected:
     using Expectations = std::function<void()>;
 
@@ -70,13 +68,6 @@ class FileDesk : public testing::Test {
         EXPECT_FALSE(session.state.TableShown || test.view.shown);
         EXPECT_EQ(caption, under);
     }
-
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
-    ScriptedPrompts& prompts = test.prompts;
-    std::map<std::string, std::string>& files = test.files.contents;
-    std::string& caption = test.shell.caption;
 };
 
 }  // namespace rv52::test

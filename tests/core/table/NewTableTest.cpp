@@ -1,9 +1,6 @@
-#include "support/IdleLine.h"
-#include "support/ShownTable.h"
-#include "support/TestSession.h"
+#include "core/Desk.h"
 #include "table/NewTable.h"
 
-#include <gtest/gtest.h>
 #include <limits>
 #include <tuple>
 
@@ -24,58 +21,38 @@ TEST(NewAdvanceTest, GivesTheWorkedValues) {
 
 TEST(NewAdvanceTest, TheSlidersCountFromTheTop) {
     EXPECT_EQ(SettingAt(0), 9);
-    EXPECT_EQ(SettingAt(9), 0);
     for (int position = 0; position <= kLastSliderPosition; ++position) {
         EXPECT_EQ(TimingSliderStop(TableType::RACE, position), position);
         EXPECT_EQ(TimingSliderStop(TableType::EX, position), position < 4 ? 4 : position);
     }
 }
 
-class NewTableTest : public testing::Test {
+class NewTableTest : public Desk {
  protected:
     void ShowOldTable() {
-        ShowAs(session, FlatTable(TableType::RACE, 20));
-        test.shell.caption = "as it was";
+        ShowFlat(TableType::RACE, 20);
+        caption = "as it was";
     }
     void ExpectQuestion(Answer answer) {
-        test.prompts.ExpectQuestion("Save advance table before closing file?", "Close File", answer);
+        prompts.ExpectQuestion("Save advance table before closing file?", "Close File", answer);
     }
     void AnswerType(const char* answer) {
-        test.prompts.ExpectText({"Enter table type (Race or EX)", "Create New Advance Table", "Race"},
-                                answer);
+        prompts.ExpectText({"Enter table type (Race or EX)", "Create New Advance Table", "Race"}, answer);
     }
     void ExpectHidden() {
         EXPECT_FALSE(session.state.TableShown || test.view.shown);
-        EXPECT_EQ(test.shell.caption, session.state.BaseCaption);
+        EXPECT_EQ(caption, session.state.BaseCaption);
     }
     void OnDialog(std::function<void(NewTable&)> act) { test.shell.whileNewTableOpen = std::move(act); }
-
-    IdleLine line;
-    TestSession test{line};
-    Session& session = test.session;
-    ModuleParameters& parameters = session.state.ModuleParameters;
 };
 
-TEST_F(NewTableTest, AsksForTheType) {
-    const std::pair<const char*, TableType> cases[] = {{"ex", TableType::EX},
-                                                       {"Ex", TableType::EX},
-                                                       {" EX", TableType::RACE},
-                                                       {"EX2", TableType::RACE},
-                                                       {"", TableType::RACE}};
-    for (const auto& [answer, type] : cases) {
-        AnswerType(answer);
-        mnuNewTable_Click(session);
-        EXPECT_EQ(session.state.TableType, type) << answer;
-        EXPECT_EQ(session.table.Table().Type(), type);
-    }
-    EXPECT_EQ(test.shell.newTableDialogs, 5);
-}
-
 TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
-    using Case = std::tuple<const char*, int, int, int>;  // timing before and after, rear offset after
-    for (const auto& [answer, before, timing, rear] :
-         {Case{"Race", 2, 2, 3}, Case{"EX", 2, 0, 0}, Case{"EX", -2, -2, 0}}) {
-        const auto type = TypeNamedIn(answer);
+    // The answer, its type, and what becomes of an initial timing and of a rear offset of 3.
+    using Case = std::tuple<const char*, TableType, int, int, int>;
+    const Case cases[] = {{"Race", TableType::RACE, 2, 2, 3}, {"", TableType::RACE, 2, 2, 3},
+                          {" EX", TableType::RACE, 2, 2, 3},  {"EX2", TableType::RACE, 2, 2, 3},
+                          {"ex", TableType::EX, 2, 0, 0},     {"EX", TableType::EX, -2, -2, 0}};
+    for (const auto& [answer, type, before, timing, rear] : cases) {
         ShowOldTable();
         parameters = {};
         parameters.RPMLimit = 8000;
@@ -84,7 +61,7 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
         ModuleParameters expected = parameters;
         expected.InitialTiming = static_cast<std::int16_t>(timing);
         expected.RearOffset = static_cast<std::int16_t>(rear);
-        OnDialog([&](NewTable& newTable) {
+        OnDialog([&, type = type](NewTable& newTable) {
             EXPECT_EQ(newTable.AdvSlope + newTable.InitTiming, 0);
             EXPECT_EQ(newTable.MinTable, LoadLimitTable(test.files, type, Limit::Minimum));
             EXPECT_EQ(newTable.MaxTable, LoadLimitTable(test.files, type, Limit::Maximum));
@@ -100,9 +77,10 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
         mnuNewTable_Click(session);
         // Closed without Update or OK.
         ExpectHidden();
+        EXPECT_EQ(session.state.TableType, type);
         EXPECT_EQ(session.table.Table(), AdvanceTable(type));
     }
-    EXPECT_EQ(test.shell.newTableDialogs, 3);
+    EXPECT_EQ(test.shell.newTableDialogs, 6);
 }
 
 TEST_F(NewTableTest, AsksFirstWhenATableIsShown) {
@@ -110,13 +88,13 @@ TEST_F(NewTableTest, AsksFirstWhenATableIsShown) {
     ExpectQuestion(Answer::Cancel);
     mnuNewTable_Click(session);
     EXPECT_TRUE(session.state.TableShown);
-    EXPECT_EQ(test.shell.caption, "as it was");
+    EXPECT_EQ(caption, "as it was");
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 20));
     EXPECT_EQ(test.shell.newTableDialogs, 0);
 
     // It goes on whatever comes of saving.
     ExpectQuestion(Answer::Yes);
-    test.prompts.ExpectSave("");
+    prompts.ExpectSave("");
     AnswerType("Race");
     mnuNewTable_Click(session);
     EXPECT_EQ(test.shell.newTableDialogs, 1);
@@ -129,16 +107,16 @@ TEST_F(NewTableTest, EndsWithoutItsFiles) {
         {"Race", "RV52_Max.dat", "New Table", "RV52_Max.dat not found."},
         {"EX", "RV52_EX_Min.dat", "New Table", "RV52_EX_Min.dat not found."},
         {"EX", "RV52_EX_Max.dat", "New Table", "RV52_EX_Max.dat not found."}};
-    const auto all = test.files.contents;
+    const auto all = files;
     for (const auto& [answer, file, title, text] : cases) {
         SCOPED_TRACE(file);
-        test.files.contents = all;
+        files = all;
         ShowOldTable();
         parameters.RearOffset = 3;
-        test.files.contents.erase("/program/" + file);
+        files.erase("/program/" + file);
         ExpectQuestion(Answer::No);
         AnswerType(answer);
-        test.prompts.ExpectNotice(text, title, Icon::Critical);
+        prompts.ExpectNotice(text, title, Icon::Critical);
         mnuNewTable_Click(session);
         ExpectHidden();
         EXPECT_EQ(session.state.TableType, TypeNamedIn(answer));
@@ -167,7 +145,7 @@ TEST_F(NewTableTest, CreatesAndShowsTheTable) {
             EXPECT_EQ(session.sheet.Text({lowest.RowCount(), 1}), "0.0");
             EXPECT_TRUE(session.state.TableShown && test.view.shown);
             EXPECT_EQ(session.sheet.Cursor(), (GridCell{3, 3}));
-            EXPECT_EQ(test.shell.caption, session.state.BaseCaption);
+            EXPECT_EQ(caption, session.state.BaseCaption);
         });
         mnuNewTable_Click(session);
         EXPECT_TRUE(session.state.TableShown);
