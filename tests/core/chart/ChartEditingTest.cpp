@@ -1,6 +1,7 @@
 #include "app/Commands.h"
 #include "chart/ChartEditing.h"
 #include "core/Desk.h"
+#include "table/GridCursor.h"
 #include "table/Numbers.h"
 
 #include <random>
