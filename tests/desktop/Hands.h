@@ -73,10 +73,10 @@ inline int PaintsOf(QWidget& widget, const Act& change) {
         }
         int paints = 0;
     } count;
-    QApplication::processEvents();
+    QTest::qWait(1);
     widget.installEventFilter(&count);
     change();
-    QApplication::processEvents();
+    QTest::qWait(1);
     return count.paints;
 }
 
