@@ -20,11 +20,6 @@ class ScriptedPeer : public Peer {
         return *this;
     }
 
-    ScriptedPeer& ThenHangUp() {
-        script_.push_back({{}, true});
-        return *this;
-    }
-
     PeerAnswer Receive(std::uint8_t byte) override {
         received.push_back(byte);
         if (script_.empty()) return {};

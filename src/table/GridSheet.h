@@ -56,8 +56,6 @@ class GridSheet {
     const GridRange& Selection() const { return selection_; }
     // The data cells of the selection; nothing when it lies on headers only.
     std::optional<GridRange> SelectedData() const;
-    // The selection collapses to the cursor's cell.
-    void SetCursor(GridCell at) { Select({at, at}, at); }
     void Select(const GridRange& range, GridCell cursor);
 
     bool Editable() const { return editable_; }

@@ -11,10 +11,10 @@ namespace rv52 {
 // A picture of README or of the help: one of the tour's, smaller, or a part of it. The tour draws two pixels
 // for each of the window's.
 struct DocumentPicture {
-    const char* taken;  // the tour's name for it
-    const char* file;   // in the project's folder
-    double scale;       // of the tour's picture
-    double width = 1;   // the part around its middle that is wanted
+    const char* taken = nullptr;  // the tour's name for it
+    const char* file = nullptr;   // in the project's folder
+    double scale = 1;             // of the tour's picture
+    double width = 1;             // the part around its middle that is wanted
     double height = 1;
 };
 

@@ -161,7 +161,7 @@ QImage Robot::Picture() const {
     };
     auto* menu = QApplication::activePopupWidget();
     auto* over = menu != nullptr ? menu : QApplication::activeModalWidget();
-    const auto window = plain(*window_.window());
+    auto window = plain(*window_.window());
     if (over == nullptr) return window;
     const auto box = plain(*over);
     const auto size = window.size().expandedTo(box.size() + QSize(20, 20));
