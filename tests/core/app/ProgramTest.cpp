@@ -111,7 +111,6 @@ TEST_F(ProgramTest, OneCommandAtATimeAndWhatHadToWaitFollowsIt) {
 }
 
 TEST_F(ProgramTest, ARefusedCellEditKeepsACommandFromStarting) {
-    Start();
     test_.view.editorAccepts = false;
     bool ran = false;
     RunCommand(session_, [&](Session&) { ran = true; });
@@ -129,19 +128,6 @@ TEST_F(ProgramTest, AboutNamesBrandVersionAndMaker) {
         "Company\r\nTown\r\n",
         "About", Icon::Information);
     mnuAbout_Click(session_);
-}
-
-TEST_F(ProgramTest, EscapeHidesTheValueLabelAndAsksForAnAbort) {
-    Start();
-    ShowSomeTable();
-    SetUpTableGrid(session_, TableType::RACE);
-    MoveGridCursor(session_, {8, 3});
-    EXPECT_EQ(session_.chart.Label(), (ValueLabel{true, {3, 1}, "0.0"}));
-    EscapePressed(session_);
-    EXPECT_FALSE(session_.chart.Label().shown);
-    EXPECT_TRUE(session_.state.AbortRequested);
-    MoveGridCursor(session_, {0, 0});
-    EXPECT_FALSE(session_.chart.Label().shown);
 }
 
 }  // namespace

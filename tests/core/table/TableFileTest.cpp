@@ -18,22 +18,13 @@ TableFileParameters Read(std::string_view text, const ModuleParameters& current 
 }
 
 TEST(TableFileTest, WritesTheParametersAfterTheTable) {
-    ModuleParameters parameters;
-    parameters.RPMLimit = 5700;
-    parameters.InitialTiming = -3;
     const AdvanceTable table(TableType::RACE);
-    EXPECT_EQ(FormatTableFile(table, parameters), FormatTableBlock(table) +
-                                                      "!Module Parameters\r\n"
-                                                      "!InitialTiming: -3\r\n"
-                                                      "!RearOffset: 0\r\n"
-                                                      "!RPMLimit: 5700\r\n"
-                                                      "!CrankRevs: 0\r\n"
-                                                      "!FixedLimFlag: False\r\n"
-                                                      "!SelEEPROMTblFlag: True\r\n"
-                                                      "!FixedInitialTmgFlag: False\r\n"
-                                                      "!VSSFreq: 1424\r\n"
-                                                      "!TachEnableFlag: False\r\n"
-                                                      "!Version: RACE\r\n");
+    const ModuleParameters parameters{-3, 0, 0, 5700, 1424, false, true, false, false, 0};
+    const char* section =
+        "!Module Parameters\r\n!InitialTiming: -3\r\n!RearOffset: 0\r\n!RPMLimit: 5700\r\n!CrankRevs: 0\r\n"
+        "!FixedLimFlag: False\r\n!SelEEPROMTblFlag: True\r\n!FixedInitialTmgFlag: False\r\n!VSSFreq: 1424\r\n"
+        "!TachEnableFlag: False\r\n!Version: RACE\r\n";
+    EXPECT_EQ(FormatTableFile(table, parameters), FormatTableBlock(table) + section);
 }
 
 TEST(TableFileTest, CarriesEveryByteOfAModule) {
