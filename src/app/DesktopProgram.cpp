@@ -20,8 +20,9 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
         devices_.Override(commPort, device);
     // Under Wayland the desktop finds the program's name and icon by its entry.
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane_rv52"));
+    // A bitmap: the libraries that draw a vector picture would stay in memory for this one icon.
     QGuiApplication::setWindowIcon(
-        QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.svg")));
+        QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.png")));
     prompts_.SetParent(&window_);
     printer_.SetParent(&window_);
     printer_.SetChartDrawing(
