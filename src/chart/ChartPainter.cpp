@@ -121,8 +121,8 @@ QFont BoldOf(QFont font) {
 
 void PaintScene(QPainter& painter, const Scene& scene, const ChartColours& colours) {
     painter.save();
-    painter.setRenderHint(QPainter::Antialiasing, true);
     painter.fillRect(ToQt(scene.areas.whole), colours.background);
+    painter.setRenderHint(QPainter::Antialiasing, true);
     const double mark = scene.areas.plot.left - scene.areas.plotting.left;
 
     painter.save();
@@ -147,11 +147,11 @@ void PaintOverlay(QPainter& painter, const Scene& scene, const Overlay& overlay,
     painter.setBrush(Qt::NoBrush);
     painter.save();
     painter.setClipRect(ToQt(scene.areas.plotting), Qt::IntersectClip);
-    PaintCased(painter, colours, [&] {
-        for (const auto& curve : overlay.cursor)
-            for (std::size_t next = 1; next < curve.size(); ++next)
-                painter.drawLine(ToQt(curve[next - 1]), ToQt(curve[next]));
-    });
+    QList<QLineF> cursor;
+    for (const auto& curve : overlay.cursor)
+        for (std::size_t next = 1; next < curve.size(); ++next)
+            cursor.append(QLineF(ToQt(curve[next - 1]), ToQt(curve[next])));
+    PaintCased(painter, colours, [&] { painter.drawLines(cursor); });
     DrawLines(painter, overlay.ghost, LinePen(colours.ghost, 1.2 * colours.meshLine));
     if (overlay.limit) PaintLimit(painter, *overlay.limit, colours);
     if (overlay.hover) {
