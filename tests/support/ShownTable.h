@@ -1,10 +1,12 @@
 #pragma once
 
-#include "app/Session.h"
+#include "support/TestSession.h"
 #include "table/LimitTables.h"
 #include "table/TableDisplay.h"
 
+#include <gtest/gtest.h>
 #include <stdexcept>
+#include <tuple>
 
 namespace rv52::test {
 
@@ -18,6 +20,19 @@ inline void ShowAs(Session& session, const AdvanceTable& table) {
     SetUpTableGrid(session, table.Type());
     FillAndShowTable(session, {0, 0});
     SetEditingPermission(session, table.Type());
+}
+
+// What the user sees of it, in words.
+inline std::string OnScreen(const TestSession& test) {
+    const auto& [sheet, chart] = std::tie(test.session.sheet, test.session.chart);
+    EXPECT_EQ(test.view.shown, test.session.state.TableShown);
+    const auto cursor = sheet.Cursor();
+    return std::string(ToText(test.session.state.TableType)) + (test.view.shown ? " shown, " : " hidden, ") +
+           std::to_string(sheet.RowCount() - 1) + " rows, at " + std::to_string(cursor.row) + " " +
+           std::to_string(cursor.column) + (sheet.Editable() ? ", editable" : ", fixed") +
+           (chart.Interactive() ? ", chart editable" : ", chart fixed") + ", template of " +
+           std::to_string(chart.Template() ? chart.Template()->rows : 0) +
+           (chart.Label().shown ? ", label " + chart.Label().text : "") + ": " + test.shell.caption;
 }
 
 // A table whose cells all hold the same advance.

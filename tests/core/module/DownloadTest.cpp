@@ -1,7 +1,7 @@
 #include "app/Commands.h"
 #include "module/Download.h"
 #include "support/PatternModule.h"
-#include "table/TableDisplay.h"
+#include "support/ShownTable.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -25,18 +25,13 @@ void ExpectRest(const ConnectedModule& at, const std::string& caption, bool show
     EXPECT_FALSE(at.shell.progressShown);
 }
 
-// An edited RACE table on screen, and parameters of its own.
+// A RACE table on screen, and parameters of its own.
 AdvanceTable ShowOldTable(ConnectedModule& at) {
-    AdvanceTable table(TableType::RACE);
-    table.SetCell({3, 4}, 12.5);
-    at.session.table.Replace(table);
-    at.state.TableType = TableType::RACE;
+    ShowAs(at.session, FlatTable(TableType::RACE, 12.5));
     at.state.ModuleParameters.RPMLimit = 7700;
     at.state.EepromBuffer.fill(0x11);
-    SetUpTableGrid(at.session, TableType::RACE);
-    ShowTable(at.session);
     at.shell.caption = kBase + " - mine.tbl";
-    return table;
+    return at.session.table.Table();
 }
 
 TEST(DownloadTest, BringsTableAndParametersOnScreen) {
@@ -62,7 +57,6 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
             EXPECT_EQ(at.shell.progress.at(0).caption, "Reading EEPROM");
             EXPECT_EQ(at.shell.progress.at(0).percents, ex ? Percents(288, 287) : Percents(135, 134));
 
-            EXPECT_EQ(at.state.TableType, type);
             const auto& table = at.session.table.Table();
             EXPECT_EQ(table.Type(), type);
             ForEachCell(type, [&](Cell cell) {
@@ -72,15 +66,12 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
             const ModuleParameters expected{0, 1, 2, 5700, 1424, false, false, false, true, 0xB6};
             EXPECT_EQ(at.state.ModuleParameters, expected);
 
-            EXPECT_EQ(at.session.sheet.RowCount(), RowCount(type) + 1);
-            EXPECT_EQ(at.session.sheet.Text({0, 0}), "MAP/RPM");
             EXPECT_EQ(at.session.sheet.Text({1, 0}), ex ? "10" : "16");
             EXPECT_EQ(at.session.sheet.Text({1, 1}), ex ? "28.5" : "0.5");
-            EXPECT_EQ(at.session.sheet.Cursor(), (GridCell{0, 0}));
-            EXPECT_EQ(at.session.sheet.Editable(), !ex);
-            EXPECT_EQ(at.session.chart.Interactive(), !ex);
-            EXPECT_FALSE(at.session.chart.Label().shown);
-            EXPECT_EQ(at.session.chart.Template()->rows, RowCount(type));
+            EXPECT_EQ(OnScreen(at.connected.test),
+                      (ex ? "EX shown, 11 rows, at 0 0, fixed, chart fixed, template of 11: "
+                          : "RACE shown, 8 rows, at 0 0, editable, chart editable, template of 8: ") +
+                          kBase + " - Downloaded Data");
             EXPECT_EQ(at.shell.placements, 1);
         }
     }

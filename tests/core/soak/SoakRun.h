@@ -113,28 +113,22 @@ class SoakRun {
     }
 
     void Strike() {
-        switch (dice_.Below(9)) {
-            case 0:
-                return EscapePressed(session_);
-            case 1:
-                closing_ = true;
-                return RequestExit(session_);
-            case 2:
-                return WindowResized(session_);
-            case 3:
-                return RunCommand(session_, dice_.OneIn(2) ? mnuDownload_Click : mnuUpload_Click);
-            case 4:
-                module_.NoteStray();
-                return line_.Inject(dice_.Of(kStrayBytes));
-            case 5:
-                return line_.HangUp();
-            case 6:
-                return line_.Advance(std::chrono::milliseconds(dice_.Magnitude(3000)));
-            default:
-                for (int left = dice_.Below(6); left > 0; --left)
-                    line_.Raise(static_cast<LineCondition>(dice_.Below(6)));
-                ++count_.lineErrors;
-        }
+        const auto raiseSome = [this] {
+            for (int left = dice_.Below(6); left > 0; --left)
+                line_.Raise(static_cast<LineCondition>(dice_.Below(6)));
+            ++count_.lineErrors;
+        };
+        const std::function<void()> strikes[] = {
+            [this] { EscapePressed(session_); },
+            [this] { closing_ = true, RequestExit(session_); },
+            [this] { WindowResized(session_); },
+            [this] { RunCommand(session_, dice_.OneIn(2) ? mnuDownload_Click : mnuUpload_Click); },
+            [this] { module_.NoteStray(), line_.Inject(dice_.Of(kStrayBytes)); },
+            [this] { line_.HangUp(); },
+            [this] { line_.Advance(std::chrono::milliseconds(dice_.Magnitude(3000))); },
+            raiseSome,
+            raiseSome};
+        dice_.Of(strikes)();
     }
 
     void Transfer() {
@@ -167,16 +161,19 @@ class SoakRun {
         EXPECT_EQ(session_.sheet.RowCount(), table.RowCount() + 1);
     }
 
+    // Closing may have saved, or shut, the table by now.
+    void ExpectUnchanged(const Before& before) {
+        EXPECT_TRUE(closing_ || (shell_.caption == before.caption && state_.TableShown == before.shown));
+        EXPECT_EQ(state_.TableType, before.type);
+        EXPECT_EQ(state_.ModuleParameters, before.parameters);
+        EXPECT_TRUE(!before.table || session_.table.Table() == *before.table);
+    }
+
     void JudgeDownload(const Before& before) {
         const auto answered = [&](Answer answer) {
             return user_.Answered("Save advance table before downloading?", answer);
         };
-        if (answered(Answer::Cancel)) {
-            EXPECT_EQ(state_.TableShown, before.shown);
-            EXPECT_EQ(state_.TableType, before.type);
-            EXPECT_TRUE(closing_ || shell_.caption == before.caption);
-            return;
-        }
+        if (answered(Answer::Cancel)) return ExpectUnchanged(before);
         const bool identified = user_.WasTold("Firmware ID: " + state_.FirmwareId);
         const auto named = TypeNamedIn(state_.FirmwareId);
         if (identified)
@@ -205,14 +202,7 @@ class SoakRun {
     }
 
     void JudgeUpload(const Before& before) {
-        if (!closing_) {
-            EXPECT_EQ(shell_.caption, before.caption);
-            EXPECT_EQ(state_.TableShown, before.shown);
-        }
-        EXPECT_EQ(state_.TableType, before.type);
-        EXPECT_EQ(state_.ModuleParameters, before.parameters);
-        EXPECT_TRUE(!before.table || session_.table.Table() == *before.table);
-
+        ExpectUnchanged(before);
         const auto module = TypeNamedIn(state_.FirmwareId);
         const bool refused = user_.WasTold("Cannot upload race data to EX version");
         count_.refused += refused;

@@ -54,31 +54,26 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
                           {"ex", TableType::EX, 2, 0, 0},     {"EX", TableType::EX, -2, -2, 0}};
     for (const auto& [answer, type, before, timing, rear] : cases) {
         ShowOldTable();
-        parameters = {};
         parameters.RPMLimit = 8000;
         parameters.RearOffset = 3;
         parameters.InitialTiming = static_cast<std::int16_t>(before);
-        ModuleParameters expected = parameters;
-        expected.InitialTiming = static_cast<std::int16_t>(timing);
-        expected.RearOffset = static_cast<std::int16_t>(rear);
-        OnDialog([&, type = type](NewTable& newTable) {
+        const std::string screen =
+            type == TableType::RACE ? "RACE hidden, 8 rows, at 0 0, editable, chart editable, template of 8: "
+                                    : "EX hidden, 11 rows, at 0 0, fixed, chart fixed, template of 11: ";
+        OnDialog([&, kind = type](NewTable& newTable) {
             EXPECT_EQ(newTable.AdvSlope + newTable.InitTiming, 0);
-            EXPECT_EQ(newTable.MinTable, LoadLimitTable(test.files, type, Limit::Minimum));
-            EXPECT_EQ(newTable.MaxTable, LoadLimitTable(test.files, type, Limit::Maximum));
-            ExpectHidden();
-            EXPECT_EQ(session.sheet.RowCount(), RowCount(type) + 1);
-            EXPECT_EQ(session.sheet.Editable(), type == TableType::RACE);
-            EXPECT_EQ(session.chart.Interactive(), type == TableType::RACE);
-            EXPECT_EQ(session.chart.Template()->rows, RowCount(type));
-            EXPECT_EQ(parameters, expected);
+            EXPECT_EQ(newTable.MinTable, LoadLimitTable(test.files, kind, Limit::Minimum));
+            EXPECT_EQ(newTable.MaxTable, LoadLimitTable(test.files, kind, Limit::Maximum));
         });
         ExpectQuestion(Answer::No);
         AnswerType(answer);
         mnuNewTable_Click(session);
         // Closed without Update or OK.
-        ExpectHidden();
-        EXPECT_EQ(session.state.TableType, type);
+        EXPECT_EQ(OnScreen(test), screen + session.state.BaseCaption);
         EXPECT_EQ(session.table.Table(), AdvanceTable(type));
+        EXPECT_EQ(parameters.RPMLimit, 8000);
+        EXPECT_EQ(parameters.RearOffset, rear);
+        EXPECT_EQ(parameters.InitialTiming, timing);
     }
     EXPECT_EQ(test.shell.newTableDialogs, 6);
 }

@@ -41,7 +41,7 @@ TEST_F(OpenTableTest, KeepsTheParametersOfAFileWhoseTableItCannotShow) {
         Open(path, [&] { prompts.ExpectNotice(text, "File Open", Icon::Critical); });
         ExpectHidden(kBase);
         EXPECT_EQ(session.state.TableType, type);
-        EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
+        EXPECT_EQ(parameters, SomeParameters());
         EXPECT_EQ(session.table.Table(), kept) << "the values stay as they are";
         files = good;
     };
@@ -70,14 +70,14 @@ TEST_F(OpenTableTest, ReportsWhatItCannotRead) {
         prompts.ExpectError("cannot read /a.tbl", Answer::Abort);
     });
     ExpectHidden("as it was");
-    EXPECT_EQ(session.state.ModuleParameters, ModuleParameters{});
+    EXPECT_EQ(parameters, ModuleParameters{});
 
     // Going on without the content: nothing is stated, and there is no data block.
     Open("/a.tbl", [&] {
         prompts.ExpectError("cannot read /a.tbl", Answer::Ignore);
         prompts.ExpectNotice("Chart template file RV52_Chart.oc3 not found.", "File Open", Icon::Critical);
     });
-    EXPECT_EQ(session.state.ModuleParameters.RPMLimit, 5700);
+    EXPECT_EQ(parameters.RPMLimit, 5700);
     EXPECT_EQ(caption, kBase);
 }
 
@@ -91,12 +91,12 @@ TEST_F(OpenTableTest, AsksForEachValueThatIsNo16BitNumber) {
         prompts.ExpectError("The value of !RearOffset is no 16-bit whole number.", Answer::Ignore);
     });
     EXPECT_TRUE(session.state.TableShown);
-    EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
+    EXPECT_EQ(parameters, SomeParameters());
 
     ExpectOpeningQuestion(Answer::No);
     Open("/a.tbl", [&] { prompts.ExpectError(vss, Answer::Abort); });
     EXPECT_FALSE(session.state.TableShown);
-    EXPECT_EQ(session.state.ModuleParameters.RPMLimit, 5700) << "what was assumed before the value stays";
+    EXPECT_EQ(parameters.RPMLimit, 5700) << "what was assumed before the value stays";
 }
 
 TEST_F(OpenTableTest, OffersAMissingFileAgain) {

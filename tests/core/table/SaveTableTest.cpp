@@ -12,16 +12,16 @@ TEST_F(SaveTableTest, OpensAsTheSameTable) {
         const bool race = type == TableType::RACE;
         const auto table = RandomTable(type, 3);
         ShowTable(table);
-        session.state.ModuleParameters = SomeParameters();
-        session.state.ModuleParameters.FlagByte = 0x40;
+        parameters = SomeParameters();
+        parameters.FlagByte = 0x40;
         // A transfer to a module of the other type may have left its type behind.
         session.state.TableType = race ? TableType::EX : TableType::RACE;
         Save("/home/tuner/street.tbl");
         EXPECT_TRUE(session.state.TableShown);
-        EXPECT_EQ(session.state.ModuleParameters.FlagByte, 0x40);
+        EXPECT_EQ(parameters.FlagByte, 0x40);
         EXPECT_EQ(caption, kBase + " - street.tbl");
 
-        session.state.ModuleParameters = {};
+        parameters = {};
         session.table.Replace(AdvanceTable(TableType::RACE));
         session.chart.ShowLabel({1, 1}, "7.0");
         session.sheet.SetEditable(!race);
@@ -32,24 +32,19 @@ TEST_F(SaveTableTest, OpensAsTheSameTable) {
         else
             OpenTableFile(session, "/home/tuner/street.tbl");  // as from the command line
         EXPECT_EQ(session.table.Table(), table);
-        EXPECT_EQ(session.state.TableType, type);
-        EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
-        EXPECT_TRUE(session.state.TableShown && test.view.shown);
-        EXPECT_EQ(caption, kBase + " - street.tbl");
-        EXPECT_EQ(session.sheet.RowCount(), RowCount(type) + 1);
-        EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
-        EXPECT_EQ(session.sheet.Editable(), race);
-        EXPECT_EQ(session.chart.Interactive(), race);
-        EXPECT_EQ(session.chart.Template()->rows, RowCount(type));
-        EXPECT_FALSE(session.chart.Label().shown);
+        EXPECT_EQ(parameters, SomeParameters());
+        const std::string screen =
+            race ? "RACE shown, 8 rows, at 0 0, editable, chart editable, template of 8: "
+                 : "EX shown, 11 rows, at 0 0, fixed, chart fixed, template of 11: ";
+        EXPECT_EQ(OnScreen(test), screen + kBase + " - street.tbl");
         EXPECT_EQ(test.shell.placements, 1);
         EXPECT_EQ(test.files.reads, 2) << "the table file and the template, each once";
         files.erase("/home/tuner/street.tbl");
     }
     const auto& dialogs = prompts.dialogs;
     EXPECT_EQ(dialogs.at(0).title + "; " + dialogs.at(1).title, "Save File; Open File");
-    EXPECT_EQ(dialogs.at(0).filter, "Advance table files (*.tbl)|*.tbl");
-    EXPECT_EQ(dialogs.at(1).filter, "Advance table files (*.tbl)|*.tbl");
+    for (const auto& dialog : dialogs)
+        EXPECT_EQ(dialog.filter, "Advance table files (*.tbl)|*.tbl");
 }
 
 TEST_F(SaveTableTest, RefusesWithoutATableSinceStartUp) {
@@ -73,7 +68,7 @@ TEST_F(SaveTableTest, ReplacesAFileOnlyWhenTold) {
     EXPECT_EQ(caption, "as it was");
 
     Save("/old.tbl", [&] { ExpectReplaceQuestion("/old.tbl", Answer::Yes); });
-    EXPECT_EQ(files["/old.tbl"], FormatTableFile(session.table.Table(), session.state.ModuleParameters));
+    EXPECT_EQ(files["/old.tbl"], FormatTableFile(session.table.Table(), parameters));
     EXPECT_EQ(caption, kBase + " - old.tbl");
 }
 
@@ -102,7 +97,7 @@ TEST_F(SaveTableTest, AFailedSaveClosesTheTableUnlessTold) {
 
 TEST_F(SaveTableTest, ClosingHidesTheTableAndKeepsIt) {
     ShowTable(RandomTable(TableType::EX, 1));
-    session.state.ModuleParameters = SomeParameters();
+    parameters = SomeParameters();
     ExpectClosingQuestion(Answer::Cancel);
     mnuCloseTable_Click(session);
     EXPECT_TRUE(session.state.TableShown);
@@ -114,7 +109,7 @@ TEST_F(SaveTableTest, ClosingHidesTheTableAndKeepsIt) {
     ExpectHidden(kBase);
     EXPECT_EQ(session.table.Table(), RandomTable(TableType::EX, 1));
     EXPECT_EQ(session.state.TableType, TableType::EX);
-    EXPECT_EQ(session.state.ModuleParameters, SomeParameters());
+    EXPECT_EQ(parameters, SomeParameters());
 
     mnuCloseTable_Click(session);  // without a table there is nothing to ask
     ExpectHidden(kBase);
