@@ -1,15 +1,14 @@
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -20,37 +19,15 @@ namespace {
 using namespace std::chrono_literals;
 using Bytes = std::vector<std::uint8_t>;
 
-// Nothing when the other end says none for five seconds, or is gone.
-std::optional<std::uint8_t> ReadByte(int descriptor) {
-    pollfd event{descriptor, POLLIN, 0};
-    std::uint8_t byte = 0;
-    if (poll(&event, 1, 5000) <= 0 || read(descriptor, &byte, 1) != 1) return std::nullopt;
-    return byte;
-}
-
 // The simulator's program as a child process, ended with this.
 class SimulatorProgram {
  public:
-    explicit SimulatorProgram(std::vector<std::string> arguments) {
-        std::array<int, 2> out{};
-        EXPECT_EQ(pipe2(out.data(), O_CLOEXEC), 0);
-        std::string program = RV52_SIMULATOR;
-        std::vector<char*> argv{program.data()};
-        for (auto& argument : arguments)
-            argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t actions;
-        posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        EXPECT_EQ(posix_spawn(&pid_, program.c_str(), &actions, nullptr, argv.data(), environ), 0);
-        posix_spawn_file_actions_destroy(&actions);
-        close(out[1]);
-        for (auto byte = ReadByte(out[0]); byte && byte != '\n'; byte = ReadByte(out[0]))
-            firstLine_ += static_cast<char>(*byte);
-        close(out[0]);
-    }
+    explicit SimulatorProgram(const std::string& arguments)
+        : out_(popen(("echo $$; exec '" RV52_SIMULATOR "' " + arguments).c_str(), "r")),
+          pid_(std::stoi(ReadLine())),
+          firstLine_(ReadLine()) {}
     ~SimulatorProgram() {
-        if (pid_ > 0) End(SIGKILL);
+        if (out_ != nullptr) End(SIGKILL);
     }
     SimulatorProgram(const SimulatorProgram&) = delete;
     SimulatorProgram& operator=(const SimulatorProgram&) = delete;
@@ -60,25 +37,33 @@ class SimulatorProgram {
     // Sends it a signal, none when 0, and waits for its end: the exit status, or −1 for another end.
     int End(int signal) {
         if (signal != 0) kill(pid_, signal);
-        int status = 0;
-        waitpid(std::exchange(pid_, -1), &status, 0);
+        const int status = pclose(std::exchange(out_, nullptr));
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
  private:
-    pid_t pid_ = -1;
+    std::string ReadLine() {
+        std::string line;
+        for (int letter = fgetc(out_); letter != '\n' && letter != EOF; letter = fgetc(out_))
+            line += static_cast<char>(letter);
+        return line;
+    }
+
+    FILE* out_;
+    pid_t pid_;
     std::string firstLine_;
 };
 
-// Sends these on the device, opened for it, and waits for this many bytes; fewer when it is gone or silent.
+// Sends these on the device, opened for it, and waits for this many bytes; fewer when it is gone, or silent
+// for five seconds.
 Bytes Exchange(const std::string& path, const Bytes& sent, std::size_t count) {
     const int device = open(path.c_str(), O_RDWR | O_NOCTTY);
     EXPECT_EQ(write(device, sent.data(), sent.size()), static_cast<ssize_t>(sent.size())) << path;
     Bytes received;
-    for (auto byte = ReadByte(device); byte; byte = ReadByte(device)) {
-        received.push_back(*byte);
-        if (received.size() == count) break;
-    }
+    pollfd event{device, POLLIN, 0};
+    std::uint8_t byte = 0;
+    while (received.size() < count && poll(&event, 1, 5000) > 0 && read(device, &byte, 1) == 1)
+        received.push_back(byte);
     close(device);
     return received;
 }
@@ -96,7 +81,7 @@ TEST(SimulatorProgramTest, ServesAcrossOpensAndKeepsItsMemory) {
     const test::TemporaryFolder folder;
     const auto image = folder.Path() / "module.bin";
     for (const int signal : {SIGTERM, SIGINT}) {
-        SimulatorProgram simulator({"--echo", "off", "--type", "EX", "--image", image});
+        SimulatorProgram simulator("--echo off --type EX --image " + image.string());
         const auto& device = simulator.FirstLine();
         EXPECT_EQ(Exchange(device, {0x10}, 17), BytesOf("RV52A EX SIM 8.1\r"));
         EXPECT_EQ(Exchange(device, {0x14, 0x00, 0x01}, 1), Bytes{0x06});
@@ -110,7 +95,7 @@ TEST(SimulatorProgramTest, ServesAcrossOpensAndKeepsItsMemory) {
 TEST(SimulatorProgramTest, CarriesEveryByteValueInTheTimeOfARealLine) {
     const test::TemporaryFolder folder;
     const auto trace = folder.Path() / "wire.txt";
-    SimulatorProgram simulator({"--pace=20000", "--trace", trace});
+    SimulatorProgram simulator("--pace=20000 --trace " + trace.string());
     const auto start = std::chrono::steady_clock::now();
     Exchange(simulator.FirstLine(), {0x14, 0x00, 0x00}, 4);
     for (int value = 0; value < 256; ++value) {
@@ -127,7 +112,7 @@ TEST(SimulatorProgramTest, CarriesEveryByteValueInTheTimeOfARealLine) {
 }
 
 TEST(SimulatorProgramTest, HangsUpSoThatTheDeviceIsGone) {
-    SimulatorProgram simulator({"--echo", "off", "--fault", "hang-up=4"});
+    SimulatorProgram simulator("--echo off --fault hang-up=4");
     EXPECT_EQ(Exchange(simulator.FirstLine(), {0x10}, 18), BytesOf("RV"));
     EXPECT_EQ(simulator.End(0), 0);
     EXPECT_FALSE(std::filesystem::exists(simulator.FirstLine()));
@@ -137,8 +122,8 @@ TEST(SimulatorProgramTest, RefusesBadOptionsWithStatusTwo) {
     const test::TemporaryFolder folder;
     const auto shortImage = folder.Path() / "short.bin";
     std::ofstream(shortImage) << "x";
-    for (const auto& arguments :
-         {std::vector<std::string>{"--pace", "never"}, {"--image", shortImage}, {"--trace", "/no/where"}}) {
+    for (const std::string& arguments :
+         {std::string("--pace never"), "--image " + shortImage.string(), std::string("--trace /no/where")}) {
         SimulatorProgram simulator(arguments);
         EXPECT_EQ(simulator.FirstLine(), "");
         EXPECT_EQ(simulator.End(0), 2);
