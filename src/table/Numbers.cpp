@@ -88,8 +88,9 @@ std::string ShortestDecimal(double value) {
 }
 
 std::string FormatTenths(double value) {
-    // The longest fixed text of a double has 309 digits before the point, or some 760 after it.
-    std::array<char, 1200> buffer{};
+    // The longest fixed text of a double has 309 digits before the point, or some 760 after it. Not cleared
+    // first: that would take longer than the digits.
+    std::array<char, 1200> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init)
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
                                       std::chars_format::fixed);
     std::string text(buffer.data(), result.ptr);
