@@ -153,8 +153,14 @@ TEST(VinTest, TellsEveryFailingWrite) {
     }
 }
 
-TEST(VinTest, AModuleThatDoesNotEchoTakesNoVin) {
+TEST(VinTest, NoVinAndAModuleThatDoesNotEchoAreNoSuccess) {
     ConnectedModule at(Options(TableType::RACE, false));
+    at.state.Vin = "too short";
+    at.state.CommOK = true;
+    WriteVINData(at.session);
+    EXPECT_FALSE(at.state.CommOK);
+    EXPECT_TRUE(at.line.Opens().empty());
+
     at.state.Vin = kNew;
     at.prompts.ExpectError(kVinTimeout, Answer::Ignore);
     WriteVINData(at.session);

@@ -51,7 +51,7 @@ std::string GridLine(int map, const std::string& whole) {
 TEST_F(ReportTest, PrintsARaceTableWithAComment) {
     ShowTable(TableType::RACE);
     session.state.FirmwareId = "RV52A 8.1";
-    session.state.ModuleParameters = {-3, 5, 2, 5700, 910, true, false, true, false, 0};
+    session.state.ModuleParameters = {-3, 5, 2, 5700, 910, true, false, false, true, 0};
     session.sheet.SetText({1, 1}, "0.5");
     session.sheet.SetText({1, 2}, "00123456789");
     ExpectComment("No. 7");
@@ -86,18 +86,19 @@ TEST_F(ReportTest, PrintsARaceTableWithAComment) {
                      "         Fixed RPM Limit:              5700",
                      "",
                      "         Select EEPROM Advance Table:  False",
-                     "         Fixed Initial Timing Enabled: True",
+                     "         Fixed Initial Timing Enabled: False",
                      "         Fixed RPM Limit Enabled:      True",
                      "",
                      "         Parameters Applicable To RV52A Only",
                      "         VSS Frequency (Hz at 100 KPH: 910",
-                     "         Tach Output Enabled:          False"};
+                     "         Tach Output Enabled:          True"};
     lines.insert(lines.end(), rest.begin(), rest.end());
     EXPECT_EQ(table.lines, lines);
 }
 
 TEST_F(ReportTest, PrintsAnExTableWithoutAComment) {
     ShowTable(TableType::EX);
+    parameters.TachEnableFlag = true;
     ExpectComment();
     Print();
     ASSERT_EQ(printer.jobs.size(), 2U);
@@ -108,6 +109,9 @@ TEST_F(ReportTest, PrintsAnExTableWithoutAComment) {
               (Texts{kHeader, "", "", "         Advance Table", "", kRpm, GridLine(10, "11")}));
     EXPECT_EQ(lines.at(16), GridLine(30, "1"));
     EXPECT_EQ(lines.at(22), "         Initial Timing (Deg):         0.0");
+    // With the flags above, no two of the four are told alike.
+    for (const auto& [row, flag] : {std::pair(26U, "True"), {27U, "False"}, {28U, "False"}, {32U, "True"}})
+        EXPECT_TRUE(lines.at(row).ends_with(flag)) << lines.at(row);
     EXPECT_EQ(lines.size(), 5U + 12U + 16U);
 }
 

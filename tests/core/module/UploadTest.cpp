@@ -50,6 +50,7 @@ TEST(UploadTest, ProgramsTheTableOnScreenAndVerifies) {
         for (const bool echo : {false, true}) {
             const auto options = Options(type, echo);
             Workshop at(options, type);
+            at.state.VerifyErrors = 3;  // of an upload before
             at.Upload(kCompleted, Icon::Warning);
 
             WireStory story(echo);
