@@ -43,6 +43,12 @@ TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
     EXPECT_GT(session_.state.ExMaxTable.GetCell({16, 11}), 30.0);
     EXPECT_FALSE(session_.state.TableShown);
     EXPECT_FALSE(session_.table.HasTable());
+
+    line_.Open(12);
+    line_.Raise(LineCondition::Parity);
+    test_.prompts.Expect({"Parity error.", "Communications Error", Icon::Critical, Buttons::RetryCancel},
+                         Answer::Cancel);
+    line_.Pump();
 }
 
 TEST_F(ProgramTest, DoesNotStartWithoutTheFilesBesideIt) {
@@ -84,7 +90,9 @@ TEST_F(ProgramTest, ExitAsksOnlyWithATableAndClosesThePortInAnyCase) {
 
     test_.shell.closed = false;
     HideTable(session_);
+    line_.Open(1);
     RequestExit(session_);
+    EXPECT_FALSE(line_.IsOpen());
     EXPECT_TRUE(test_.shell.closed);
 }
 
