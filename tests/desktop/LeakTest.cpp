@@ -16,7 +16,6 @@
 #include <malloc.h>
 
 namespace rv52::test {
-namespace {
 
 using namespace std::chrono_literals;
 
@@ -24,11 +23,10 @@ class DayLongUser : public DismissingUser {
  public:
     explicit DayLongUser(std::string path) : path_(std::move(path)) {}
 
+    // Saves only when told to, and then over the last copy.
     Answer Ask(const MessageBox& box) override {
-        // Saves only when told to, and then over the last copy.
-        if (box.buttons == Buttons::YesNoCancel)
-            return box.text.starts_with("Save advance table") ? Answer::No : Answer::Yes;
-        return DismissAnswer(box.buttons);
+        if (box.buttons != Buttons::YesNoCancel) return DismissAnswer(box.buttons);
+        return box.text.starts_with("Save advance table") ? Answer::No : Answer::Yes;
     }
     std::string AskOpenPath(const FileDialog&) override { return path_; }
     std::string AskSavePath(const FileDialog&) override { return path_ + " copy"; }
@@ -44,20 +42,18 @@ struct Held {
 
 TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
     const TemporaryFolder folder;
-    const auto path = (folder.Path() / "table.tbl").string();
+    DayLongUser user((folder.Path() / "table.tbl").string());
     QtFiles files;
-    files.ReplaceWhole(path, FormatTableFile(AdvanceTable(TableType::RACE), {}));
-
+    files.ReplaceWhole(user.AskOpenPath({}), FormatTableFile(AdvanceTable(TableType::RACE), {}));
     SimulatedModule module(Options(TableType::RACE, true));
     ConnectedSession at(module);
-    DayLongUser user(path);
     // The chart templates beside the test are the program's own.
     Session session({at.line, user, at.test.view, at.test.shell, files, at.test.settings, at.test.printer});
+    const auto dispatch = [](const auto& event) { event(); };
     QWidget window;
     const GridView grid(
-        session, [](const auto& event) { event(); }, [&](const auto& command) { command(session); }, &window);
-    const ChartView chart(
-        session, [](const auto& event) { event(); }, &window);
+        session, dispatch, [&](const auto& command) { command(session); }, &window);
+    const ChartView chart(session, dispatch, &window);
     window.show();
 
     const auto round = [&] {
@@ -78,10 +74,8 @@ TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
     const Held before;
     const auto start = at.line.Now();
     int rounds = 0;
-    while (at.line.Now() - start < 1h && !testing::Test::HasFailure()) {
+    for (; at.line.Now() - start < 1h && !testing::Test::HasFailure(); ++rounds)
         round();
-        ++rounds;
-    }
     const Held after;
     EXPECT_GT(rounds, 500);
     EXPECT_EQ(after.descriptors, before.descriptors);
@@ -89,5 +83,4 @@ TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
     EXPECT_LT(after.bytes, before.bytes + 64 * 1024) << rounds << " rounds";
 }
 
-}  // namespace
 }  // namespace rv52::test
