@@ -188,19 +188,5 @@ TEST(VinTest, AnEndedReadOffersTheLastVinKnown) {
     }
 }
 
-TEST(VinTest, EscapeDuringTheVerifyFailsIt) {
-    Workbench at;
-    at.state.Vin = kNew;
-    bool pressed = false;
-    at.line.OnYield([&] {
-        if (at.module.Stored() == 17 && at.line.Trace().back().byte == 'A' && !std::exchange(pressed, true))
-            EscapePressed(at.session);
-    });
-    WriteVINData(at.session);
-    EXPECT_TRUE(at.state.CommOK);
-    EXPECT_EQ(at.state.VerifyErrors, 1);
-    EXPECT_FALSE(at.state.AbortRequested);
-}
-
 }  // namespace
 }  // namespace rv52::test

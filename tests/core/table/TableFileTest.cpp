@@ -1,4 +1,3 @@
-#include "module/EepromImage.h"
 #include "platform/Failure.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
@@ -25,24 +24,6 @@ TEST(TableFileTest, WritesTheParametersAfterTheTable) {
         "!FixedLimFlag: False\r\n!SelEEPROMTblFlag: True\r\n!FixedInitialTmgFlag: False\r\n!VSSFreq: 1424\r\n"
         "!TachEnableFlag: False\r\n!Version: RACE\r\n";
     EXPECT_EQ(FormatTableFile(table, parameters), FormatTableBlock(table) + section);
-}
-
-TEST(TableFileTest, CarriesEveryByteOfAModule) {
-    for (const auto type : {TableType::RACE, TableType::EX}) {
-        for (unsigned shift = 0; shift < 256; ++shift) {
-            EepromBuffer image{};
-            for (std::size_t index = 0; index < image.size(); ++index)
-                image[index] = static_cast<std::uint8_t>(index + shift);
-            ModuleParameters parameters;
-            const auto table = DecodeEepromImage(image, type, parameters);
-
-            const auto file = FormatTableFile(table, parameters);
-            const auto read = Read(file);
-            ASSERT_EQ(ParseTableBlock(file, read.type), table) << shift;
-            parameters.FlagByte = 0;  // the flags that the file does not know
-            ASSERT_EQ(read.parameters, parameters) << shift;
-        }
-    }
 }
 
 TEST(TableFileTest, AssumesTheUsualForWhatIsNotStated) {
