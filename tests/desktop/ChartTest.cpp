@@ -194,9 +194,9 @@ TEST_F(ChartTest, ADragEndsWhenItsButtonIsFoundUpOrTheChartIsHidden) {
     for (const auto other : {Qt::NoButton, Qt::RightButton}) {
         const QPoint at = PixelOf(kVisible);
         Press(at);
-        MoveHeld(view, at + QPoint(0, 15));
+        MoveHeld(view, at - QPoint(0, 15));
         const double dragged = Degrees(kVisible);
-        MoveHeld(view, at + QPoint(0, 60), other);
+        MoveHeld(view, at - QPoint(0, 30), other);
         EXPECT_EQ(Degrees(kVisible), dragged);
         MoveHeld(view, at, Qt::NoButton);
         QTest::mouseDClick(&view, Qt::LeftButton, {}, at);
