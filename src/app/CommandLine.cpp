@@ -91,6 +91,7 @@ std::variant<CommandLine, std::string> ParseCommandLine(std::span<const char* co
 const char* UsageText() {
     return "usage: corvane_rv52 [--com N=DEVICE]... [--simulate RACE|EX] [TABLE.tbl]\n"
            "\n"
+           "  TABLE.tbl           open that table file\n"
            "  --com N=DEVICE      port ComN is that serial device for this run (repeatable)\n"
            "  --simulate RACE|EX  start a simulated module and reach it through the selected port\n"
            "  --help              show this text\n"

@@ -29,7 +29,7 @@ class Shell {
     virtual void SetCaption(const std::string& caption) = 0;
     // The window's inner size in twips and whether it is minimised.
     virtual WindowSize InnerSize() const = 0;
-    // Steps 1 to 3 of the layout pass: places the chart and the grid.
+    // Places the chart, the grid and the strip under it.
     virtual void Place(const TableLayout& layout) = 0;
 
     // The progress panel: shown with a caption and the bar at 0, repainted before the call returns.
