@@ -1,15 +1,20 @@
 #include "ProgramFixture.h"
 #include "app/HelpWindow.h"
 #include "table/GridView.h"
+#include "table/TableFile.h"
 
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QGroupBox>
+#include <QLabel>
 #include <QProgressBar>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTreeWidget>
 #include <QWindow>
+
+#include <fstream>
 
 namespace rv52::test {
 
@@ -75,6 +80,23 @@ TEST_F(MainWindowTest, StoresThePickedPortAtOnceAndNothingElse) {
     Click(Part("cmdPortSelectOK"));
     EXPECT_FALSE(Part("fraPortSelect").isVisible());
     Running().settings.Set("Properties", "CommPort", "1");
+}
+
+TEST_F(MainWindowTest, OpensTheTableOfTheCommandLineWithTheKeysInItsGridAndTellsOfItsCells) {
+    const QTemporaryDir folder;
+    CommandLine options;
+    options.devices = {{1, "/dev/rv52-cable"}};
+    options.tableFile = FromQt(folder.filePath(QStringLiteral("street.tbl")));
+    std::ofstream(options.tableFile) << FormatTableFile(FlatTable(TableType::RACE, 27.75), {});
+    Start(options);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return State().TableShown; }));
+    EXPECT_EQ(Caption(), "Corvane RV52 Version 8.1 - street.tbl");
+    const auto& line = Part<QLabel>("lblStatus");
+    EXPECT_EQ(FromQt(line.text()), "Com1: /dev/rv52-cable");
+    for (const auto key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Right})
+        Key(key);
+    EXPECT_EQ(FromQt(line.text()), "RPM 500, MAP 18: 27.75°, limit 45°   ·   Com1: /dev/rv52-cable");
+    EXPECT_TRUE(line.isVisible() && line.y() >= Part("VSFlexGrid1").geometry().bottom());
 }
 
 TEST_F(MainWindowTest, DownloadsEditsAndUploadsAnExTableAndGrows) {
