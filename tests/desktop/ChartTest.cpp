@@ -190,14 +190,15 @@ TEST_F(ChartTest, TheValueLabelIsReadAloudAndStaysInside) {
 
 // The mouse of a clumsy hand, and a release that a message box swallowed: the next table is not half dragged.
 TEST_F(ChartTest, ADragEndsWhenItsButtonIsFoundUpOrTheChartIsHidden) {
-    Show(TableType::RACE);
     for (const auto other : {Qt::NoButton, Qt::RightButton}) {
+        Show(TableType::RACE);
         const QPoint at = PixelOf(kVisible);
         Press(at);
-        MoveHeld(view, at - QPoint(0, 15));
+        MoveHeld(view, at + QPoint(0, 15));
         const double dragged = Degrees(kVisible);
-        MoveHeld(view, at - QPoint(0, 30), other);
+        MoveHeld(view, at - QPoint(0, 15), other);
         EXPECT_EQ(Degrees(kVisible), dragged);
+        EXPECT_EQ(session.gesture.PickedCell(), kVisible);
         MoveHeld(view, at, Qt::NoButton);
         QTest::mouseDClick(&view, Qt::LeftButton, {}, at);
         EXPECT_TRUE(session.gesture.ReleaseSuppressed);
