@@ -99,9 +99,10 @@ TEST_F(FilesTest, ReadsAndReplacesRegularFilesAloneAndSaysWhatIsWrong) {
         {Path(std::string(256, 'n')), "File name too long.", "File name too long."},
         // The kernel's folder takes no files, not even from root.
         {"/proc/table.tbl", missing, missing}};
-    for (const auto& [path, reading, writing] : cases) {
-        EXPECT_EQ(FailureOf([&] { files_.ReadWhole(path); }), "Cannot read " + path + ": " + reading);
-        EXPECT_EQ(Save(path), writing) << path;
+    for (const auto& one : cases) {
+        EXPECT_EQ(FailureOf([&] { files_.ReadWhole(one.path); }),
+                  "Cannot read " + one.path + ": " + one.reading);
+        EXPECT_EQ(Save(one.path), one.writing) << one.path;
     }
     EXPECT_EQ(FileCount(), 3);
     // Read only: run by root, a save that went wrong would take the machine's own device away.
