@@ -68,6 +68,13 @@ TEST_F(PrinterTest, WritesADocumentOnceItIsWholeOrNothing) {
     const auto& document = files.contents.at("/docs/chart.pdf");
     EXPECT_TRUE(document.starts_with("%PDF-") && document.find("%%EOF") != std::string::npos);
     EXPECT_EQ(document.find("/Subtype /Image"), std::string::npos) << "lines, not a picture of them";
+    // Text stands in it letter by letter: column 10 is nine of them from the margin.
+    const auto packed = QByteArray::fromStdString(document.substr(document.find("stream\n") + 7));
+    const auto drawn = QString::fromLatin1(qUncompress(QByteArray("\0\1\0\0", 4) + packed));
+    const QRegularExpression twoLetters(QStringLiteral("([\\d.]+) \\S+ Td <\\w+> Tj\n([\\d.]+) 0 Td"));
+    const auto letters = twoLetters.match(drawn);
+    EXPECT_NEAR(letters.captured(1).toDouble(), 9 * letters.captured(2).toDouble(), 0.1);
+    EXPECT_TRUE(letters.hasMatch());
     EXPECT_GT(page.width, page.height);
     EXPECT_NEAR(chart.top() * page.twipsPerPixelY, 1000, page.twipsPerPixelY);
     EXPECT_NEAR(chart.bottom() * page.twipsPerPixelY, page.height, page.twipsPerPixelY);
