@@ -24,11 +24,6 @@ PeerAnswer SimulatedModule::Receive(std::uint8_t byte) {
     return step;
 }
 
-void SimulatedModule::Restart() {
-    expecting_ = Expecting::Command;
-    address_ = 0;
-}
-
 ModuleStep SimulatedModule::StepFor(std::uint8_t byte) {
     ModuleStep step;
     if (options_.echo) step.Send(byte);

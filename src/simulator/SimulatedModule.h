@@ -27,9 +27,6 @@ class SimulatedModule : public Peer {
     explicit SimulatedModule(ModuleOptions options, Faults faults = {});
 
     PeerAnswer Receive(std::uint8_t byte) override;
-    // Ignition off and on: a half-received command and the current address are forgotten. The EEPROM, and
-    // what the faults have counted, stay.
-    void Restart();
 
     const ModuleEeprom& Eeprom() const { return options_.eeprom; }
     ModuleEeprom& Eeprom() { return options_.eeprom; }

@@ -1,9 +1,9 @@
+#include "simulator/ModuleEeprom.h"
 #include "support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <chrono>
 #include <csignal>
-#include <cstdint>
 #include <cstdio>
 #include <fcntl.h>
 #include <fstream>
@@ -17,13 +17,14 @@ namespace rv52 {
 namespace {
 
 using namespace std::chrono_literals;
+namespace fs = std::filesystem;
 using Bytes = std::vector<std::uint8_t>;
 
 // The simulator's program as a child process, ended with this.
 class SimulatorProgram {
  public:
-    explicit SimulatorProgram(const std::string& arguments)
-        : out_(popen(("echo $$; exec '" RV52_SIMULATOR "' " + arguments).c_str(), "r")),
+    explicit SimulatorProgram(const std::string& arguments, const std::string& folder = "/")
+        : out_(popen(("cd " + folder + "; echo $$; exec '" RV52_SIMULATOR "' " + arguments).c_str(), "r")),
           pid_(std::stoi(ReadLine())),
           firstLine_(ReadLine()) {}
     ~SimulatorProgram() {
@@ -68,27 +69,35 @@ Bytes Exchange(const std::string& path, const Bytes& sent, std::size_t count) {
     return received;
 }
 
-std::string Content(const std::filesystem::path& path) {
+std::string Content(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Bytes BytesOf(std::string_view text) {
+Bytes BytesOf(const auto& text) {
     return {text.begin(), text.end()};
 }
 
 TEST(SimulatorProgramTest, ServesAcrossOpensAndKeepsItsMemory) {
     const test::TemporaryFolder folder;
     const auto image = folder.Path() / "module.bin";
+    const auto link = folder.Path() / "link.bin";
+    const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
+    fs::create_symlink(image, link);
+    auto expected = BytesOf(FactoryEeprom(TableType::EX).bytes);
     for (const int signal : {SIGTERM, SIGINT}) {
-        SimulatorProgram simulator("--echo off --type EX --image " + image.string());
+        SimulatorProgram simulator("--echo off --type EX --image " +
+                                   (signal == SIGINT ? link : image).string());
         const auto& device = simulator.FirstLine();
-        EXPECT_EQ(Exchange(device, {0x10}, 17), BytesOf("RV52A EX SIM 8.1\r"));
+        EXPECT_EQ(Exchange(device, {0x10}, 17), BytesOf(std::string("RV52A EX SIM 8.1\r")));
+        fs::permissions(image, mode);
+        expected[256] = static_cast<std::uint8_t>(signal);
         EXPECT_EQ(Exchange(device, {0x14, 0x00, 0x01}, 1), Bytes{0x06});
-        EXPECT_EQ(Exchange(device, {0x16, static_cast<std::uint8_t>(signal)}, 1), Bytes{0x06});
+        EXPECT_EQ(Exchange(device, {0x16, expected[256]}, 1), Bytes{0x06});
         EXPECT_EQ(simulator.End(signal), 0);
-        ASSERT_EQ(Content(image).size(), 512U);
-        EXPECT_EQ(Content(image)[256], signal);
+        EXPECT_EQ(BytesOf(Content(image)), expected);
+        EXPECT_TRUE(fs::is_symlink(link));
+        EXPECT_EQ(fs::status(image).permissions(), mode);
     }
 }
 
@@ -113,21 +122,23 @@ TEST(SimulatorProgramTest, CarriesEveryByteValueInTheTimeOfARealLine) {
 
 TEST(SimulatorProgramTest, HangsUpSoThatTheDeviceIsGone) {
     SimulatorProgram simulator("--echo off --fault hang-up=4");
-    EXPECT_EQ(Exchange(simulator.FirstLine(), {0x10}, 18), BytesOf("RV"));
+    EXPECT_EQ(Exchange(simulator.FirstLine(), {0x10}, 18), (Bytes{'R', 'V'}));
     EXPECT_EQ(simulator.End(0), 0);
-    EXPECT_FALSE(std::filesystem::exists(simulator.FirstLine()));
+    EXPECT_FALSE(fs::exists(simulator.FirstLine()));
 }
 
 TEST(SimulatorProgramTest, RefusesBadOptionsWithStatusTwo) {
     const test::TemporaryFolder folder;
-    const auto shortImage = folder.Path() / "short.bin";
-    std::ofstream(shortImage) << "x";
-    for (const std::string& arguments :
-         {std::string("--pace never"), "--image " + shortImage.string(), std::string("--trace /no/where")}) {
-        SimulatorProgram simulator(arguments);
+    const auto path = folder.Path().string();
+    std::ofstream(path + "/511.bin") << std::string(511, 'x');
+    std::ofstream(path + "/513.bin") << std::string(513, 'x');
+    for (const auto& arguments : {"--pace never", "--trace /no/where", "--image 511.bin", "--image 513.bin",
+                                  "--image .", "--image no/folder"}) {
+        SimulatorProgram simulator(arguments, path);
         EXPECT_EQ(simulator.FirstLine(), "");
         EXPECT_EQ(simulator.End(0), 2);
     }
+    EXPECT_EQ(Content(path + "/511.bin"), std::string(511, 'x'));
 }
 
 }  // namespace

@@ -1,6 +1,12 @@
+#include "core/table/RandomTable.h"
 #include "platform/Failure.h"
+#include "support/Recorders.h"
+#include "support/ShippedFile.h"
+#include "table/LimitTables.h"
+#include "table/Numbers.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
+#include "table/Text.h"
 
 #include <chrono>
 #include <gtest/gtest.h>
@@ -16,14 +22,21 @@ TableFileParameters Read(std::string_view text, const ModuleParameters& current 
     return read;
 }
 
-TEST(TableFileTest, WritesTheParametersAfterTheTable) {
-    const AdvanceTable table(TableType::RACE);
-    const ModuleParameters parameters{-3, 0, 0, 5700, 1424, false, true, false, false, 0};
-    const char* section =
-        "!Module Parameters\r\n!InitialTiming: -3\r\n!RearOffset: 0\r\n!RPMLimit: 5700\r\n!CrankRevs: 0\r\n"
-        "!FixedLimFlag: False\r\n!SelEEPROMTblFlag: True\r\n!FixedInitialTmgFlag: False\r\n!VSSFreq: 1424\r\n"
-        "!TachEnableFlag: False\r\n!Version: RACE\r\n";
-    EXPECT_EQ(FormatTableFile(table, parameters), FormatTableBlock(table) + section);
+TEST(TableFileTest, IsATableOnPaperAndTheParametersAfterIt) {
+    AdvanceTable table(TableType::RACE);
+    table.SetCell({1, 1}, 7.5);
+    table.SetCell({16, 8}, 44.88);
+    const auto file = FormatTableFile(table, {-3, 0, 0, 5700, 1424, false, true, false, false, 0});
+    EXPECT_TRUE(file.starts_with(
+        "AdvanceTable 16 8\r\n"
+        "MAP/RPM   0 500 1000 1500 2000 2500 3000 3500 4000 4500 5000 5500 6000 6500 7000  7500\r\n"
+        "     30 7.5   0    0    0    0    0    0    0    0    0    0    0    0    0    0     0\r\n"
+        "     28   0   0 "));
+    EXPECT_TRUE(file.ends_with(
+        "    0    0 44.88\r\n!Module Parameters\r\n!InitialTiming: -3\r\n!RearOffset: 0\r\n!RPMLimit: "
+        "5700\r\n"
+        "!CrankRevs: 0\r\n!FixedLimFlag: False\r\n!SelEEPROMTblFlag: True\r\n!FixedInitialTmgFlag: False\r\n"
+        "!VSSFreq: 1424\r\n!TachEnableFlag: False\r\n!Version: RACE\r\n"));
 }
 
 TEST(TableFileTest, AssumesTheUsualForWhatIsNotStated) {
@@ -42,7 +55,6 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
     const std::tuple<const char*, std::int16_t ModuleParameters::*, int> cases[] = {
         {"!RPMLimit: 32767.4", limit, 9900},
         {"!RPMLimit: 100", limit, 3000},
-        {"!RPMLimit:", limit, 3000},
         {"!RPMLimit", limit, 3000},
         {"!VSSFreq: 2000", vss, 1700},
         {"!VSSFreq:1000:1100", vss, 1000},
@@ -59,6 +71,15 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
         {"! RearOffset: 3", rear, 0}};
     for (const auto& [line, field, value] : cases)
         EXPECT_EQ(Read(line).parameters.*field, value) << line;
+
+    for (const std::string beyond :
+         {"32768", "32767.5", "-32769", "-32768.6", "1000000000000000000000000000"}) {
+        auto read = UnstatedParameters({});
+        read.parameters.RearOffset = 2;
+        const auto text = "!RearOffset: " + beyond;
+        EXPECT_THROW(ApplyParameter(FindParameters(text).at(0), read), Failure) << beyond;
+        EXPECT_EQ(read.parameters.RearOffset, 2);
+    }
 }
 
 TEST(TableFileTest, ReadsFlagsAndTypes) {
@@ -78,22 +99,101 @@ TEST(TableFileTest, ReadsFlagsAndTypes) {
         EXPECT_EQ(Read(text).type, type) << text;
 }
 
-TEST(TableFileTest, ReportsNumbersBeyondSixteenBitsAndChangesNothing) {
-    for (const std::string value :
-         {"32768", "32767.5", "-32769", "-32768.6", "1000000000000000000000000000000"}) {
-        auto read = UnstatedParameters({});
-        read.parameters.RearOffset = 2;
-        const auto text = "!RearOffset: " + value;
-        EXPECT_THROW(ApplyParameter(FindParameters(text).at(0), read), Failure) << value;
-        EXPECT_EQ(read.parameters.RearOffset, 2);
-    }
+std::string Replaced(std::string text, const std::string& what, const std::string& with) {
+    const auto at = text.find(what);
+    EXPECT_NE(at, std::string::npos) << what;
+    return text.replace(at, what.size(), with);
 }
 
-TEST(TableFileTest, PassesQuicklyOverWhatItDoesNotKnow) {
+TEST(TableBlockTest, TakesEitherLineEndAndCommentsAnywhere) {
+    const auto table = test::RandomTable(TableType::EX, 8);
+    const auto block = FormatTableBlock(table);
+    std::string text = "!Version: EX\n";
+    for (const auto line : Lines(block))
+        text += std::string(line) + "\n! " + std::string(5000, 'x') + "\r\n";
+    EXPECT_EQ(ParseTableBlock(text + "!", TableType::EX), table);
+}
+
+TEST(TableBlockTest, RefusesEverythingElse) {
+    AdvanceTable table(TableType::RACE);
+    table.SetValues(std::vector<double>(128, 12.5));
+    const auto good = FormatTableBlock(table);
+    ASSERT_EQ(ParseTableBlock(good, TableType::RACE), table);
+    EXPECT_FALSE(ParseTableBlock(good, TableType::EX));
+    EXPECT_FALSE(ParseTableBlock(FormatTableBlock(AdvanceTable(TableType::EX)), TableType::RACE));
+
+    const auto number = [&](const std::string& with) { return Replaced(good, "12.5", with); };
+    const std::pair<const char*, std::string> cases[] = {
+        {"comments only", "!Module Parameters\r\n"},
+        {"another name", Replaced(good, "AdvanceTable", "advancetable")},
+        {"another column count", Replaced(good, "16 8", "17 8")},
+        {"a further count", Replaced(good, "16 8", "16 8 1")},
+        {"speeds that do not fit", Replaced(good, "7500", "8000")},
+        {"a missing speed", Replaced(good, "7500", "    ")},
+        {"a pressure that does not fit", Replaced(good, " 28 ", " 29 ")},
+        {"an extra number", Replaced(good, "12.5\r\n", "12.5 1\r\n")},
+        {"a missing row", good.substr(0, good.rfind("     16"))},
+        {"an extra row", good + good.substr(good.rfind("     16"))},
+        {"an empty line", Replaced(good, "\r\n", "\r\n\r\n")},
+        {"no number", number("nan ")},
+        {"a number too large", number("1e999")},
+        {"a decimal comma", number("12,5")},
+        {"a tab", number("\t12.5")},
+        {"a NUL byte in a comment", good + std::string("!\0\r\n", 4)},
+        {"an overlong line", Replaced(good, "12.5\r\n", "12.5" + std::string(1000, ' ') + "\r\n")},
+        {"a file cut in its last number", good.substr(0, good.size() - 3)},
+        {"a file cut before its last line break", good.substr(0, good.size() - 2)},
+        {"line ends of carriage returns alone", Replaced(good, "\r\n", "\r")}};
+    for (const auto& [what, text] : cases)
+        EXPECT_FALSE(ParseTableBlock(text, TableType::RACE)) << what;
+}
+
+TEST(TableBlockTest, RefusesMegabytesAtOnce) {
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_TRUE(FindParameters(std::string(1U << 20, '!')).empty());
-    EXPECT_TRUE(FindParameters(std::string(1U << 20, '\n')).empty());
+    const std::size_t size = 1U << 20;
+    const auto good = FormatTableBlock(AdvanceTable(TableType::RACE));
+    for (const auto& text : {std::string(size, '9'), std::string(size, '\n'), std::string(size, '!'),
+                             good + std::string(size, ' '), "AdvanceTable 16 8\n" + std::string(size, ' ')}) {
+        EXPECT_FALSE(ParseTableBlock(text, TableType::RACE));
+        EXPECT_TRUE(FindParameters(text).empty());
+    }
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+AdvanceTable Shipped(TableType type, Limit limit) {
+    return ParseTableBlock(test::ShippedFile(std::string(LimitFileName(type, limit))), type).value();
+}
+
+// What an engine builder looks for in a table before trusting it.
+void ExpectPlausible(const AdvanceTable& table) {
+    ForEachCell(table.Type(), [&](Cell cell) {
+        const double degrees = table.GetCell(cell);
+        const double acrossSpeed = degrees - table.GetCell({std::max(cell.column - 1, 1), cell.row});
+        const double acrossPressure = degrees - table.GetCell({cell.column, std::max(cell.row - 1, 1)});
+        const int rpm = RpmOfColumn(cell.column);
+        const bool idle = cell.row == 1 && rpm <= 500;
+        const bool plateau = cell.row == 1 && rpm >= 3000;
+        EXPECT_TRUE(acrossSpeed >= 0 && acrossSpeed <= (rpm > 4000 ? 0.2 : 9)) << acrossSpeed;
+        EXPECT_TRUE(acrossPressure >= 0 && acrossPressure <= 2) << acrossPressure;
+        EXPECT_TRUE(degrees >= (plateau ? 28 : idle ? 5 : 0)) << degrees;
+        EXPECT_TRUE(degrees <= (plateau ? 35 : idle ? 10 : 44)) << degrees;
+        // A limit quoted in a message must itself be accepted when typed.
+        EXPECT_EQ(EntireNumber(FormatTenths(degrees)), degrees);
+    });
+}
+
+TEST(LimitTablesTest, ArePlausibleAndNothingWhereTheFileIsUnreadable) {
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        const auto minimum = Shipped(type, Limit::Minimum);
+        const auto maximum = Shipped(type, Limit::Maximum);
+        ExpectPlausible(minimum);
+        ExpectPlausible(maximum);
+        ForEachCell(type, [&](Cell cell) { EXPECT_LT(minimum.GetCell(cell), maximum.GetCell(cell)); });
+    }
+    test::MemoryFiles files;
+    files.contents["/program/RV52_EX_Max.dat"];
+    files.failReads = true;
+    EXPECT_FALSE(LoadLimitTable(files, TableType::EX, Limit::Maximum));
 }
 
 }  // namespace
