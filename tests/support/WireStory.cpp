@@ -16,49 +16,9 @@ std::string Told(Direction direction, int byte) {
 
 }  // namespace
 
-WireStory& WireStory::Identification(std::string_view text) {
-    SendEchoed(0x10);
-    for (const char character : text)
-        Receive(static_cast<unsigned char>(character));
-    Receive(0x0D);
-    silence_ = 5;
-    return *this;
-}
-
-WireStory& WireStory::Address(int low, int high) {
-    SendEchoed(0x14);
-    silence_ = 5;
-    SendEchoed(low);
-    silence_ = 5;
-    SendEchoed(high);
-    Receive(0x06);
-    silence_ = 5;
-    return *this;
-}
-
-WireStory& WireStory::Read(int byte, int silenceAfter) {
-    SendEchoed(0x15);
-    Receive(byte);
-    silence_ = silenceAfter;
-    return *this;
-}
-
-WireStory& WireStory::Write(int byte) {
-    SendEchoed(0x16);
-    silence_ = 2;
-    SendEchoed(byte);
-    Receive(0x06);
-    silence_ = 2;
-    return *this;
-}
-
-void WireStory::Send(int byte) {
+void WireStory::Send(int byte, int silenceAfter) {
     text_ += Silence(silence_) + Told(Direction::ToModule, byte);
-    silence_ = 0;
-}
-
-void WireStory::SendEchoed(int byte) {
-    Send(byte);
+    silence_ = silenceAfter;
     if (echo_) Receive(byte);
 }
 

@@ -13,17 +13,33 @@ class WireStory {
  public:
     explicit WireStory(bool echo) : echo_(echo) {}
 
-    WireStory& Identification(std::string_view text);
-    WireStory& Address(int low, int high);
-    // The silence after it is what the program keeps before its next byte.
-    WireStory& Read(int byte, int silenceAfter);
-    WireStory& Write(int byte);
+    void Identification(std::string_view text) {
+        Send(0x10, 5);
+        for (const char character : text)
+            Receive(static_cast<unsigned char>(character));
+        Receive(0x0D);
+    }
+    void Address(int low, int high) {
+        Send(0x14, 5);
+        Send(low, 5);
+        Send(high, 5);
+        Receive(0x06);
+    }
+    void Read(int byte, int silenceAfter) {
+        Send(0x15, silenceAfter);
+        Receive(byte);
+    }
+    void Write(int byte) {
+        Send(0x16, 2);
+        Send(byte, 2);
+        Receive(0x06);
+    }
 
     const std::string& Text() const { return text_; }
 
  private:
-    void Send(int byte);
-    void SendEchoed(int byte);
+    // The silence after it and its answer is what the program keeps before its next byte.
+    void Send(int byte, int silenceAfter);
     void Receive(int byte);
 
     bool echo_;

@@ -11,50 +11,32 @@ namespace {
 using namespace std::chrono_literals;
 using Bytes = std::vector<std::uint8_t>;
 
-TEST(ExchangeTest, ARefusedAddressIsNoSuccessAndNoBox) {
-    for (const std::uint8_t reply : Bytes{0x15, 0x00, 0x14}) {
-        ScriptedPeer peer;
-        peer.Then({}).Then({}).Then({reply});
-        ConnectedSession at(peer);
-        at.state.EchoMode = false;
-        at.state.CommOK = true;
-        SetEEPROMAddress(at.session, {16});
-        EXPECT_FALSE(at.state.CommOK);
-        EXPECT_FALSE(at.line.IsOpen());
-        EXPECT_EQ(at.line.Pauses().size(), 3u);
-    }
-}
-
 // One exchange of each kind against a module that falls silent at some point of it.
 struct Silence {
     const char* what;
     bool echo;
-    std::vector<Bytes> replies;  // then silence
+    std::vector<Bytes> replies;
     std::function<void(Session&)> exchange;
     Bytes sent;
 };
 
-void Address(Session& session) {
-    SetEEPROMAddress(session, {0x0190});
-}
-void Read(Session& session) {
-    EXPECT_EQ(ReadEEPROM(session), std::nullopt);
-}
-void Write(Session& session) {
+const auto kAddress = [](Session& session) { SetEEPROMAddress(session, {0x0190}); };
+const auto kRead = [](Session& session) { EXPECT_EQ(ReadEEPROM(session), std::nullopt); };
+const auto kWrite = [](Session& session) {
     OpenLine(session);
     session.state.CommOK = false;
     EXPECT_FALSE(WriteEEPROM(session, 0x2A, session.state.EchoMode ? kWriteEchoes : 0));
-}
+};
 
 const Silence kSilences[] = {
-    {"no echo of the address command", true, {}, Address, {0x14}},
-    {"no echo of the low byte", true, {{0x14}}, Address, {0x14, 0x90}},
-    {"an echo but no acknowledge", true, {{0x14}, {0x90}, {0x01}}, Address, {0x14, 0x90, 0x01}},
-    {"no acknowledge", false, {}, Address, {0x14, 0x90, 0x01}},
-    {"an echo but no byte", true, {{0x15}}, Read, {0x15}},
-    {"no byte", false, {}, Read, {0x15}},
-    {"two echoes but no acknowledge", true, {{0x16}, {0x2A}}, Write, {0x16, 0x2A}},
-    {"no acknowledge of the byte", false, {}, Write, {0x16, 0x2A}}};
+    {"no echo of the address command", true, {}, kAddress, {0x14}},
+    {"no echo of the low byte", true, {{0x14}}, kAddress, {0x14, 0x90}},
+    {"an echo but no acknowledge", true, {{0x14}, {0x90}, {0x01}}, kAddress, {0x14, 0x90, 0x01}},
+    {"no acknowledge", false, {}, kAddress, {0x14, 0x90, 0x01}},
+    {"an echo but no byte", true, {{0x15}}, kRead, {0x15}},
+    {"no byte", false, {}, kRead, {0x15}},
+    {"two echoes but no acknowledge", true, {{0x16}, {0x2A}}, kWrite, {0x16, 0x2A}},
+    {"no acknowledge of the byte", false, {}, kWrite, {0x16, 0x2A}}};
 
 TEST(ExchangeTest, SilenceAsksAndRetrySendsNothing) {
     for (const auto& silence : kSilences) {

@@ -73,23 +73,6 @@ TEST(IdentificationTest, AsksWhenTheEndComesFirstOrNever) {
     }
 }
 
-TEST(IdentificationTest, HasOneSecondForTheWholeReply) {
-    // On the wire: the request, and then the four bytes of the reply.
-    constexpr auto latest = 1s - 5 * std::chrono::nanoseconds{178571};
-    using Case = std::pair<std::chrono::nanoseconds, bool>;
-    for (const auto& [delay, inTime] : {Case{latest, true}, Case{latest + 1ns, false}, Case{1010ms, false}}) {
-        ScriptedPeer peer;
-        peer.Then(Bytes("\x10"s + "EX\r"), delay);
-        ConnectedSession at(peer);
-        if (!inTime) at.prompts.ExpectError(kTimeoutText, Answer::Abort);
-        ReadFirmwareID(at.session);
-        EXPECT_EQ(at.state.CommOK, inTime) << delay.count();
-        EXPECT_EQ(at.state.TableType, inTime ? TableType::EX : TableType::RACE);
-        EXPECT_EQ(at.state.FirmwareId, delay < 1s ? "EX" : "");  // what had arrived stays
-        EXPECT_FALSE(at.line.IsOpen());
-    }
-}
-
 // A box that stays open while the name arrives may take longer than the module's second.
 TEST(IdentificationTest, ANameLookedAtTooLateIsATimeout) {
     ConnectedModule at(Options(TableType::RACE, true));

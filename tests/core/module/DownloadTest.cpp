@@ -12,10 +12,6 @@ namespace {
 constexpr const char* kTitle = "Download From EEPROM";
 const std::string kBase = "Corvane RV52 Version 8.1";
 
-void ExpectSaveQuestion(ConnectedModule& at, Answer answer) {
-    at.prompts.ExpectQuestion("Save advance table before downloading?", kTitle, answer);
-}
-
 void ExpectRest(const ConnectedModule& at, const std::string& caption, bool shown) {
     EXPECT_TRUE(at.connected.prompts.Done());
     EXPECT_EQ(at.shell.caption, caption);
@@ -23,15 +19,6 @@ void ExpectRest(const ConnectedModule& at, const std::string& caption, bool show
     EXPECT_EQ(at.connected.test.view.shown, shown);
     EXPECT_FALSE(at.line.IsOpen());
     EXPECT_FALSE(at.shell.progressShown);
-}
-
-// A RACE table on screen, and parameters of its own.
-AdvanceTable ShowOldTable(ConnectedModule& at) {
-    ShowAs(at.session, FlatTable(TableType::RACE, 12.5));
-    at.state.ModuleParameters.RPMLimit = 7700;
-    at.state.EepromBuffer.fill(0x11);
-    at.shell.caption = kBase + " - mine.tbl";
-    return at.session.table.Table();
 }
 
 TEST(DownloadTest, BringsTableAndParametersOnScreen) {
@@ -77,17 +64,6 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
     }
 }
 
-TEST(DownloadTest, CancellingTheSaveQuestionLeavesEverything) {
-    ConnectedModule at(Options(TableType::EX, true));
-    const auto table = ShowOldTable(at);
-    ExpectSaveQuestion(at, Answer::Cancel);
-    mnuDownload_Click(at.session);
-    ExpectRest(at, kBase + " - mine.tbl", true);
-    EXPECT_TRUE(at.line.Opens().empty());
-    EXPECT_EQ(at.session.table.Table(), table);
-    EXPECT_EQ(at.state.EepromBuffer[0], 0x11);
-}
-
 // The last box says what went wrong; the screen is empty, the parameters are the old ones, the buffer is
 // clear.
 TEST(DownloadTest, TellsEveryFailure) {
@@ -101,9 +77,10 @@ TEST(DownloadTest, TellsEveryFailure) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             SCOPED_TRACE(fault);
             ConnectedModule at(Options(TableType::EX, true), Faults({fault}, 3));
-            ShowOldTable(at);
+            ShowAs(at.session, FlatTable(TableType::RACE, 12.5));
+            at.state.EepromBuffer.fill(0x11);
             const auto parameters = at.state.ModuleParameters;
-            ExpectSaveQuestion(at, Answer::No);
+            at.prompts.ExpectQuestion("Save advance table before downloading?", kTitle, Answer::No);
             if (identified) at.prompts.ExpectNotice("Firmware ID: RV52A EX SIM 8.1", kTitle);
             if (timesOut) at.prompts.ExpectError(kTimeoutText, answer);
             at.prompts.ExpectNotice(last, kTitle);
@@ -132,17 +109,6 @@ TEST(DownloadTest, EscapeAndClosingEndTheReading) {
         EXPECT_EQ(at.shell.closed, closing);
         EXPECT_FALSE(at.state.AbortRequested);
     }
-}
-
-TEST(DownloadTest, WithoutItsTemplateTheTableIsClosedAndTheParametersAreTheModules) {
-    ConnectedModule at(PatternModule(TableType::EX, true));
-    at.connected.test.files.contents.erase("/program/RV52_EX_Chart.oc3");
-    at.prompts.ExpectNotice("Firmware ID: RV52A EX SIM 8.1", kTitle);
-    at.prompts.ExpectNotice("Chart template file RV52_EX_Chart.oc3 not found.", "File Open", Icon::Critical);
-    mnuDownload_Click(at.session);
-    ExpectRest(at, kBase, false);
-    EXPECT_EQ(at.state.ModuleParameters.RPMLimit, 5700);
-    EXPECT_EQ(at.state.EepromBuffer[134], Pattern(134));
 }
 
 }  // namespace

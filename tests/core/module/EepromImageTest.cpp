@@ -4,17 +4,12 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
+#include <span>
 #include <stdexcept>
 #include <tuple>
 
 namespace rv52 {
 namespace {
-
-EepromBuffer FilledWith(std::uint8_t byte) {
-    EepromBuffer buffer;
-    buffer.fill(byte);
-    return buffer;
-}
 
 // The parameters a module reports that holds this byte at index, and byte 0 everywhere else.
 ModuleParameters DecodedFrom(std::size_t index, int byte) {
@@ -36,7 +31,8 @@ TEST(EepromImageTest, BringsEveryByteBack) {
     const ModuleParameters highest{5, 5, 3, 9900, 1700, true, true, true, true, 0xFF};
     for (const auto type : {TableType::RACE, TableType::EX}) {
         for (int byte = 0; byte < 256; ++byte) {
-            const auto buffer = FilledWith(static_cast<std::uint8_t>(byte));
+            EepromBuffer buffer;
+            buffer.fill(static_cast<std::uint8_t>(byte));
             ModuleParameters parameters;
             const auto table = DecodeEepromImage(buffer, type, parameters);
             for (const double degrees : table.GetValues())
@@ -88,20 +84,16 @@ TEST(EepromImageTest, ScalesParametersBothWays) {
                                 {crank, 130, 0, 15},  {crank, 130, 2, 45},    {crank, 130, 2, 75},
                                 {crank, 130, 3, 255}, {limit, 132, 3000, 29}, {limit, 132, 9900, 100},
                                 {vss, 133, 910, 255}, {vss, 134, 1280, 5},    {vss, 134, 1700, 255}};
-    const auto expectEncoded = [](const Number& number) {
-        const auto& [field, index, value, byte] = number;
-        ModuleParameters parameters;
-        parameters.*field = static_cast<std::int16_t>(value);
-        EXPECT_EQ(Encoded(parameters).at(index), byte) << index << ": " << value;
-    };
-    const auto expectDecoded = [](const Number& number) {
-        const auto& [field, index, value, byte] = number;
-        EXPECT_EQ(DecodedFrom(index, byte).*field, value) << index << ": " << byte;
-    };
-    std::ranges::for_each(bothWays, expectEncoded);
-    std::ranges::for_each(bothWays, expectDecoded);
-    std::ranges::for_each(encodings, expectEncoded);
-    std::ranges::for_each(decodings, expectDecoded);
+    for (const auto& numbers : {std::span<const Number>(bothWays), std::span<const Number>(encodings)}) {
+        for (const auto& [field, index, value, byte] : numbers) {
+            ModuleParameters parameters;
+            parameters.*field = static_cast<std::int16_t>(value);
+            EXPECT_EQ(Encoded(parameters).at(index), byte) << index << ": " << value;
+        }
+    }
+    for (const auto& numbers : {std::span<const Number>(bothWays), std::span<const Number>(decodings)})
+        for (const auto& [field, index, value, byte] : numbers)
+            EXPECT_EQ(DecodedFrom(index, byte).*field, value) << index << ": " << byte;
 }
 
 TEST(EepromImageTest, CarriesUnknownFlagBitsThrough) {
@@ -120,10 +112,10 @@ TEST(EepromImageTest, CarriesUnknownFlagBitsThrough) {
 }
 
 TEST(EepromImageTest, HasNoPlaceForARaceTableInAnExModule) {
-    auto buffer = FilledWith(0xA9);
+    EepromBuffer buffer{};
     EXPECT_THROW(EncodeEepromImage(AdvanceTable(TableType::RACE), {}, TableType::EX, buffer),
                  std::logic_error);
-    EXPECT_EQ(buffer, FilledWith(0xA9));
+    EXPECT_EQ(buffer, EepromBuffer{});
 }
 
 }  // namespace

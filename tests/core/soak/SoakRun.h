@@ -196,9 +196,10 @@ class SoakRun {
         const bool untemplated = user_.WasTold("Chart template file RV52_Chart.oc3 not found.");
         EXPECT_TRUE(closing_ ||
                     shell_.caption == state_.BaseCaption + (untemplated ? "" : " - Data Buffer Empty"));
-        if (untemplated) return;
-        EXPECT_EQ(state_.ModuleParameters, before.parameters);
-        EXPECT_EQ(state_.EepromBuffer, EepromBuffer{});
+        auto parameters = before.parameters;
+        if (untemplated) DecodeEepromImage(state_.EepromBuffer, named, parameters);
+        EXPECT_EQ(state_.ModuleParameters, parameters);
+        EXPECT_TRUE(untemplated || state_.EepromBuffer == EepromBuffer{});
     }
 
     void JudgeUpload(const Before& before) {
