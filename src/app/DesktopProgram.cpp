@@ -10,8 +10,39 @@
 #include <QProcess>
 #include <QSettings>
 #include <QTimer>
+#include <QWindow>
+
+#include <functional>
+#include <utility>
 
 namespace rv52 {
+
+namespace {
+
+// Runs a task once, as soon as the desktop has put the window in its place on the screen.
+class WhenPlaced : public QObject {
+ public:
+    WhenPlaced(QWindow& window, std::function<void()> task)
+        : QObject(&window), window_(window), task_(std::move(task)) {
+        window.installEventFilter(this);
+    }
+
+ private:
+    bool eventFilter(QObject*, QEvent* event) override {
+        // Later, so that the window is painted first.
+        if (event->type() == QEvent::Expose && task_) QTimer::singleShot(0, this, &WhenPlaced::Try);
+        return false;
+    }
+
+    void Try() {
+        if (task_ && window_.isExposed()) std::exchange(task_, {})();
+    }
+
+    QWindow& window_;
+    std::function<void()> task_;
+};
+
+}  // namespace
 
 DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options)) {
     // The toolkit's own memory of file dialogs has no place to go: the settings hold the port alone.
@@ -43,7 +74,9 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
         devices_.Override(session_.state.CommPort, simulator_.Start(*options_.simulate), "simulated module");
     window_.Compose(session_, devices_);
     window_.show();
-    if (!options_.tableFile.empty()) QTimer::singleShot(0, &window_, [this] { OpenTableOfCommandLine(); });
+    // A message about the file would stand far from a window that has no place yet.
+    if (!options_.tableFile.empty())
+        new WhenPlaced(*window_.windowHandle(), [this] { OpenTableOfCommandLine(); });
     return true;
 }
 

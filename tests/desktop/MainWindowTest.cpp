@@ -1,5 +1,6 @@
 #include "ProgramFixture.h"
 #include "app/HelpWindow.h"
+#include "support/TemporaryFolder.h"
 #include "table/GridView.h"
 #include "table/TableFile.h"
 
@@ -61,6 +62,33 @@ TEST_F(MainWindowTest, ShowsNothingBeforeTheSplashIsGoneAndThenNoTable) {
         EXPECT_FALSE(Part(hidden).isVisible()) << hidden;
     Window().SetCaption("Corvane RV52 - my [*] table.tbl");
     EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 - my [*] table.tbl"));
+}
+
+TEST_F(MainWindowTest, OpensTheTableOfTheCommandLineOnceTheWindowIsInItsPlace) {
+    const TemporaryFolder folder;
+    CommandLine options;
+    options.tableFile = (folder.Path() / "my [*] table 1.tbl").string();
+    const auto open = [&](const Act& expect) {
+        robot_.reset();
+        program_ = std::make_unique<DesktopProgram>(options);
+        ASSERT_TRUE(program_->Start(std::chrono::milliseconds(1)));
+        robot_ = std::make_unique<Robot>(Window());
+        Window().hide();
+        QTest::qWait(50);
+        EXPECT_FALSE(State().TableShown);
+        expect();
+        Activate(Window());
+    };
+    open([&] {
+        robot_->ExpectBox(options.tableFile + "\r\nFile not found.", "cmdCancel");
+        robot_->ExpectBox("Canceled File Open", "cmdAbort");
+    });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return robot_->Done(); }));
+
+    QtFiles().ReplaceWhole(options.tableFile, FormatTableFile(FlatTable(TableType::EX, 10), {}));
+    open([] {});
+    EXPECT_TRUE(QTest::qWaitFor([&] { return State().TableShown; }));
+    EXPECT_EQ(Caption(), "Corvane RV52 Version 8.1 - my [*][*] table 1.tbl");
 }
 
 TEST_F(MainWindowTest, StoresThePickedPortAtOnceAndNothingElse) {
