@@ -46,7 +46,7 @@ PortPanel::PortPanel(const ComDevices& devices, Actions actions, QWidget* parent
 }
 
 void PortPanel::FocusList() {
-    ports_->setFocus(Qt::OtherFocusReason);
+    ports_->setFocus(Qt::ShortcutFocusReason);  // a reason for which styles show the focus
 }
 
 void PortPanel::Select(int commPort) {

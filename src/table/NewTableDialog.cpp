@@ -72,6 +72,7 @@ void NewTableDialog::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     const auto place = screen()->geometry();
     move(place.center() - QPoint(frameGeometry().width() / 2, frameGeometry().height() / 2));
+    setAttribute(Qt::WA_KeyboardFocusChange);  // the slider shows its focus before the first Tab
 }
 
 NewTableDialog::Switch NewTableDialog::AddSwitch(const char* suffix, const char* captionName,

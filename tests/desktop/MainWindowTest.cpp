@@ -96,6 +96,7 @@ TEST_F(MainWindowTest, StoresThePickedPortAtOnceAndNothingElse) {
     robot_->Choose("mnuComm", "mnuPortSetup");
     EXPECT_EQ(Part("fraPortSelect").geometry(), QRect(80, 96, 177, 129));
     const auto& list = Part<QComboBox>("cboPort");
+    EXPECT_TRUE(list.hasFocus() && Window().testAttribute(Qt::WA_KeyboardFocusChange)) << "styles show it";
     EXPECT_EQ(list.itemText(254), QStringLiteral("Com255"));
     EXPECT_EQ(list.currentIndex(), 0);
     for (int press = 0; press < 11; ++press)

@@ -16,6 +16,7 @@ class NewTableTest : public WidgetTest {
         ASSERT_TRUE(OpenNewTable(session, newTable));
         dialog = std::make_unique<NewTableDialog>(session, newTable, [](const auto& event) { event(); });
         Activate(*dialog);
+        EXPECT_TRUE(dialog->testAttribute(Qt::WA_KeyboardFocusChange)) << "styles show the focus";
     }
     QWidget& Part(const char* name) { return Find(*dialog, name); }
     QSlider& Timing() { return Find<QSlider>(*dialog, "sldInitTiming"); }
