@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/Version.h"
 #include "module/EepromBuffer.h"
 #include "module/ModuleParameters.h"
 #include "table/AdvanceTable.h"
@@ -24,7 +25,7 @@ struct AppState {
     rv52::EepromBuffer EepromBuffer{};
     AdvanceTable ExMaxTable{rv52::TableType::EX};  // the upper limit of each EX cell, loaded at start-up
     bool TableShown = false;                       // chart and grid are on screen
-    std::string BaseCaption = "Corvane RV52 Version 8.1";
+    std::string BaseCaption = std::string("Corvane RV52 Version ") + kVersion;
     int CommPort = 1;             // 1 to 255
     bool AbortRequested = false;  // Escape; polled by read and verify
     bool EchoMode = false;        // the module echoes each byte it receives

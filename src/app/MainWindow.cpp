@@ -132,9 +132,9 @@ void MainWindow::OpenHelp(const std::string& path) {
 
 void MainWindow::CloseWindows() {
     closing_ = true;
-    const auto windows = QApplication::topLevelWidgets();
-    for (auto window = windows.rbegin(); window != windows.rend(); ++window)
-        if (*window != this && (*window)->isVisible()) (*window)->close();
+    // This window was the first to open; beside it stands the help at most.
+    for (auto* window : QApplication::topLevelWidgets())
+        if (window != this && window->isVisible()) window->close();
     close();
 }
 

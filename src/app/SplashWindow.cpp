@@ -1,6 +1,7 @@
 #include "app/SplashWindow.h"
 
 #include "app/Branding.h"
+#include "app/Version.h"
 #include "platform/Failure.h"
 #include "platform/qt/Text.h"
 
@@ -80,7 +81,7 @@ SplashWindow::SplashWindow(std::chrono::milliseconds time)
     texts->addWidget(line);
     texts->addSpacing(14);
     AddLabel(*texts, "lblProductName", "Corvane RV52", 20);
-    AddLabel(*texts, "lblVersion", "Version 8.1", 11);
+    AddLabel(*texts, "lblVersion", (std::string("Version ") + kVersion).c_str(), 11);
     texts->addStretch();
     AddLabel(*texts, "lblNotice", kMakersNotice, 8);
     // A long brand makes the window wider, but never wider than the screen.

@@ -1,4 +1,5 @@
 #include "app/DesktopProgram.h"
+#include "app/Version.h"
 #include "platform/Failure.h"
 #include "platform/qt/HighContrast.h"
 #include "platform/qt/Text.h"
@@ -48,9 +49,8 @@ int main(int argc, char** argv) {
     if (const auto* error = std::get_if<std::string>(&parsed))
         return Refuse(*error + " (corvane_rv52 --help lists the options)");
     const auto& options = std::get<CommandLine>(parsed);
-    if (options.help || options.version) {
-        std::fputs(options.help ? UsageText() : "Corvane RV52 8.1\n", stdout);
-        return 0;
-    }
+    if (options.help) std::fputs(UsageText(), stdout);
+    if (!options.help && options.version) std::printf("Corvane RV52 %s\n", kVersion);
+    if (options.help || options.version) return 0;
     return RunProgram(argv, options);
 }
