@@ -46,11 +46,6 @@ class FileDesk : public Desk {
     void ExpectClosingQuestion(Answer answer) {
         prompts.ExpectQuestion("Save advance table before closing file?", "Close File", answer);
     }
-    void ExpectReplaceQuestion(const std::string& path, Answer answer) {
-        prompts.Expect({path + "\r\nThis file already exists.\r\n\r\nReplace existing file?", "File Save",
-                        Icon::Warning, Buttons::YesNoCancel, Answer::No},
-                       answer);
-    }
 
     // The commands, with the path that the user picks and the boxes expected after that.
     void Open(const std::string& path, const Expectations& expect = {}) {
