@@ -1,0 +1,238 @@
+#include "core/Desk.h"
+#include "table/CellEditing.h"
+#include "table/GridCursor.h"
+#include "table/Numbers.h"
+#include "table/SelectionCommands.h"
+
+#include <random>
+#include <tuple>
+#include <utility>
+
+namespace rv52::test {
+namespace {
+
+class GridCommandsTest : public Desk {
+ protected:
+    void ExpectRefused(GridCell at, const std::string& text, const std::string& words) {
+        prompts.ExpectNotice(words, "Advance Edit", Icon::Critical);
+        EXPECT_FALSE(EndEdit(session, at, text)) << text;
+        EXPECT_TRUE(prompts.Done()) << text;
+    }
+    void Select(GridCell first, GridCell last) { SelectGridCells(session, {first, last}, last); }
+    void Select(GridCell at) { Select(at, at); }
+
+    void Modify(std::string answer) {
+        prompts.ExpectText({"Enter a new value. See examples below or Help for details.\r\n"
+                            "   Enter 30 to set all cells in selection to 30\r\n"
+                            "   Enter -5 to subtract 5 from each cell in selection\r\n"
+                            "   Enter +10 to add 10 to each cell in selection\r\n"
+                            "   Enter 80% to multiply each cell in selection by 80%\r\n"
+                            "   Enter -7.5% to reduce each cell in selection by 7.5%\r\n"
+                            "   Enter +15% to increase each cell in selection by 15%",
+                            "Modify Selection", ""},
+                           std::move(answer));
+        mnuPopUpModify3D_Click(session);
+    }
+    void Copy(GridCell first, GridCell last) {
+        Select(first, last);
+        mnuPopUpCopy3D_Click(session);
+    }
+    void Paste(GridCell first, GridCell last) {
+        Select(first, last);
+        mnuPopupPaste3D_Click(session);
+    }
+
+    // The cell at its text and its value.
+    void ExpectCell(GridCell at, const std::string& text, double degrees) {
+        EXPECT_EQ(Text(at), text) << at.row << " " << at.column;
+        EXPECT_NEAR(Degrees(at), degrees, 1e-12) << at.row << " " << at.column;
+    }
+
+    // The first cell whose text does not say its value, or whose value is out of bounds; or nothing.
+    std::string Disagreement() const {
+        std::string found;
+        const auto type = session.sheet.Type();
+        ForEachCell(type, [&](Cell cell) {
+            const double degrees = session.table.Table().GetCell(cell);
+            const auto& text = Text(GridCellOf(cell, type));
+            const bool agree = EntireNumber(text) == degrees || text == FormatTenths(degrees);
+            const bool low = type == TableType::RACE && degrees < 0;
+            if (!agree || low || degrees > CellLimit(session.state, type, cell))
+                found = text + " for " + ShortestDecimal(degrees);
+        });
+        return found;
+    }
+};
+
+TEST_F(GridCommandsTest, EditTakesRaceTextsFromZeroTo45AndNothingElse) {
+    ShowFlat(TableType::RACE, 30);
+    MoveGridCursor(session, {7, 7});
+    int redraws = 0;
+    session.table.OnRedraw([&] { ++redraws; });
+    const std::tuple<const char*, double, const char*> accepted[] = {
+        {"0", 0, "0.0"},       {"45", 45, "45.0"}, {" 27.75 ", 27.75, "27.8"},
+        {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"},   {"0.1234", 0.1234, "0.1"}};
+    for (const auto& [text, degrees, label] : accepted) {
+        EXPECT_TRUE(EndEdit(session, {2, 3}, text)) << text;
+        ExpectCell({2, 3}, text, degrees);
+        EXPECT_EQ(std::exchange(redraws, 0), 1) << text;
+        // The label keeps its place on the cursor's cell.
+        EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {7, 2}, label}));
+    }
+    for (const std::string text : {"", "abc", "45.01", "-0.1", "1,5", "1e1", "5-", "nan", "0x10"})
+        ExpectRefused({2, 3}, text, "Advance must be numeric value between zero and 45 degrees.");
+    ExpectCell({2, 3}, "0.1234", 0.1234);
+    EXPECT_EQ(session.chart.Label().text, "0.1");
+}
+
+// A transfer that failed may leave another type in force than the table on screen was loaded as: the limit
+// goes by the type in force.
+TEST_F(GridCommandsTest, EditHoldsExCellsUnderTheirOwnMaximum) {
+    for (const auto shown : {TableType::EX, TableType::RACE}) {
+        ShowFlat(shown, 30);
+        session.state.TableType = TableType::EX;
+        session.state.ExMaxTable.SetCell({3, 10}, 32.5);
+        session.state.ExMaxTable.SetCell({4, 10}, 30);
+        const std::string words = "EX version advance must be numeric value between zero and ";
+        EXPECT_TRUE(EndEdit(session, {2, 3}, "32.5"));
+        ExpectRefused({2, 3}, "32.51", words + "32.5 degrees.");
+        ExpectRefused({2, 4}, "32.5", words + "30.0 degrees.");
+        EXPECT_EQ(Degrees(GridCell{2, 3}), 32.5);
+    }
+    ShowFlat(TableType::EX, 30);
+    session.state.TableType = TableType::RACE;
+    EXPECT_TRUE(EndEdit(session, {11, 16}, "45"));
+    EXPECT_EQ(Degrees(Cell{16, 1}), 45);
+}
+
+TEST_F(GridCommandsTest, ModifyStartsFromTheTextThatTheGridShows) {
+    const std::string nines = "-" + std::string(10000, '9') + "%";
+    const std::tuple<const char*, double, double> cases[] = {
+        {"  30  ", 30, 30},    {"-5", 30, 25},        {"+10", 30, 40},  {"80%", 30, 24},
+        {"-7.5%", 30, 27.75},  {"+15%", 30, 34.5},    {"+20", 30, 45},  {"50", 30, 45},
+        {"-100%", 30, 0},      {"-31", 30, 0},        {"-  5", 30, 25}, {" - 7.5 %", 30, 27.75},
+        {"%80", 30, 24},       {"5-", 30, 35},        {"+-5", 30, 25},  {"-+5", 30, 25},
+        {"1.2.3", 30, 1.2},    {"1e-3", 30, 31},      {"", 30, 30},     {"-", 30, 30},
+        {"+%", 30, 30},        {"--5", 30, 30},       {"x5", 30, 30},   {"+10%", 33.04, 36.3},
+        {nines.c_str(), 0, 0}, {nines.c_str(), 30, 0}};
+    for (const auto& [answer, before, degrees] : cases) {
+        ShowFlat(TableType::RACE, before);
+        Select({2, 3}, {3, 4});
+        Modify(answer);
+        ExpectCell({3, 4}, FormatTenths(degrees), degrees);
+        ExpectCell({4, 4}, FormatTenths(before), before);
+    }
+    ASSERT_TRUE(EndEdit(session, {3, 4}, "10.25"));
+    Modify("+0");
+    ExpectCell({3, 4}, "10.3", 10.25);
+}
+
+TEST_F(GridCommandsTest, ExCellsStayUnderTheirMaximumAndMayFallBelowZero) {
+    ShowFlat(TableType::EX, 4);
+    session.state.ExMaxTable.SetCell({3, 10}, 32.5);
+    session.state.ExMaxTable.SetCell({4, 10}, 20);
+    Select({2, 3}, {2, 4});
+    Modify("+40");
+    ExpectCell({2, 3}, "32.5", 32.5);
+    ExpectCell({2, 4}, "20.0", 20);
+    Modify("-30.25");
+    ExpectCell({2, 3}, "2.3", 2.25);
+    ExpectCell({2, 4}, "-10.3", -10.25);
+    // A RACE table takes what is copied, even from below zero.
+    Copy({2, 3}, {2, 4});
+    ShowFlat(TableType::RACE, 30);
+    Paste({1, 1}, {1, 1});
+    EXPECT_EQ(Text(GridCell{1, 2}), "-10.3");
+
+    // And an EX table its maximum in place of more.
+    Modify("29.96");
+    Copy({1, 1}, {1, 2});
+    ShowFlat(TableType::EX, 10);
+    session.state.ExMaxTable.SetCell({3, 10}, 28.5);
+    Paste({2, 3}, {2, 3});
+    ExpectCell({2, 3}, "28.5", 28.5);
+}
+
+TEST_F(GridCommandsTest, CopyTakesTextsAndPasteGivesThemCellForCell) {
+    ShowFlat(TableType::RACE, 30);
+    ASSERT_TRUE(EndEdit(session, {2, 2}, "1.25"));
+    ASSERT_TRUE(EndEdit(session, {2, 3}, "2"));
+    ASSERT_TRUE(EndEdit(session, {3, 2}, "3.0"));
+    Copy({2, 2}, {3, 3});
+    EXPECT_EQ(session.state.CopyBuffer, "1.25\t2\r3.0\t30.0");
+    EXPECT_EQ(session.state.CopyRows, 1);
+    EXPECT_EQ(session.state.CopyCols, 1);
+    Paste({5, 5}, {8, 9});
+    EXPECT_EQ(session.sheet.Selection(), (GridRange{{5, 5}, {6, 6}}));
+    EXPECT_EQ(session.sheet.Cursor(), (GridCell{5, 5}));
+    EXPECT_FALSE(session.chart.Label().shown);
+    ExpectCell({5, 5}, "1.25", 1.25);
+    ExpectCell({5, 6}, "2", 2);
+    ExpectCell({6, 5}, "3.0", 3);
+    ExpectCell({7, 5}, "30.0", 30);
+
+    // One cell goes into all of a range, and survives another table.
+    Copy({2, 3}, {2, 3});
+    ShowFlat(TableType::EX, 10);
+    Paste({3, 4}, {5, 7});
+    ExpectCell({3, 4}, "2", 2);
+    ExpectCell({5, 7}, "2", 2);
+    ExpectCell({6, 7}, "10.0", 10);
+    EXPECT_EQ(session.sheet.Selection(), (GridRange{{3, 4}, {5, 7}}));
+
+    // A block that would pass the edge is cut off there.
+    Copy({1, 1}, {11, 16});
+    ShowFlat(TableType::RACE, 30);
+    Paste({7, 15}, {7, 15});
+    EXPECT_EQ(session.sheet.Selection(), (GridRange{{7, 15}, {8, 16}}));
+    ExpectCell({8, 16}, "10.0", 10);
+    EXPECT_EQ(Text(GridCell{7, 14}) + Text(GridCell{6, 15}), "30.030.0");
+}
+
+TEST_F(GridCommandsTest, NothingChangesOnHeadersOrWithoutACopy) {
+    ShowFlat(TableType::RACE, 30);
+    Paste({2, 2}, {2, 2});
+    Copy({0, 1}, {0, 5});
+    Modify("12");
+    EXPECT_EQ(session.state.CopyBuffer, "");
+    EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 30));
+    EXPECT_EQ(Text(GridCell{0, 1}), "0");
+}
+
+// Whatever is done to a table in whatever order, each cell's text and value say the same: the text is the
+// value as typed or pasted, or its one-decimal form. And it is drawn once for each change.
+TEST_F(GridCommandsTest, TextsAndTableAgreeAfterAnyMixOfChanges) {
+    std::mt19937 random(52);
+    const auto below = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
+    const char* const answers[] = {"30", "-5", "+10.37", "80%", "-7.5%", "+15%", "0.33", "nonsense", "-200"};
+    int redraws = 0;
+    int repaints = 0;
+    session.table.OnRedraw([&] { ++redraws; });
+    session.sheet.OnChange([&](GridSheet::Change change) { repaints += change == GridSheet::Change::Texts; });
+    for (const auto type : {TableType::RACE, TableType::EX}) {
+        ShowFlat(type, 5.13);
+        const int rows = RowCount(type);
+        for (int change = 0; change < 600; ++change) {
+            const GridCell first{1 + below(rows), 1 + below(kColumnCount)};
+            const GridCell last{first.row + below(rows - first.row + 1),
+                                first.column + below(kColumnCount - first.column + 1)};
+            Select(first, last);
+            redraws = repaints = 0;
+            const int kind = below(4);
+            if (kind == 0 && type == TableType::RACE)
+                EndEdit(session, first, std::to_string(below(4500) / 100.0));
+            else if (kind == 1)
+                Modify(answers[below(9)]);
+            else if (kind == 2)
+                Copy(first, last);
+            else
+                Paste(first, last);
+            ASSERT_EQ(Disagreement(), "") << "after change " << change;
+            ASSERT_LE(redraws, 1);
+            ASSERT_LE(repaints, 1);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace rv52::test
