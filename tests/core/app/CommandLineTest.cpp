@@ -22,22 +22,13 @@ TEST(CommandLineTest, TakesPortsSimulatorAndTableFile) {
 }
 
 TEST(CommandLineTest, RefusesWhatItDoesNotKnowInOneLine) {
-    using Arguments = std::vector<const char*>;
-    const Arguments wrong[] = {{"--what"},
-                               {"--com"},
-                               {"--com", "3"},
-                               {"--com", "0=/dev/x"},
-                               {"--com", "256=x"},
-                               {"--com", "3="},
-                               {"--com", "=x"},
-                               {"--com", "3x=/dev/x"},
-                               {"--simulate", "ex"},
-                               {"a.tbl", "b.tbl"},
-                               {""},
-                               {"--help=yes"}};
+    const std::vector<const char*> wrong[] = {
+        {"--what", "a.tbl"},  {"a.tbl", "--com"}, {"--com", "3"},        {"--com", "0=/dev/x"},
+        {"--com", "256=x"},   {"--com", "3="},    {"--com", "=x"},       {"--com", "3x=/dev/x"},
+        {"--simulate", "ex"}, {"a.tbl", "b.tbl"}, {"", "--simulate=EX"}, {"--help=yes", "a.tbl"}};
     for (const auto& arguments : wrong) {
         const auto parsed = Parse(arguments);
-        ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << arguments.front();
+        ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << arguments.front() << arguments.back();
         EXPECT_EQ(std::get<std::string>(parsed).find('\n'), std::string::npos);
     }
 }

@@ -1,6 +1,7 @@
 #include "app/Branding.h"
 #include "app/Commands.h"
 #include "app/FormResize.h"
+#include "app/Layout.h"
 #include "app/StartUp.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
@@ -26,11 +27,6 @@ class ProgramTest : public testing::Test {
     void Start() {
         session_.state.BrandingLines = DefaultBrandingLines();
         ASSERT_TRUE(StartUp(session_));
-    }
-
-    void ShowSomeTable() {
-        session_.table.Replace(AdvanceTable(TableType::RACE));
-        ShowTable(session_);
     }
 };
 
@@ -68,12 +64,10 @@ TEST_F(ProgramTest, DoesNotStartWithoutTheFilesBesideIt) {
 
 TEST_F(ProgramTest, ExitAsksOnlyWithATableAndClosesThePortInAnyCase) {
     Start();
-    const auto expectQuestion = [&](Answer answer) {
-        test_.prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", answer);
-    };
-    ShowSomeTable();
+    session_.table.Replace(AdvanceTable(TableType::RACE));
+    ShowTable(session_);
     line_.Open(1);
-    expectQuestion(Answer::Cancel);
+    test_.prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::Cancel);
     session_.state.LineErrorCount = 2;
     test_.prompts.whileOpen = [this] { WindowResized(session_); };
     RequestExit(session_);
@@ -83,7 +77,7 @@ TEST_F(ProgramTest, ExitAsksOnlyWithATableAndClosesThePortInAnyCase) {
     EXPECT_EQ(session_.state.LineErrorCount, 0);
     EXPECT_TRUE(test_.view.shown);
 
-    expectQuestion(Answer::Yes);
+    test_.prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::Yes);
     test_.prompts.ExpectSave("");
     RequestExit(session_);
     EXPECT_TRUE(test_.shell.closed);
@@ -126,6 +120,20 @@ TEST_F(ProgramTest, ARefusedCellEditKeepsACommandFromStarting) {
     RequestExit(session_);
     EXPECT_EQ(test_.view.abandoned, 1);
     EXPECT_TRUE(test_.shell.closed);
+}
+
+TEST_F(ProgramTest, DividesTheWindowBetweenChartAndGrid) {
+    const auto first = LayOut({kClientWidth, kClientHeight});
+    EXPECT_EQ(first.chart, (Rectangle{0, 0, 9030, 0.7 * 7515}));
+    // 0.3 × 7515 − 725 is 1529.5: halves go to the even neighbour.
+    EXPECT_EQ(first.grid, (Rectangle{0, 0.7 * 7515, 8880, 1530}));
+    const auto tiny = LayOut({100, 100});
+    EXPECT_EQ(tiny.grid.width + tiny.grid.height, 0);
+
+    // Rows get a ninth and columns a seventeenth.
+    EXPECT_EQ(PitchOf(1530, 8880).rowHeight, 169);
+    EXPECT_EQ(PitchOf(1530, 8880).columnWidth, 521);
+    EXPECT_EQ(PitchOf(0, 0).rowHeight + PitchOf(0, 0).columnWidth, 0);
 }
 
 TEST_F(ProgramTest, AboutNamesBrandVersionAndMaker) {

@@ -28,8 +28,6 @@ struct SoakCount {
     long uploaded = 0;
     long downloaded = 0;
     long vins = 0;
-    long refused = 0;
-    long lineErrors = 0;
 };
 
 // One run of the program, whose user makes a few transfers while everything that can go wrong does so, all by
@@ -116,7 +114,6 @@ class SoakRun {
         const auto raiseSome = [this] {
             for (int left = dice_.Below(6); left > 0; --left)
                 line_.Raise(static_cast<LineCondition>(dice_.Below(6)));
-            ++count_.lineErrors;
         };
         const std::function<void()> strikes[] = {
             [this] { EscapePressed(session_); },
@@ -206,7 +203,6 @@ class SoakRun {
         ExpectUnchanged(before);
         const auto module = TypeNamedIn(state_.FirmwareId);
         const bool refused = user_.WasTold("Cannot upload race data to EX version");
-        count_.refused += refused;
         if (!user_.WasTold("Upload completed.")) {
             EXPECT_TRUE(!calm_ || refused || !before.shown);
             return;
