@@ -8,6 +8,11 @@
 namespace rv52::test {
 
 inline constexpr const char* kTimeoutText = "RS-232 timeout. Check cable and click Abort.";
+// The verdicts on an upload.
+inline constexpr const char* kCompleted = "Upload completed.";
+inline constexpr const char* kUnread = "Firmware ID read failed - cannot upload.";
+inline constexpr const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
+inline constexpr const char* kUnverified = "Upload aborted - EEPROM verification failed.";
 
 // A session whose line leads to this far end, on virtual time.
 struct ConnectedSession {

@@ -13,8 +13,6 @@ namespace {
 constexpr const char* kTitle = "Edit RV52A VIN";
 constexpr const char* kVinTimeout = "RS-232 timeout during Write VIN routine. Check cable and click Abort.";
 constexpr const char* kDone = "Upload completed.\r\n";
-constexpr const char* kUnverified = "Upload aborted - EEPROM verification failed.";
-constexpr const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
 const std::string kOld = "1CVRV52A0SM000081";
 const std::string kNew = "9XYRV52A7SM123456";
 

@@ -93,23 +93,5 @@ TEST(DownloadTest, TellsEveryFailure) {
     }
 }
 
-TEST(DownloadTest, EscapeAndClosingEndTheReading) {
-    for (const bool closing : {false, true}) {
-        ConnectedModule at(Options(TableType::RACE, true));
-        at.state.AbortRequested = true;  // pressed while idle: without effect
-        at.prompts.ExpectNotice("Firmware ID: RV52A SIM 8.1", kTitle);
-        at.prompts.ExpectNotice("Download failed.", kTitle);
-        at.line.OnYield([&] {
-            if (at.shell.progress.empty() || at.shell.progress.back().percents.size() != 20) return;
-            closing ? RequestExit(at.session) : EscapePressed(at.session);
-        });
-        RunCommand(at.session, mnuDownload_Click);
-        ExpectRest(at, kBase + " - Data Buffer Empty", false);
-        EXPECT_EQ(at.shell.progress.front().percents.size(), 20u);
-        EXPECT_EQ(at.shell.closed, closing);
-        EXPECT_FALSE(at.state.AbortRequested);
-    }
-}
-
 }  // namespace
 }  // namespace rv52::test

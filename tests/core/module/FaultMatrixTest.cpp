@@ -13,11 +13,6 @@
 namespace rv52::test {
 namespace {
 
-constexpr const char* kCompleted = "Upload completed.";
-constexpr const char* kUnread = "Firmware ID read failed - cannot upload.";
-constexpr const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
-constexpr const char* kUnverified = "Upload aborted - EEPROM verification failed.";
-
 // A module with someone at its plug, who may change each byte on its way in and each answer on its way out;
 // both are told how many bytes have come in before.
 struct TamperedModule : Peer {
@@ -115,31 +110,30 @@ TEST(FaultMatrixTest, AReplyLostAnywhereIsNoSuccess) {
     }
 }
 
+// At each moment from the first byte to the last, closely at the start of each hundred.
+void StrikeEverywhere(const ModuleOptions& options, const std::string& kind, Answer answer, bool uploading) {
+    bool struck = true;
+    int k = 0;
+    for (; struck; k += k % 100 < 20 ? 1 : 23) {
+        SCOPED_TRACE(kind + std::to_string(k + 1));
+        Workshop workshop(options, kind + std::to_string(k + 1), answer);
+        // A plug that was pulled comes back while the first box is open.
+        workshop.user.whileOpen = [&] { workshop.at.line.PlugIn(); };
+        struck = uploading ? workshop.Upload() != kCompleted : !workshop.Download();
+    }
+    EXPECT_GT(k, 1) << kind;
+}
+
 TEST(FaultMatrixTest, NoFaultMakesATransferLookDone) {
-    using Kind = std::tuple<std::string, bool>;  // whether a download can be struck by it
-    const Kind kinds[] = {{"hang-up=", true},    {"silent=", true},          {"lost-reply=", true},
-                          {"late-reply=", true}, {"refused-address=", true}, {"refused-write=", false}};
     for (const auto& options : {Options(TableType::RACE, false), Options(TableType::EX, true)}) {
-        for (const auto& [kind, downloads] : kinds) {
-            for (const auto answer : {Answer::Abort, Answer::Retry, Answer::Ignore}) {
-                const bool hangsUp = kind == "hang-up=";
-                if (answer == Answer::Retry && !hangsUp) continue;
-                for (const bool uploading : {true, false}) {
-                    if (!uploading && !downloads) continue;
-                    bool struck = true;
-                    int k = 0;
-                    // From the first byte to the last, closely at the start of each hundred.
-                    for (; struck; k += k % 100 < 20 ? 1 : 23) {
-                        SCOPED_TRACE(kind + std::to_string(k + 1));
-                        Workshop workshop(options, kind + std::to_string(k + 1), answer);
-                        // The plug comes back while the first box is open.
-                        if (hangsUp) workshop.user.whileOpen = [&] { workshop.at.line.PlugIn(); };
-                        struck = uploading ? workshop.Upload() != kCompleted : !workshop.Download();
-                    }
-                    EXPECT_GT(k, 1) << kind;
-                }
-            }
+        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+            for (const char* kind : {"hang-up=", "silent=", "lost-reply=", "late-reply=", "refused-address="})
+                for (const bool uploading : {true, false})
+                    StrikeEverywhere(options, kind, answer, uploading);
+            StrikeEverywhere(options, "refused-write=", answer, true);
         }
+        for (const bool uploading : {true, false})
+            StrikeEverywhere(options, "hang-up=", Answer::Retry, uploading);
     }
     // Stray bytes may disturb, but not deceive.
     for (const bool echo : {true, false})
@@ -216,31 +210,42 @@ TEST(FaultMatrixTest, IdentificationsOfEveryKind) {
     }
 }
 
-// While a module is read, or what was written is read back, Escape ends it; while a module is programmed,
-// it does nothing. Only after a download's last byte it may come too late.
-TEST(FaultMatrixTest, EscapeAtAnyMoment) {
-    for (const bool uploading : {true, false}) {
-        bool pressed = true;
-        for (int moment = 1; pressed; moment += 11) {
+// While a module is read, or what was written is read back, Escape ends it, and closing the window the
+// former; while a module is programmed, neither does. Only after a download's last byte they may come too
+// late.
+TEST(FaultMatrixTest, EscapeAndClosingAtAnyMoment) {
+    for (const auto& [uploading, closing] :
+         {std::pair(true, true), {true, false}, {false, true}, {false, false}}) {
+        bool struck = true;
+        for (int moment = 1; struck; moment += 11) {
+            SCOPED_TRACE(moment);
             Workshop workshop(Options(TableType::RACE, true));
+            workshop.session.state.AbortRequested = true;  // pressed while idle: without effect
             const auto& panels = workshop.at.test.shell.progress;
             int yields = 0;
-            pressed = false;
+            struck = false;
             bool verifying = false;
             std::size_t bytes = 0;
             workshop.at.line.OnYield([&] {
                 if (++yields != moment) return;
-                pressed = true;
-                EscapePressed(workshop.session);
+                struck = true;
+                closing ? RequestExit(workshop.session) : EscapePressed(workshop.session);
                 verifying = panels.size() == 2;
                 bytes = panels.empty() ? 0 : panels.back().percents.size() - 1;
             });
             if (uploading) {
-                const auto outcome = workshop.Upload();
-                EXPECT_EQ(outcome, verifying ? kUnverified : kCompleted) << moment;
+                const auto last = workshop.Upload();
+                const bool asked = closing && struck;
+                EXPECT_EQ(last, asked       ? "Save advance table before exiting?"
+                                : verifying ? kUnverified
+                                            : kCompleted);
+                EXPECT_TRUE(!asked || workshop.user.told.rbegin()[1] == kCompleted);
             } else {
                 const bool done = workshop.Download();
-                EXPECT_TRUE(done == !pressed || bytes == 135) << moment;
+                EXPECT_TRUE(done == !struck || bytes == 135);
+                EXPECT_TRUE(done || panels.back().percents.size() <= bytes + 2);
+                EXPECT_EQ(workshop.at.test.shell.closed, closing && !done);
+                EXPECT_TRUE(done || !workshop.session.state.AbortRequested);
             }
         }
     }

@@ -13,11 +13,6 @@ namespace {
 constexpr auto RACE = TableType::RACE;
 constexpr auto EX = TableType::EX;
 
-constexpr const char* kCompleted = "Upload completed.";
-constexpr const char* kUnread = "Firmware ID read failed - cannot upload.";
-constexpr const char* kUnprogrammed = "Upload aborted - EEPROM programming failed.";
-constexpr const char* kUnverified = "Upload aborted - EEPROM verification failed.";
-
 // A module, and a table of the pattern on screen with its parameters.
 struct Workshop : ConnectedModule {
     Workshop(const ModuleOptions& options, TableType shown, Faults faults = {})
@@ -28,12 +23,11 @@ struct Workshop : ConnectedModule {
     }
 
     // The table, its type and the parameters are never changed, whatever happens.
-    void Upload(const std::string& outcome, Icon icon, bool closing = false) {
+    void Upload(const std::string& outcome, Icon icon) {
         const auto table = session.table.Table();
         const auto [type, shown, parameters] =
             std::tuple(state.TableType, state.TableShown, state.ModuleParameters);
         prompts.ExpectNotice(outcome, "Upload To EEPROM", icon);
-        if (closing) prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::No);
         RunCommand(session, mnuUpload_Click);
         EXPECT_TRUE(prompts.Done());
         EXPECT_EQ(session.table.Table(), table);
@@ -135,19 +129,6 @@ TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
             EXPECT_EQ(at.state.VerifyErrors, verifyErrors);
             EXPECT_EQ(at.shell.progress.size(), outcome == kUnread ? 0u : outcome == kUnprogrammed ? 1u : 2u);
         }
-    }
-}
-
-TEST(UploadTest, ClosingTheWindowWaitsForProgrammingAndVerifying) {
-    for (const std::size_t panel : {1U, 2U}) {
-        Workshop at(Options(RACE, true), RACE);
-        at.line.OnYield([&] {
-            if (at.shell.progress.size() == panel) RequestExit(at.session);
-        });
-        at.Upload(kCompleted, Icon::Warning, true);
-        EXPECT_EQ(at.module.Stored(), 135);
-        EXPECT_FALSE(at.state.AbortRequested);
-        EXPECT_TRUE(at.shell.closed);
     }
 }
 
