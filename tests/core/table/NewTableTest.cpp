@@ -19,14 +19,6 @@ TEST(NewAdvanceTest, GivesTheWorkedValues) {
             << minimum << " to " << maximum << ", " << advSlope << ", " << initTiming;
 }
 
-TEST(NewAdvanceTest, TheSlidersCountFromTheTop) {
-    EXPECT_EQ(SettingAt(0), 9);
-    for (int position = 0; position <= kLastSliderPosition; ++position) {
-        EXPECT_EQ(TimingSliderStop(TableType::RACE, position), position);
-        EXPECT_EQ(TimingSliderStop(TableType::EX, position), position < 4 ? 4 : position);
-    }
-}
-
 class NewTableTest : public Desk {
  protected:
     void ShowOldTable() {
@@ -72,22 +64,14 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
     EXPECT_EQ(test.shell.newTableDialogs, 6);
 }
 
-TEST_F(NewTableTest, AsksFirstWhenATableIsShown) {
+TEST_F(NewTableTest, EndsWhenToldAndWithoutItsFiles) {
     ShowOldTable();
     ExpectQuestion(Answer::Cancel);
     mnuNewTable_Click(session);
     EXPECT_TRUE(session.state.TableShown);
     EXPECT_EQ(caption, "as it was");
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 20));
-    // It goes on whatever comes of saving.
-    ExpectQuestion(Answer::Yes);
-    prompts.ExpectSave("");
-    AnswerType("Race");
-    mnuNewTable_Click(session);
-    EXPECT_EQ(test.shell.newTableDialogs, 1);
-}
 
-TEST_F(NewTableTest, EndsWithoutItsFiles) {
     const std::pair<const char*, std::string> cases[] = {
         {"Race", "RV52_Chart.oc3"}, {"Race", "RV52_Min.dat"}, {"EX", "RV52_EX_Max.dat"}};
     const auto all = files;

@@ -52,6 +52,7 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
     constexpr auto timing = &ModuleParameters::InitialTiming;
     constexpr auto crank = &ModuleParameters::CrankRevs;
     constexpr auto rear = &ModuleParameters::RearOffset;
+    // The number follows the line's first colon.
     const std::tuple<const char*, std::int16_t ModuleParameters::*, int> cases[] = {
         {"!RPMLimit: 32767.4", limit, 9900},
         {"!RPMLimit: 100", limit, 3000},
@@ -66,8 +67,8 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
         {"!RearOffset: x", rear, 0},
         {"10 20 !RearOffset: -.6", rear, -1},
         {"!RearOffset: -32768.5", rear, -5},
-        {"!RearOffset: 1\n!RearOffset: 2\r\n!Version: EX", rear, 2},
-        {"note: 4 !RearOffset: 2", rear, 4},  // the line's first colon
+        {"!RearOffset:1\n!RearOffset:2\r\n!", rear, 2},
+        {"note: 4 !RearOffset: 2", rear, 4},
         {"! RearOffset: 3", rear, 0}};
     for (const auto& [line, field, value] : cases)
         EXPECT_EQ(Read(line).parameters.*field, value) << line;
