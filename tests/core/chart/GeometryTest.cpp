@@ -12,16 +12,12 @@ namespace {
 
 constexpr Area kEverywhere{-1e6, -1e6, 2e6, 2e6};
 
-TEST(ViewpointTest, TurnsAllRoundButNeitherBelowNorOverhead) {
-    const rv52::Viewpoint start{.azimuth = 170, .elevation = 30, .zoom = 1, .pan = {}};
-    EXPECT_DOUBLE_EQ(Turned(start, 20, 0).azimuth, -170);
-    EXPECT_DOUBLE_EQ(Turned(start, 0, 100).elevation, 70);
-    EXPECT_DOUBLE_EQ(Turned(start, 0, -100).elevation, 10);
-}
-
-TEST(ViewpointTest, ZoomsAtThePointerWithinBounds) {
+TEST(ViewpointTest, TurnsAndZoomsAtThePointerWithinBounds) {
     const Area area{30, 20, 500, 300};
     rv52::Viewpoint view{.azimuth = 28, .elevation = 32, .zoom = 1, .pan = {}};
+    EXPECT_DOUBLE_EQ(Turned(view, 162, 0).azimuth, -170);
+    EXPECT_DOUBLE_EQ(Turned(view, 0, 100).elevation, 70);
+    EXPECT_DOUBLE_EQ(Turned(view, 0, -100).elevation, 10);
     const Place place{0.3, -0.2, 0.4};
     const Point pointer = Projection(view, area).At(place);
     for (const double factor : {1.5, 1.5, 0.8}) {

@@ -12,11 +12,7 @@ namespace rv52::test {
 inline const std::string kBase = "Corvane RV52 Version 8.1";
 
 inline ModuleParameters SomeParameters() {
-    ModuleParameters parameters;
-    parameters.InitialTiming = -2;
-    parameters.RPMLimit = 7250;
-    parameters.FixedLimFlag = true;
-    return parameters;
+    return {.InitialTiming = -2, .RPMLimit = 7250, .FixedLimFlag = true};
 }
 
 // For the commands on table files. The caption tells whether a command set it.

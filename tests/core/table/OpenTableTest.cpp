@@ -9,26 +9,6 @@ namespace {
 
 using OpenTableTest = FileDesk;
 
-TEST_F(OpenTableTest, AsksFirstWhenATableIsShown) {
-    ShowTable(RandomTable(TableType::EX, 1));
-    ExpectOpeningQuestion(Answer::Cancel);
-    mnuOpenTable_Click(session);
-    EXPECT_TRUE(session.state.TableShown);
-    EXPECT_EQ(caption, "as it was");
-
-    ExpectOpeningQuestion(Answer::No);
-    Open("");
-    ExpectHidden("as it was");
-
-    // A save that comes to nothing does not keep the file from being opened.
-    PutFile("/b.tbl", TableType::RACE);
-    session.state.TableShown = true;
-    ExpectOpeningQuestion(Answer::Yes);
-    prompts.ExpectSave("");
-    Open("/b.tbl");
-    EXPECT_EQ(caption, kBase + " - b.tbl");
-}
-
 TEST_F(OpenTableTest, KeepsTheParametersOfAFileWhoseTableItCannotShow) {
     const auto kept = RandomTable(TableType::RACE, 5);
     session.table.Replace(kept);
@@ -79,7 +59,7 @@ TEST_F(OpenTableTest, ReportsWhatItCannotRead) {
     EXPECT_EQ(caption, kBase);
 }
 
-TEST_F(OpenTableTest, AsksForEachValueThatIsNo16BitNumber) {
+TEST_F(OpenTableTest, AsksFirstAndForEachValueThatIsNo16BitNumber) {
     PutFile("/a.tbl", TableType::RACE);
     files["/a.tbl"].insert(0, "!VSSFreq: 70000\r\n!RearOffset: -40000\r\n");
     const std::string vss = "The value of !VSSFreq is no 16-bit whole number.";
@@ -91,7 +71,12 @@ TEST_F(OpenTableTest, AsksForEachValueThatIsNo16BitNumber) {
     EXPECT_TRUE(session.state.TableShown);
     EXPECT_EQ(parameters, SomeParameters());
 
-    ExpectOpeningQuestion(Answer::No);
+    ExpectOpeningQuestion(Answer::Cancel);
+    mnuOpenTable_Click(session);
+    EXPECT_TRUE(session.state.TableShown);
+    // A save that comes to nothing does not keep a file from being opened.
+    ExpectOpeningQuestion(Answer::Yes);
+    prompts.ExpectSave("");
     Open("/a.tbl", [&] { prompts.ExpectError(vss, Answer::Abort); });
     EXPECT_FALSE(session.state.TableShown);
     EXPECT_EQ(parameters.RPMLimit, 5700) << "what was assumed before the value stays";

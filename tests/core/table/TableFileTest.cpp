@@ -47,31 +47,17 @@ TEST(TableFileTest, AssumesTheUsualForWhatIsNotStated) {
 }
 
 TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
-    constexpr auto limit = &ModuleParameters::RPMLimit;
-    constexpr auto vss = &ModuleParameters::VSSFreq;
-    constexpr auto timing = &ModuleParameters::InitialTiming;
-    constexpr auto crank = &ModuleParameters::CrankRevs;
-    constexpr auto rear = &ModuleParameters::RearOffset;
-    // The number follows the line's first colon.
-    const std::tuple<const char*, std::int16_t ModuleParameters::*, int> cases[] = {
-        {"!RPMLimit: 32767.4", limit, 9900},
-        {"!RPMLimit: 100", limit, 3000},
-        {"!RPMLimit", limit, 3000},
-        {"!VSSFreq: 2000", vss, 1700},
-        {"!VSSFreq:1000:1100", vss, 1000},
-        {"!InitialTiming: -7", timing, -5},
-        {"!INITIALTIMING:   +3 degrees", timing, 3},
-        {"!CrankRevs: 2.5", crank, 2},
-        {"!CrankRevs: 3.5", crank, 3},
-        {"!CrankRevs: 1.5", crank, 2},
-        {"!RearOffset: x", rear, 0},
-        {"10 20 !RearOffset: -.6", rear, -1},
-        {"!RearOffset: -32768.5", rear, -5},
-        {"!RearOffset:1\n!RearOffset:2\r\n!", rear, 2},
-        {"note: 4 !RearOffset: 2", rear, 4},
-        {"! RearOffset: 3", rear, 0}};
-    for (const auto& [line, field, value] : cases)
-        EXPECT_EQ(Read(line).parameters.*field, value) << line;
+    // In the order of the parameters' own: timing, rear offset, crank revolutions, RPM limit, VSS frequency.
+    const std::pair<const char*, ModuleParameters> cases[] = {
+        {"!RPMLimit: 32767.4\n!VSSFreq: 2000\n!InitialTiming: -7\n!CrankRevs: 2.5\n!RearOffset: x",
+         {-5, 0, 2, 9900, 1700}},
+        {"!RPMLimit: 100\n!VSSFreq:1000:1100\n!INITIALTIMING:   +3 degrees\n10 20 !RearOffset: -.6",
+         {3, -1, 0, 3000, 1000}},
+        {"!RPMLimit:\r\n!CrankRevs: 1.5\n!RearOffset: -32768.5", {0, -5, 2, 3000, 1424}},
+        {"!RPMLimit\n!CrankRevs: 3.5\n!RearOffset: 1\n!RearOffset: 2\r\n!Version: EX", {0, 2, 3, 3000, 1424}},
+        {"note: 4 !RearOffset: 2\n! CrankRevs: 3", {0, 4, 0, 5700, 1424}}};  // a line's first colon counts
+    for (const auto& [text, parameters] : cases)
+        EXPECT_EQ(Read(text).parameters, parameters) << text;
 
     for (const std::string beyond :
          {"32768", "32767.5", "-32769", "-32768.6", "1000000000000000000000000000"}) {
@@ -84,20 +70,14 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
 }
 
 TEST(TableFileTest, ReadsFlagsAndTypes) {
-    const std::pair<const char*, bool> flags[] = {
-        {" true", true}, {"untrue", true}, {"1", false}, {"", false}};
-    for (const auto& [text, flag] : flags) {
+    for (const auto& [text, flag] : {std::pair(" true", true), {"untrue", true}, {"1", false}, {"", false}}) {
         ModuleParameters current;
         current.FixedLimFlag = !flag;
         EXPECT_EQ(Read("!FixedLimFlag:" + std::string(text), current).parameters.FixedLimFlag, flag) << text;
     }
-    const std::pair<const char*, TableType> types[] = {
-        {"!version: Rex", TableType::EX},
-        {"!Version: E X", TableType::RACE},
-        {"!Version", TableType::RACE},
-        {"!Version: EX\r\n!Version: RACE\r\n", TableType::RACE}};
-    for (const auto& [text, type] : types)
-        EXPECT_EQ(Read(text).type, type) << text;
+    EXPECT_EQ(Read("!version: Rex").type, TableType::EX);
+    for (const auto* text : {"!Version: E X", "!Version", "!Version: EX\r\n!Version: RACE\r\n"})
+        EXPECT_EQ(Read(text).type, TableType::RACE) << text;
 }
 
 std::string Replaced(std::string text, const std::string& what, const std::string& with) {
