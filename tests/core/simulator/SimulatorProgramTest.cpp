@@ -28,10 +28,7 @@ SimulatorOptions Parse(const std::vector<const char*>& arguments) {
 
 TEST(SimulatorOptionsTest, AreRead) {
     const auto none = Parse({});
-    EXPECT_EQ(none.type, TableType::RACE);
-    EXPECT_TRUE(none.echo);
-    EXPECT_FALSE(none.bitsPerSecond);
-
+    EXPECT_TRUE(none.type == TableType::RACE && none.echo && !none.bitsPerSecond);
     const auto all = Parse({"--type", "EX", "--echo=off", "--image", "a=b.bin", "--pace=56000", "--fault",
                             "silent=3", "--fault=flipped-bit", "--seed", "18446744073709551615", "--trace",
                             "wire.txt", "--id", "Bench"});
