@@ -231,17 +231,14 @@ TEST(SurfaceTest, HidesNothingWhereItIsLevelAndAValleyBehindAWall) {
     EXPECT_TRUE(IsVisible({8, 1}, scene.mesh) && IsVisible({8, 2}, scene.mesh));
 }
 
-TEST(PickingTest, FourteenPixelsHitAndFifteenMiss) {
-    const auto scene = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
-    const Point corner = scene.mesh.At({1, 1}).at;
+TEST(PickingTest, TakesWhatIsShownWithinFourteenPixels) {
+    const auto flat = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
     const auto near = [&](Point way) {
-        return NearestVisible(scene.mesh, kEverywhere, corner + way, kPickRadius);
+        return NearestVisible(flat.mesh, kEverywhere, flat.mesh.At({1, 1}).at + way, kPickRadius);
     };
     EXPECT_EQ(near({-14, 0}).value().cell, (Cell{1, 1}));
     EXPECT_FALSE(near({-15, 0}) || near({-11, 11}));
-}
 
-TEST(PickingTest, PicksNothingOutsideThePartThatIsShown) {
     const auto scene = SceneAt(ShippedMaximum(TableType::RACE), {28, 32, 3});
     const auto& shown = scene.areas.plotting;
     int outside = 0;

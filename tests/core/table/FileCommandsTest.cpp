@@ -41,9 +41,6 @@ class FileDesk : public Desk {
     void ExpectOpeningQuestion(Answer answer) {
         prompts.ExpectQuestion("Save advance table before opening file?", "Open File", answer);
     }
-    void ExpectClosingQuestion(Answer answer) {
-        prompts.ExpectQuestion("Save advance table before closing file?", "Close File", answer);
-    }
 
     // The commands, with the path that the user picks and the boxes expected after that.
     void Open(const std::string& path, const Expectations& expect = {}) {
@@ -256,7 +253,7 @@ TEST_F(SaveTableTest, AFailedSaveClosesTheTableUnlessTold) {
         EXPECT_EQ(caption, "as it was");
         Save("/a.tbl", [&] {
             prompts.ExpectNotice("Error saving /a.tbl", "File Save", Icon::Critical);
-            ExpectClosingQuestion(close);
+            prompts.ExpectQuestion("Save advance table before closing file?", "Close File", close);
         });
     }
     ExpectHidden(kBase);
