@@ -56,9 +56,8 @@ TEST(LabelsTest, TextsAreInsideTheChartClearOfTheBoxAndOfEachOther) {
 
 TEST(LabelsTest, TheAdvanceAxisIsNamedRightAboveItWhereTheWallRisesSteeply) {
     const auto scene = SceneAt(ShippedMaximum(TableType::RACE), {-107, 52, 1, {1000, 560}});
-    const auto& texts = scene.texts;
-    const auto caption = std::ranges::find(texts, "Advance (degrees)", &PlacedText::text);
-    ASSERT_NE(caption, texts.end());
+    const auto caption = std::ranges::find(scene.texts, "Advance (degrees)", &PlacedText::text);
+    ASSERT_NE(caption, scene.texts.end());
     EXPECT_LT(scene.walls.advance.ticks.back().at.y - caption->area.Bottom(), 2 * caption->area.height);
 }
 

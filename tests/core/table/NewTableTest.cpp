@@ -37,15 +37,13 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
     const std::string race = "RACE hidden, 8 rows, at 0 0, editable, chart editable, template of 8: ";
     const std::string ex = "EX hidden, 11 rows, at 0 0, fixed, chart fixed, template of 11: ";
     // The answer, what it brings, and what becomes of an initial timing and of a rear offset of 3.
-    const std::tuple<const char*, std::string, int, int, int> cases[] = {
+    const std::tuple<const char*, std::string, std::int16_t, std::int16_t, std::int16_t> cases[] = {
         {"Race", race, 2, 2, 3}, {"", race, 2, 2, 3}, {" EX", race, 2, 2, 3},
         {"EX2", race, 2, 2, 3},  {"ex", ex, 2, 0, 0}, {"EX", ex, -2, -2, 0}};
     for (const auto& [answer, screen, before, timing, rear] : cases) {
         const auto type = screen == ex ? TableType::EX : TableType::RACE;
         ShowOldTable();
-        parameters.RPMLimit = 8000;
-        parameters.RearOffset = 3;
-        parameters.InitialTiming = static_cast<std::int16_t>(before);
+        parameters = {before, 3, 0, 8000};
         test.shell.whileNewTableOpen = [&](NewTable& newTable) {
             EXPECT_EQ(newTable.AdvSlope + newTable.InitTiming, 0);
             EXPECT_EQ(newTable.MinTable, LoadLimitTable(test.files, type, Limit::Minimum));
@@ -57,9 +55,7 @@ TEST_F(NewTableTest, OpensWithTheTableHiddenAndTheSettingsAtZero) {
         // Closed without Update or OK.
         EXPECT_EQ(OnScreen(test), screen + session.state.BaseCaption) << answer;
         EXPECT_EQ(session.table.Table(), AdvanceTable(type));
-        EXPECT_EQ(parameters.RPMLimit, 8000);
-        EXPECT_EQ(parameters.RearOffset, rear);
-        EXPECT_EQ(parameters.InitialTiming, timing);
+        EXPECT_EQ(parameters, (ModuleParameters{timing, rear, 0, 8000}));
     }
     EXPECT_EQ(test.shell.newTableDialogs, 6);
 }
@@ -107,11 +103,8 @@ TEST_F(NewTableTest, CreatesAndShowsTheTable) {
             };
             EXPECT_EQ(create(9, 5), newTable.MaxTable);
             EXPECT_EQ(create(0, 5), newTable.MinTable);
-            const auto lowest = create(0, 0);
-            ForEachCell(lowest.Type(), [&](Cell cell) {
-                EXPECT_EQ(lowest.GetCell(cell), std::max(0.0, newTable.MinTable.GetCell(cell) - 5));
-            });
-            EXPECT_EQ(session.sheet.Text({lowest.RowCount(), 1}), "0.0");
+            EXPECT_EQ(create(0, 0).GetCell({16, 1}), newTable.MinTable.GetCell({16, 1}) - 5);
+            EXPECT_EQ(session.sheet.Text({RowCount(session.state.TableType), 1}), "0.0");
             EXPECT_TRUE(session.state.TableShown && test.view.shown);
             EXPECT_EQ(session.sheet.Cursor(), (GridCell{3, 3}));
             EXPECT_EQ(caption, session.state.BaseCaption);
