@@ -47,8 +47,8 @@ class RecordingShell : public Shell {
         ++newTableDialogs;
         if (whileNewTableOpen) whileNewTableOpen(newTable);
     }
-    void ShowModParams() override { ++modParamsShown; }
-    void OpenHelp(const std::string& path) override { helpOpened.push_back(path); }
+    void ShowModParams() override {}
+    void OpenHelp(const std::string&) override {}
     void CloseWindows() override { closed = true; }
 
     struct Progress {
@@ -66,8 +66,6 @@ class RecordingShell : public Shell {
     bool portPanelShown = false;
     int newTableDialogs = 0;
     std::function<void(NewTable&)> whileNewTableOpen;
-    int modParamsShown = 0;
-    std::vector<std::string> helpOpened;
     bool closed = false;
 };
 

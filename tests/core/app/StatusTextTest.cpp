@@ -1,9 +1,8 @@
-#include "app/StartUp.h"
 #include "app/StatusText.h"
 #include "module/Upload.h"
 #include "support/ConnectedSession.h"
+#include "support/ShownTable.h"
 #include "table/GridCursor.h"
-#include "table/TableDisplay.h"
 
 #include <gtest/gtest.h>
 
@@ -19,17 +18,13 @@ std::string Told(const Session& session, const std::string& device = kDevice) {
 void ShowWith(Session& session, TableType type, Cell cell, double degrees) {
     AdvanceTable table(type);
     table.SetCell(cell, degrees);
-    session.table.Replace(table);
-    SetUpTableGrid(session, type);
-    ShowTable(session);
+    ShowAs(session, table);
     MoveGridCursor(session, GridCellOf(cell, type));
 }
 
 TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     ConnectedModule at(Options(TableType::RACE, false));
     auto& session = at.session;
-    ASSERT_TRUE(StartUp(session));
-    session.state.ExMaxTable.SetCell({6, 3}, 31.5);
     session.state.CommPort = 33;
     EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
 
@@ -38,6 +33,7 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     session.table.SetCell({6, 3}, 72 * 0.176);
     EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 12.672°, limit 45°   ·   Com33: no device of its own");
     ShowWith(session, TableType::EX, {6, 3}, 27.7734375);
+    session.state.ExMaxTable.SetCell({6, 3}, 31.5);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.7734375°, limit 31.5°   ·   Com33: /dev/ttyUSB0");
 
     MoveGridCursor(session, {0, 6});

@@ -24,16 +24,15 @@ struct Workshop : ConnectedModule {
 
     // The table, its type and the parameters are never changed, whatever happens.
     void Upload(const std::string& outcome, Icon icon) {
-        const auto table = session.table.Table();
-        const auto [type, shown, parameters] =
-            std::tuple(state.TableType, state.TableShown, state.ModuleParameters);
+        const auto kept = [&] {
+            return std::tuple(session.table.Table(), state.TableType, state.TableShown,
+                              state.ModuleParameters);
+        };
+        const auto before = kept();
         prompts.ExpectNotice(outcome, "Upload To EEPROM", icon);
         RunCommand(session, mnuUpload_Click);
         EXPECT_TRUE(prompts.Done());
-        EXPECT_EQ(session.table.Table(), table);
-        EXPECT_EQ(state.TableType, type);
-        EXPECT_EQ(state.TableShown, shown);
-        EXPECT_EQ(state.ModuleParameters, parameters);
+        EXPECT_TRUE(kept() == before);
         EXPECT_FALSE(line.IsOpen());
         EXPECT_FALSE(shell.progressShown);
     }

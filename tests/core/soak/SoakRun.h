@@ -4,7 +4,6 @@
 #include "app/FormResize.h"
 #include "app/Session.h"
 #include "link/EditVin.h"
-#include "link/LineErrors.h"
 #include "module/Download.h"
 #include "module/EepromImage.h"
 #include "module/EepromMap.h"
@@ -12,8 +11,7 @@
 #include "simulator/FaultKinds.h"
 #include "soak/SoakUser.h"
 #include "soak/WitnessedModule.h"
-#include "support/Recorders.h"
-#include "support/RecordingPrinter.h"
+#include "support/ConnectedSession.h"
 #include "table/TableDisplay.h"
 
 #include <algorithm>
@@ -34,13 +32,12 @@ struct SoakCount {
 // the seed; each transfer is judged when it has ended.
 class SoakRun {
  public:
-    SoakRun(std::uint64_t seed, const MemoryFiles& shipped, SoakCount& count)
-        : dice_(seed), count_(count), files_(shipped), calm_(dice_.OneIn(8)) {
+    SoakRun(std::uint64_t seed, SoakCount& count) : dice_(seed), count_(count), calm_(dice_.OneIn(8)) {
         module_.line = &line_;
         HandleLineErrors(session_);
         line_.OnYield([this] { MakeTrouble(); });
-        if (!calm_ && dice_.OneIn(20)) files_.contents.erase("/program/RV52_Chart.oc3");
-        files_.failWrites = dice_.OneIn(4);
+        if (!calm_ && dice_.OneIn(20)) test_.files.contents.erase("/program/RV52_Chart.oc3");
+        test_.files.failWrites = dice_.OneIn(4);
         session_.shell.SetCaption(state_.BaseCaption);
     }
 
@@ -145,7 +142,7 @@ class SoakRun {
         EXPECT_FALSE(line_.IsOpen());
         EXPECT_FALSE(shell_.progressShown);
         EXPECT_FALSE(session_.gate.Busy());
-        EXPECT_EQ(view_.shown, state_.TableShown);
+        EXPECT_EQ(test_.view.shown, state_.TableShown);
         EXPECT_EQ(shell_.closed && !closing_, false);
         for (auto panel = panels; panel < shell_.progress.size(); ++panel) {
             const auto& percents = shell_.progress[panel].percents;
@@ -249,12 +246,9 @@ class SoakRun {
     WitnessedModule module_;
     VirtualLine line_{module_};
     SoakUser user_{dice_, line_};
-    RecordingView view_;
-    RecordingShell shell_;
-    MemoryFiles files_;
-    MemorySettings settings_;
-    RecordingPrinter printer_;
-    Session session_{Ports{line_, user_, view_, shell_, files_, settings_, printer_}};
+    TestSession test_{line_};
+    RecordingShell& shell_ = test_.shell;
+    Session session_{PortsOf(test_.session, user_, line_)};
     AppState& state_ = session_.state;
     bool calm_;             // nothing will go wrong
     bool closing_ = false;  // the window has been asked to close

@@ -1,6 +1,4 @@
 #include "soak/SoakRun.h"
-#include "support/IdleLine.h"
-#include "support/TestSession.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -22,11 +20,9 @@ class SoakTest : public testing::TestWithParam<int> {
     void Soak(std::uint64_t seed) {
         SCOPED_TRACE("this seed alone: RV52_SOAK_SEED=" + std::to_string(seed) +
                      " soak_tests --gtest_filter='*/0'");
-        SoakRun(seed, shipped_.files, count_).Run();
+        SoakRun(seed, count_).Run();
     }
 
-    IdleLine line_;
-    TestSession shipped_{line_};
     SoakCount count_;
 };
 

@@ -44,7 +44,6 @@ class WitnessedModule : public Peer {
     }
 
     SimulatedModule& Module() { return *module_; }
-    const ModuleOptions& Options() const { return options_; }
     Seen SeenAt(int address) const { return seen_.at(static_cast<std::size_t>(address)); }
     void ForgetSeen() { seen_.fill(Seen::No); }
     // A stray byte is on the wire: the reply under way, and those that may be taken with it, count as
