@@ -17,11 +17,10 @@ class RecordingView : public TableView {
     void Show() override { shown = true; }
     void Hide() override { shown = false; }
     bool CommitEditor() override { return editorAccepts; }
-    void AbandonEditor() override { ++abandoned; }
+    void AbandonEditor() override {}
 
     bool shown = false;
     bool editorAccepts = true;
-    int abandoned = 0;
 };
 
 class RecordingShell : public Shell {
@@ -41,8 +40,8 @@ class RecordingShell : public Shell {
     void RenewStatus() override {
         if (onStatus) onStatus();
     }
-    void ShowPortPanel() override { portPanelShown = true; }
-    void HidePortPanel() override { portPanelShown = false; }
+    void ShowPortPanel() override {}
+    void HidePortPanel() override {}
     void ShowNewTable(NewTable& newTable) override {
         ++newTableDialogs;
         if (whileNewTableOpen) whileNewTableOpen(newTable);
@@ -63,7 +62,6 @@ class RecordingShell : public Shell {
     bool progressShown = false;
     std::vector<Progress> progress;
     std::function<void()> onStatus;
-    bool portPanelShown = false;
     int newTableDialogs = 0;
     std::function<void(NewTable&)> whileNewTableOpen;
     bool closed = false;

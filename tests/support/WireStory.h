@@ -2,13 +2,20 @@
 
 #include "simulator/WireTrace.h"
 
+#include <cmath>
 #include <string>
 #include <string_view>
 
 namespace rv52::test {
 
-// What is to pass over the wire between the program and a module that knows its trade, told by hand: ">" goes
-// to the module, "<" comes back, and "5ms" is the silence before a byte to the module.
+// A silence before a byte, and a byte: ">" goes to the module, "<" comes back.
+inline std::string InWords(int silence, Direction direction, int byte) {
+    return (silence == 0 ? "" : std::to_string(silence) + "ms ") +
+           ToText(TracedByte{direction, static_cast<std::uint8_t>(byte), {}}) + " ";
+}
+
+// What is to pass over the wire between the program and a module that knows its trade, told by hand,
+// with the silences before bytes to the module.
 class WireStory {
  public:
     explicit WireStory(bool echo) : echo_(echo) {}
@@ -39,8 +46,12 @@ class WireStory {
 
  private:
     // The silence after it and its answer is what the program keeps before its next byte.
-    void Send(int byte, int silenceAfter);
-    void Receive(int byte);
+    void Send(int byte, int silenceAfter) {
+        text_ += InWords(silence_, Direction::ToModule, byte);
+        silence_ = silenceAfter;
+        if (echo_) Receive(byte);
+    }
+    void Receive(int byte) { text_ += InWords(0, Direction::ToPc, byte); }
 
     bool echo_;
     int silence_ = 0;
@@ -48,6 +59,16 @@ class WireStory {
 };
 
 // What has passed, told likewise; silences are rounded to whole milliseconds.
-std::string Told(const std::vector<TracedByte>& trace);
+inline std::string Told(const std::vector<TracedByte>& trace) {
+    std::string text;
+    auto last = trace.empty() ? std::chrono::nanoseconds{0} : trace.front().time;
+    for (const auto& [direction, byte, time] : trace) {
+        const std::chrono::duration<double, std::milli> silence = time - last;
+        const bool leaves = direction == Direction::ToModule;
+        text += InWords(leaves ? static_cast<int>(std::lround(silence.count())) : 0, direction, byte);
+        last = time;
+    }
+    return text;
+}
 
 }  // namespace rv52::test

@@ -112,16 +112,6 @@ TEST_F(ProgramTest, OneCommandAtATimeAndWhatHadToWaitFollowsIt) {
     EXPECT_TRUE(test_.shell.closed);
 }
 
-TEST_F(ProgramTest, ARefusedCellEditKeepsACommandFromStarting) {
-    test_.view.editorAccepts = false;
-    bool ran = false;
-    RunCommand(session_, [&](Session&) { ran = true; });
-    EXPECT_FALSE(ran);
-    RequestExit(session_);
-    EXPECT_EQ(test_.view.abandoned, 1);
-    EXPECT_TRUE(test_.shell.closed);
-}
-
 TEST_F(ProgramTest, DividesTheWindowBetweenChartAndGrid) {
     const auto first = LayOut({kClientWidth, kClientHeight});
     EXPECT_EQ(first.chart, (Rectangle{0, 0, 9030, 0.7 * 7515}));

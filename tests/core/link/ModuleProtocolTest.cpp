@@ -13,13 +13,8 @@ using namespace std::string_literals;
 using Bytes = std::vector<std::uint8_t>;
 
 // One exchange of each kind against a module that falls silent at some point of it.
-struct Silence {
-    const char* what;
-    bool echo;
-    std::vector<Bytes> replies;
-    std::function<void(Session&)> exchange;
-    Bytes sent;
-};
+// What is missing, whether the module echoes, its replies before, the exchange, and what it has been sent.
+using Silence = std::tuple<const char*, bool, std::vector<Bytes>, std::function<void(Session&)>, Bytes>;
 
 const auto kAddress = [](Session& session) { SetEEPROMAddress(session, {0x0190}); };
 const auto kRead = [](Session& session) { EXPECT_EQ(ReadEEPROM(session), std::nullopt); };
@@ -40,23 +35,23 @@ const Silence kSilences[] = {
     {"no acknowledge of the byte", false, {}, kWrite, {0x16, 0x2A}}};
 
 TEST(ExchangeTest, SilenceAsksAndRetrySendsNothing) {
-    for (const auto& silence : kSilences) {
+    for (const auto& [missing, echo, replies, exchange, sent] : kSilences) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
-            SCOPED_TRACE(silence.what);
+            SCOPED_TRACE(missing);
             ScriptedPeer peer;
-            for (const auto& reply : silence.replies)
+            for (const auto& reply : replies)
                 peer.Then(reply);
             ConnectedSession at(peer);
-            at.state.EchoMode = silence.echo;
+            at.state.EchoMode = echo;
             at.state.CommOK = true;
             for (const auto given : {Answer::Retry, Answer::Retry, answer})
                 at.prompts.ExpectError(kTimeoutText, given);
             at.prompts.whileOpen = [&] { EXPECT_FALSE(at.line.IsOpen()); };
-            at.session.steps.Procedure([&](Steps&) { silence.exchange(at.session); });
+            at.session.steps.Procedure([&, &run = exchange](Steps&) { run(at.session); });
             EXPECT_TRUE(at.prompts.Done());
             EXPECT_FALSE(at.state.CommOK);
             EXPECT_FALSE(at.line.IsOpen());
-            EXPECT_EQ(peer.received, silence.sent);
+            EXPECT_EQ(peer.received, sent);
             EXPECT_EQ(at.line.Opens().size(), 1u);
         }
     }

@@ -10,8 +10,6 @@ namespace {
 TEST(PortSetupTest, StoresAPickedPortAtOnceAndUsesItNext) {
     ConnectedModule at(Options(TableType::RACE, true));
     auto& settings = at.connected.test.settings;
-    mnuPortSetup_Click(at.session);
-    EXPECT_TRUE(at.shell.portPanelShown);
     OpenLine(at.session);
     cboPort_Click(at.session, 11);
     EXPECT_EQ(at.state.CommPort, 12);
@@ -19,8 +17,6 @@ TEST(PortSetupTest, StoresAPickedPortAtOnceAndUsesItNext) {
     EXPECT_FALSE(at.line.IsOpen());
     OpenLine(at.session);
     EXPECT_EQ(at.line.Opens(), (std::vector{1, 12}));
-    cmdPortSelectOK_Click(at.session);
-    EXPECT_FALSE(at.shell.portPanelShown);
 
     // A port that cannot be stored is used all the same.
     settings.failWrites = true;

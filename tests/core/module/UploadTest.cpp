@@ -2,7 +2,7 @@
 #include "module/EepromImage.h"
 #include "module/Upload.h"
 #include "support/PatternModule.h"
-#include "table/TableDisplay.h"
+#include "support/ShownTable.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -17,9 +17,7 @@ constexpr auto EX = TableType::EX;
 struct Workshop : ConnectedModule {
     Workshop(const ModuleOptions& options, TableType shown, Faults faults = {})
         : ConnectedModule(options, std::move(faults)) {
-        session.table.Replace(DecodeEepromImage(PatternBuffer(), shown, state.ModuleParameters));
-        state.TableType = shown;
-        ShowTable(session);
+        ShowAs(session, DecodeEepromImage(PatternBuffer(), shown, state.ModuleParameters));
     }
 
     // The table, its type and the parameters are never changed, whatever happens.
