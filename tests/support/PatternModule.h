@@ -54,15 +54,12 @@ inline void TellRead(WireStory& story, TableType type) {
         story.Read(Pattern(index), 4);
 }
 inline void TellWriteAndVerify(WireStory& story, TableType type) {
-    for (const auto& [low, high, first, last] : Writable(type)) {
-        story.Address(low, high);
-        for (int index = first; index <= last; ++index)
-            story.Write(Pattern(index));
-    }
-    for (const auto& [low, high, first, last] : Writable(type)) {
-        story.Address(low, high);
-        for (int index = first; index <= last; ++index)
-            story.Read(Pattern(index), 2);
+    for (const bool reading : {false, true}) {
+        for (const auto& [low, high, first, last] : Writable(type)) {
+            story.Address(low, high);
+            for (int index = first; index <= last; ++index)
+                reading ? story.Read(Pattern(index), 2) : story.Write(Pattern(index));
+        }
     }
 }
 

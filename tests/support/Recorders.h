@@ -17,10 +17,11 @@ class RecordingView : public TableView {
     void Show() override { shown = true; }
     void Hide() override { shown = false; }
     bool CommitEditor() override { return editorAccepts; }
-    void AbandonEditor() override {}
+    void AbandonEditor() override { ++abandoned; }
 
     bool shown = false;
     bool editorAccepts = true;
+    int abandoned = 0;
 };
 
 class RecordingShell : public Shell {

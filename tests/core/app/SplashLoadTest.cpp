@@ -34,9 +34,8 @@ class SplashLoadTest : public test::Desk {
         files["/program/Corvane_RV52.cfg"] = file;
         LoadSplash(session, splash_);
     }
-    const Texts& Branding() const { return session.state.BrandingLines; }
-
     RecordingSplash splash_;
+    const Texts& branding_ = session.state.BrandingLines;
 };
 
 constexpr const char* kTitle = "title Corvane_RV52_Splash";
@@ -47,26 +46,26 @@ TEST_F(SplashLoadTest, HasDefaultsWithoutAFile) {
     LoadSplash(session, splash_);
     EXPECT_EQ(splash_.told, (Texts{"text Emberline", "font Arial", "size 48", "style bold italic",
                                    "logo /program/Emberline_Logo.gif", kTitle}));
-    EXPECT_EQ(Branding(), DefaultBrandingLines());
-    EXPECT_EQ(Branding().size(), 6U);
+    EXPECT_EQ(branding_, DefaultBrandingLines());
+    EXPECT_EQ(branding_.size(), 6U);
 }
 
 TEST_F(SplashLoadTest, DressesTheSplashAsTheFileSays) {
     Load("!\nNord\nLiberation Sans\n 12.5pt\nsemiBOLD\nNull\nsix\nseven\n!\nNordwerk\nStreet\nTown\n!\n");
     EXPECT_EQ(splash_.told, (Texts{"text Nord", "font Liberation Sans", "size 12.5", "style bold", kTitle}));
-    EXPECT_EQ(Branding(), (Texts{"Nordwerk", "Street", "Town"}));
+    EXPECT_EQ(branding_, (Texts{"Nordwerk", "Street", "Town"}));
 
     splash_.told.clear();
     Load("\n\n1\nupright\nlogo.svg\n!\n!\n");
     EXPECT_EQ(splash_.told, (Texts{"text ", "font ", "size 1", "style", "logo /program/logo.svg", kTitle}));
-    EXPECT_EQ(Branding(), Texts{"Emberline"});
+    EXPECT_EQ(branding_, Texts{"Emberline"});
 }
 
 TEST_F(SplashLoadTest, KeepsTheLinesOfAFileThatEndsEarly) {
     prompts.ExpectError(kEndsEarly, Answer::Ignore);
     Load("A\nArial\n10\nitalic\nNULL\n!\nBrand\nStreet\n");
     EXPECT_EQ(splash_.told, (Texts{"text A", "font Arial", "size 10", "style italic", kTitle}));
-    EXPECT_EQ(Branding(), (Texts{"Brand", "Street"}));
+    EXPECT_EQ(branding_, (Texts{"Brand", "Street"}));
 
     // Retry reads the file anew.
     splash_.told.clear();
@@ -74,7 +73,7 @@ TEST_F(SplashLoadTest, KeepsTheLinesOfAFileThatEndsEarly) {
     prompts.whileOpen = [&] { files["/program/Corvane_RV52.cfg"] = "B\nArial\n9\n\nNULL\n!\nMended\n!\n"; };
     Load("A\n!\nBroken\n");
     EXPECT_EQ(splash_.told.front(), "text B");
-    EXPECT_EQ(Branding(), Texts{"Mended"});
+    EXPECT_EQ(branding_, Texts{"Mended"});
 }
 
 TEST_F(SplashLoadTest, AsksAboutEverythingThatIsMissingOrWrong) {
@@ -101,7 +100,7 @@ TEST_F(SplashLoadTest, AsksAboutEverythingThatIsMissingOrWrong) {
     prompts.ExpectError("cannot read /program/Corvane_RV52.cfg", Answer::Abort);
     Load("");
     EXPECT_EQ(splash_.told, Texts{});
-    EXPECT_EQ(Branding(), Texts{"B"});
+    EXPECT_EQ(branding_, Texts{"B"});
 }
 
 }  // namespace
