@@ -11,6 +11,7 @@
 #include "table/GridModel.h"
 #include "table/InPlaceEditing.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
@@ -26,6 +27,14 @@ bool StartsTyping(const QKeyEvent& event) {
     if (event.modifiers() & commanding || event.text().isEmpty()) return false;
     const QChar letter = event.text().front();
     return letter.isPrint() && !letter.isSpace();
+}
+
+// The toolkit does it by itself while an assistive tool is connected. Cells that were asked for without one
+// would stand for the cells of the layout before.
+void ForgetAccessibleCells(GridView& grid) {
+    QAccessibleTableModelChangeEvent laidOut(&grid, QAccessibleTableModelChangeEvent::ModelReset);
+    auto* table = QAccessible::queryAccessibleInterface(&grid)->tableInterface();
+    if (table != nullptr) table->modelChange(&laidOut);
 }
 
 }  // namespace
@@ -199,6 +208,7 @@ void GridView::ReflectLayout() {
     {
         const QScopedValueRollback reflecting(syncing_, true);
         model_->LaidOut();
+        ForgetAccessibleCells(*this);
     }
     corner_->SetText(model_->CornerText());
     // The item view leaves its corner out of the accessibility tree.
