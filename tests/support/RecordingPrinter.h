@@ -40,7 +40,7 @@ class RecordingPrinter : public Printer {
         MayFail("line");
         open_.lines.push_back(LineOf(items));
     }
-    PrintPage Page() const override { return page; }
+    PrintPage Page() const override { return {15000, 11000, 2.4, 2.4}; }
     void DrawChart(const PixelRectangle& place) override {
         MayFail("chart");
         open_.charts.push_back(place);
@@ -57,7 +57,6 @@ class RecordingPrinter : public Printer {
 
     bool present = true;
     std::vector<std::string> fonts{"Courier New"};
-    PrintPage page{15000, 11000, 2.4, 2.4};
     std::string failing;  // the operation that fails
     std::vector<Job> jobs;
     int discarded = 0;

@@ -18,7 +18,6 @@ TEST(BrandingTest, ReadsBothSectionsOfEveryKindOfFile) {
         {"empty lines are data", "!\n\nA\n\n!\n\n!\n", {"", "A", ""}, {""}, true},
         {"\"!\" further on is data", " !A\nB!\n!\n !\n!\n", {" !A", "B!"}, {" !"}, true},
         {"an empty second section", "!\nA\n!\n! nothing\nnot read\n", {"A"}, {}, true},
-        {"what follows is not read", "A\n!\nB\n!\nC\n!\nD\n", {"A"}, {"B"}, true},
         {"ends in the second section", "A\n!\nB\nC\n", {"A"}, {"B", "C"}, false},
         {"ends after the first section", "A\n!\n", {"A"}, {}, false},
         {"empty", "", {}, {}, false},

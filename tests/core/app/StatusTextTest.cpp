@@ -9,9 +9,7 @@
 namespace rv52::test {
 namespace {
 
-constexpr const char* kDevice = "/dev/ttyUSB0";
-
-std::string Told(const Session& session, const std::string& device = kDevice) {
+std::string Told(const Session& session, const std::string& device = "/dev/ttyUSB0") {
     return StatusText(session.state, session.table, session.sheet, device);
 }
 

@@ -103,8 +103,6 @@ TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
         // The second range of an EX write is refused, or times out, as a whole or at one of its bytes.
         {"refused-address=2", EX, false, 7, kUnprogrammed, 0},
         {"lost-reply=10", EX, true, 7, kUnprogrammed, 0},
-        {"lost-reply=11", EX, true, 8, kUnprogrammed, 0},
-        {"refused-write=8", EX, false, 7, kUnprogrammed, 0},
         {"refused-write=183", EX, false, 182, kUnprogrammed, 0},
         // Programmed, and then not seen as it should be, or where it should be.
         {"refused-address=2", RACE, false, 135, kUnverified, 1},
