@@ -182,7 +182,7 @@ TEST(SimulatorProgramTest, RefusesBadOptionsWithStatusTwo) {
     for (const auto& arguments : {"--pace never", "--trace /no/where", "--image 511.bin", "--image 513.bin",
                                   "--image .", "--image no/folder"}) {
         SimulatorProgram simulator(arguments, path);
-        EXPECT_EQ(simulator.FirstLine(), "");
+        ASSERT_EQ(simulator.FirstLine(), "") << arguments;
         EXPECT_EQ(simulator.End(0), 2);
     }
     EXPECT_EQ(Content(path + "/511.bin"), std::string(511, 'x'));
