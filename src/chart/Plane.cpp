@@ -8,10 +8,15 @@ namespace {
 
 // Whether a straight line along a → b keeps the two apart.
 bool Separates(Point a, Point b, const std::array<Point, 4>& one, const std::array<Point, 4>& other) {
-    const auto side = [&](const Point& point) { return Turn(a, b, point); };
-    const auto oneSides = std::ranges::minmax(one, {}, side);
-    const auto otherSides = std::ranges::minmax(other, {}, side);
-    return side(oneSides.max) <= side(otherSides.min) || side(otherSides.max) <= side(oneSides.min);
+    const auto sides = [&](const std::array<Point, 4>& corners) {
+        std::array<double, 4> turns{};
+        std::ranges::transform(corners, turns.begin(), [&](const Point& point) { return Turn(a, b, point); });
+        return turns;
+    };
+    const auto oneSides = sides(one);
+    const auto otherSides = sides(other);
+    return std::ranges::max(oneSides) <= std::ranges::min(otherSides) ||
+           std::ranges::max(otherSides) <= std::ranges::min(oneSides);
 }
 
 bool HasSeparatingSide(const std::array<Point, 4>& one, const std::array<Point, 4>& other) {

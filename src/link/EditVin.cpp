@@ -42,7 +42,7 @@ bool OfferVin(Session& session) {
 // A VIN that the module can hold; empty when the user wants none.
 std::string AskForVin(Session& session) {
     for (;;) {
-        const auto answer = session.steps.Value(
+        auto answer = session.steps.Value(
             [&] {
                 return session.prompts.AskText(
                     {"Enter new RV52A VIN (17 characters)", kTitle, session.state.Vin});

@@ -15,7 +15,7 @@
 
 namespace rv52 {
 
-PortPanel::PortPanel(const ComDevices& devices, Actions actions, QWidget* parent)
+PortPanel::PortPanel(const ComDevices& devices, const Actions& actions, QWidget* parent)
     : QGroupBox(QStringLiteral("Data Port Setup"), parent), devices_(devices), ports_(new QComboBox(this)) {
     setObjectName(QStringLiteral("fraPortSelect"));
     setGeometry(ToPixels(kPortPanel));

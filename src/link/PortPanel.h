@@ -18,7 +18,7 @@ class PortPanel : public QGroupBox {
         std::function<void()> ok;
     };
 
-    PortPanel(const ComDevices& devices, Actions actions, QWidget* parent);
+    PortPanel(const ComDevices& devices, const Actions& actions, QWidget* parent);
 
     // Shows this port as the chosen one.
     void Select(int commPort);

@@ -21,7 +21,7 @@ PeerAnswer SimulatedModule::Receive(std::uint8_t byte) {
         options_.eeprom[step.store->address] = step.store->byte;
         ++stored_;
     }
-    return step;
+    return {std::move(step.bytes), step.hangUp};
 }
 
 ModuleStep SimulatedModule::StepFor(std::uint8_t byte) {
