@@ -57,10 +57,13 @@ class AxisTexts {
         if (!ShowsAMark(axis)) return;
         const Extent size = measure_(axis.caption);
         const Point top = axis.ticks.back().at;
-        for (double bottom = top.y - gap_; bottom > bounds_.top; bottom -= gap_ / 2)
+        double bottom = top.y - gap_;
+        while (bottom > bounds_.top) {
             for (const double reach : {size.width / 2, size.width})
                 if (AddWithin({top.x - reach, bottom - size.height, size.width, size.height}, axis.caption))
                     return;
+            bottom -= gap_ / 2;
+        }
     }
 
     std::vector<PlacedText> Take() { return std::move(texts_); }
@@ -107,10 +110,11 @@ class AxisTexts {
     bool Slide(const std::string& text, Point from, Point direction, double distance) {
         const Extent size = measure_(text);
         const double reach = distance + bounds_.width + bounds_.height;
-        for (; distance < reach; distance += gap_ / 2) {
+        while (distance < reach) {
             const Area area = AreaAround(from + Offset(direction, size, distance), size);
             // Pushed back from the side of the chart it would come to lie between marks one below another.
             if (std::abs(direction.y) > kNearlyLevel ? AddWithin(area, text) : Add(area, text)) return true;
+            distance += gap_ / 2;
         }
         return false;
     }
