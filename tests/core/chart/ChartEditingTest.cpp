@@ -4,6 +4,7 @@
 #include "table/GridCursor.h"
 #include "table/Numbers.h"
 
+#include <random>
 #include <tuple>
 
 namespace rv52::test {
@@ -165,6 +166,34 @@ TEST_F(ChartEditingTest, ALostReleaseLeavesGridAndTableAgreeing) {
     ChartDrag(session, 3);
     ChartRelease(session);
     ExpectFlat(20);
+}
+
+TEST_F(ChartEditingTest, AnyGesturesLeaveTableAndGridAgreeingWithinTheLimits) {
+    std::mt19937 random(1);
+    const auto roll = [&](int most) { return std::uniform_int_distribution<int>(0, most)(random); };
+    std::uniform_real_distribution<double> mouse(-60, 100);
+    for (int round = 0; round < 300; ++round) {
+        const auto type = round % 2 ? TableType::RACE : TableType::EX;
+        ShowFlat(type, 4);
+        for (int gesture = 0; gesture < 12; ++gesture) {
+            std::optional<Cell> hit;
+            if (roll(5) > 0) hit = Cell{1 + roll(15), 1 + roll(RowCount(type) - 1)};
+            ChartPress(session, static_cast<PressKey>(roll(2)), hit);
+            for (int step = roll(4); step > 0; --step)
+                ChartDrag(session, mouse(random));
+            if (roll(9) == 0) EscapePressed(session);
+            if (roll(9) == 0) ChartDragLost(session);
+            ChartRelease(session);
+            if (roll(9) == 0) ChartDoubleClick(session);
+        }
+        ChartDragLost(session);
+        session.gesture = {};
+        ForEachCell(type, [&](Cell cell) {
+            EXPECT_EQ(Text(cell), FormatTenths(Degrees(cell)));
+            EXPECT_GE(Degrees(cell), 0);
+            EXPECT_LE(Degrees(cell), CellLimit(session.state, type, cell));
+        });
+    }
 }
 
 }  // namespace
