@@ -42,6 +42,45 @@ TEST_F(ModParamsTest, SlidersCountFromTheTop) {
     EXPECT_EQ(kRPMLimitScale.PositionOf(5649), 73);
 }
 
+TEST_F(ModParamsTest, ASliderMovesItsParameterAlone) {
+    const auto before = parameters;
+    sldRPMLimit_Change(session, 71);
+    sldRearOffset_Change(session, 10);
+    sldCrankRevs_Change(session, 0);
+    EXPECT_EQ(sldInitTiming_Change(session, 1), 1);
+    auto expected = before;
+    expected.RPMLimit = 5800;
+    expected.RearOffset = -5;
+    expected.CrankRevs = 3;
+    expected.InitialTiming = 4;
+    EXPECT_EQ(parameters, expected);
+
+    session.state.TableType = TableType::EX;
+    EXPECT_EQ(sldInitTiming_Change(session, 1), 5);
+    EXPECT_EQ(parameters.InitialTiming, 0);
+    EXPECT_EQ(sldInitTiming_Change(session, 7), 7);
+    EXPECT_EQ(parameters.InitialTiming, -2);
+}
+
+TEST_F(ModParamsTest, ClearingAFixedValueMakesItNeutral) {
+    using Click = void (*)(Session&, bool);
+    for (const Click click : {chkFixedRPMLimit_Click, chkFixedInitTiming_Click, chkTachEnable_Click}) {
+        parameters = {4, 0, 0, 5700, 1424, false, true, false, false, 0};
+        auto expected = parameters;
+        expected.FixedLimFlag = click == chkFixedRPMLimit_Click;
+        expected.FixedInitialTmgFlag = click == chkFixedInitTiming_Click;
+        expected.TachEnableFlag = click == chkTachEnable_Click;
+        click(session, true);
+        EXPECT_EQ(parameters, expected);
+
+        if (expected.FixedLimFlag) expected.RPMLimit = 3000;
+        if (expected.FixedInitialTmgFlag) expected.InitialTiming = 0;
+        expected.FixedLimFlag = expected.FixedInitialTmgFlag = expected.TachEnableFlag = false;
+        click(session, false);
+        EXPECT_EQ(parameters, expected);
+    }
+}
+
 TEST_F(ModParamsTest, WarnsWhenTheTableInEepromIsDisabled) {
     // Still in force while the warning is read.
     prompts.whileOpen = [&] { EXPECT_TRUE(parameters.SelEEPROMTblFlag); };
