@@ -223,10 +223,10 @@ TEST(FaultMatrixTest, EscapeAndClosingAtAnyMoment) {
             struck = false;
             bool verifying = false;
             std::size_t bytes = 0;
-            workshop.at.line.OnYield([&] {
+            workshop.at.line.OnYield([&, closes = closing] {
                 if (++yields != moment) return;
                 struck = true;
-                closing ? RequestExit(workshop.session) : EscapePressed(workshop.session);
+                closes ? RequestExit(workshop.session) : EscapePressed(workshop.session);
                 verifying = panels.size() == 2;
                 bytes = panels.empty() ? 0 : panels.back().percents.size() - 1;
             });
