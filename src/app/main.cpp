@@ -49,8 +49,10 @@ int main(int argc, char** argv) {
     if (const auto* error = std::get_if<std::string>(&parsed))
         return Refuse(*error + " (corvane_rv52 --help lists the options)");
     const auto& options = std::get<CommandLine>(parsed);
-    if (options.help) std::fputs(UsageText(), stdout);
-    if (!options.help && options.version) std::printf("Corvane RV52 %s\n", kVersion);
-    if (options.help || options.version) return 0;
-    return RunProgram(argv, options);
+    if (!options.help && !options.version) return RunProgram(argv, options);
+    if (options.help)
+        std::fputs(UsageText(), stdout);
+    else
+        std::printf("Corvane RV52 %s\n", kVersion);
+    return 0;
 }

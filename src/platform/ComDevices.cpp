@@ -3,7 +3,8 @@
 namespace rv52 {
 
 std::string ComDevices::DeviceOf(int commPort) const {
-    if (const auto chosen = overrides_.find(commPort); chosen != overrides_.end()) return chosen->second;
+    if (const auto chosen = overrides_.find(commPort); chosen != overrides_.end())
+        return chosen->second.device;
 #ifdef _WIN32
     return "COM" + std::to_string(commPort);
 #else
@@ -16,8 +17,8 @@ std::string ComDevices::DeviceOf(int commPort) const {
 }
 
 std::string ComDevices::NameOf(int commPort) const {
-    const auto name = names_.find(commPort);
-    return name == names_.end() || name->second.empty() ? DeviceOf(commPort) : name->second;
+    const auto chosen = overrides_.find(commPort);
+    return chosen == overrides_.end() ? DeviceOf(commPort) : chosen->second.name;
 }
 
 }  // namespace rv52

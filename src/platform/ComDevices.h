@@ -12,8 +12,7 @@ class ComDevices {
  public:
     // For this run ComN is that device, known by a name where its path tells a user nothing.
     void Override(int commPort, const std::string& device, const std::string& name = {}) {
-        overrides_[commPort] = device;
-        names_[commPort] = name;
+        overrides_[commPort] = {device, name.empty() ? device : name};
     }
 
     // The empty text when ComN has no device.
@@ -23,8 +22,12 @@ class ComDevices {
     std::string NameOf(int commPort) const;
 
  private:
-    std::map<int, std::string> overrides_;
-    std::map<int, std::string> names_;
+    struct Chosen {
+        std::string device;
+        std::string name;
+    };
+
+    std::map<int, Chosen> overrides_;
 };
 
 }  // namespace rv52
