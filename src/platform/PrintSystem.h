@@ -44,7 +44,7 @@ struct PrintOrder {
     std::string tray;  // empty: whichever the printer takes
 };
 
-// The spooler between the program and the printers. A call ends after a few seconds at most, whatever the
+// The spooler between the program and the printers. A call ends after five seconds at most, whatever the
 // spooler does; one that it does not carry out throws Failure.
 class PrintSystem {
  public:

@@ -179,7 +179,8 @@ TEST_F(PrinterTest, TheSetupTakesNoPrinterThatCannotBeAskedOrWasNotChosen) {
     EXPECT_FALSE(ok.isEnabled()) << "of several without a default none is proposed";
     for (const auto& [queue, taken] : {std::pair("A", true), {"broken", false}, {"A", true}}) {
         Find<QComboBox>(dialog, "cboPrinter").setCurrentText(QString::fromLatin1(queue));
-        EXPECT_EQ(ok.isEnabled(), taken) << queue;
+        for (const auto* control : {"cmdOK", "cboPaper", "cboTray"})
+            EXPECT_EQ(Find(dialog, control).isEnabled(), taken) << queue << " " << control;
         EXPECT_EQ(Find<QLabel>(dialog, "lblTrouble").isVisible(), !taken) << queue;
     }
 }

@@ -16,7 +16,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kPatience{5};
+// With the seconds that the library waits on its own account, this comes to five at most.
+constexpr std::chrono::milliseconds kPatience{3500};
 constexpr std::chrono::milliseconds kConnectTry{500};  // window events are served between two
 constexpr double kWaitSeconds = 0.05;                  // window events are served between two waits
 constexpr double kPerPoint = 2540.0 / 72;              // hundredths of a millimetre
@@ -232,7 +233,7 @@ void CupsPrintSystem::Send(const PrintOrder& order, const std::string& document)
     if (!Succeeded(created)) throw spooler.Refusal(order.queue);
     if (SendDocument(spooler.Http(), queue, info.get(), job, order.title, document)) return;
     const auto refusal = spooler.Refusal(order.queue);
-    cupsCancelDestJob(spooler.Http(), &queue, job);
+    if (!spooler.Late()) cupsCancelDestJob(spooler.Http(), &queue, job);
     throw refusal;
 }
 

@@ -4,6 +4,7 @@
 #include "platform/qt/Papers.h"
 #include "platform/qt/Text.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -71,6 +72,7 @@ QComboBox* PrinterSetupDialog::AddList(QVBoxLayout& column, const QString& name,
     auto* list = new QComboBox(this);
     list->setObjectName(QStringLiteral("cbo") + object);
     list->setAccessibleName(QString(name).remove(QLatin1Char('&')));
+    list->view()->setAccessibleName(list->accessibleName());
     list->setMinimumWidth(kListWidth);
     label->setBuddy(list);
     column.addWidget(label);
@@ -104,11 +106,12 @@ void PrinterSetupDialog::ListMedia() {
     } catch (const Failure& failure) {
         trouble = ToQt(failure.what());
     }
-    if (media.papers.empty() && chosen) media.papers = StandardPapers();
+    const bool usable = chosen && trouble.isEmpty();
+    if (media.papers.empty() && usable) media.papers = StandardPapers();
     Fill(media);
     trouble_->setText(trouble);
     trouble_->setVisible(!trouble.isEmpty());
-    ok_->setEnabled(chosen && trouble.isEmpty());
+    ok_->setEnabled(usable);
 }
 
 void PrinterSetupDialog::Fill(const PrintMedia& media) {
@@ -122,6 +125,7 @@ void PrinterSetupDialog::Fill(const PrintMedia& media) {
     tray_->addItem(tr("Automatic"));
     for (const auto& tray : trays_)
         tray_->addItem(ToQt(tray.name));
+    paper_->setEnabled(!papers_.empty());
     tray_->setEnabled(!trays_.empty());
     if (!known) return;
     const auto paper =
