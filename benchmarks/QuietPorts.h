@@ -53,7 +53,7 @@ struct NoSettings : Settings {
 };
 
 struct NoPrinter : Printer {
-    bool Present() const override { return false; }
+    PrintTarget Target() override { return PrintTarget::Documents; }
     std::vector<std::string> FontNames() const override { return {}; }
     std::string DateAndTime() const override { return {}; }
     void Begin(const PrintJob&) override {}
@@ -62,7 +62,7 @@ struct NoPrinter : Printer {
     void DrawChart(const PixelRectangle&) override {}
     void EndDocument() override {}
     void Discard() noexcept override {}
-    void SetUp() override {}
+    bool SetUp() override { return false; }
 };
 
 }  // namespace rv52::bench

@@ -6,6 +6,7 @@
 #include "app/SimulatorProcess.h"
 #include "app/SplashWindow.h"
 #include "platform/ComDevices.h"
+#include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/QtFiles.h"
 #include "platform/qt/QtPrinter.h"
 #include "platform/qt/QtPrompts.h"
@@ -39,7 +40,8 @@ class DesktopProgram {
     QtPrompts prompts_;
     QtFiles files_;
     QtSettings settings_;
-    QtPrinter printer_{files_};
+    CupsPrintSystem printSystem_;
+    QtPrinter printer_{files_, printSystem_};
     SimulatorProcess simulator_;
     MainWindow window_;
     Session session_{Ports{line_, prompts_, window_, window_, files_, settings_, printer_}};

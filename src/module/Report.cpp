@@ -4,6 +4,8 @@
 #include "table/Text.h"
 
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 namespace rv52 {
 
@@ -34,27 +36,69 @@ std::string AskDocumentPath(Session& session, const std::string& title) {
     }
 }
 
-// One job: begun, filled by the page's own steps, sent off. False when the user called it off.
-template <class Page>
-bool Print(Session& session, PrintJob job, const std::vector<ReportLine>& lines, Page&& page) {
-    auto& step = session.steps;
-    auto& printer = session.printer;
-    const bool toPrinter = step.Value([&] { return printer.Present(); }, true);
-    if (!toPrinter) {
-        job.path = step.Value([&] { return AskDocumentPath(session, job.title); }, std::string());
-        if (job.path.empty()) return false;
-    }
-    step([&] { printer.Begin(job); });
-    for (const auto& line : lines)
-        step([&] { printer.PrintLine(line); });
-    page();
-    step([&] { printer.EndDocument(); });
-    return true;
+struct ReportPage {
+    PrintJob job;
+    std::vector<ReportLine> lines;
+    bool chart = false;
+};
+
+// The surface on the axes of the other type would be a false picture: a table file or a download that did not
+// come to its end leaves such a pair behind.
+bool ChartFits(const Session& session) {
+    const auto& chartTemplate = session.chart.Template();
+    return !chartTemplate || !session.table.HasTable() ||
+           chartTemplate->rows == session.table.Table().RowCount();
 }
 
 void DrawChart(Session& session) {
     session.steps([&] { session.chart.HideLabel(); });
+    if (!ChartFits(session)) return;
     session.steps([&] { session.printer.DrawChart(ChartRectangle(session.printer.Page())); });
+}
+
+// False when the page could not be begun and the user goes on without it: nothing else of it is tried.
+bool FillPage(Session& session, const ReportPage& page) {
+    auto& step = session.steps;
+    auto& printer = session.printer;
+    const auto begin = [&] {
+        printer.Begin(page.job);
+        return true;
+    };
+    if (!step.Value(begin, false)) return false;
+    for (const auto& line : page.lines)
+        step([&] { printer.PrintLine(line); });
+    if (page.chart) DrawChart(session);
+    return true;
+}
+
+// A page that was not taken is printed once more from its start.
+void PrintPage(Session& session, const ReportPage& page) {
+    if (!FillPage(session, page)) return;
+    bool refused = false;
+    session.steps([&] {
+        if (std::exchange(refused, true) && !FillPage(session, page)) return;
+        session.printer.EndDocument();
+    });
+}
+
+// False when the user called it off.
+bool Print(Session& session, PrintTarget target, ReportPage page) {
+    if (target == PrintTarget::Documents) {
+        auto& path = page.job.path;
+        path = session.steps.Value([&] { return AskDocumentPath(session, page.job.title); }, std::string());
+        if (path.empty()) return false;
+    }
+    PrintPage(session, page);
+    return true;
+}
+
+// Both pages go to the same kind of target. Nothing when there is a choice of printers and none was made.
+std::optional<PrintTarget> ChooseTarget(Session& session) {
+    auto& step = session.steps;
+    const auto target = step.Value([&] { return session.printer.Target(); }, PrintTarget::Documents);
+    if (target != PrintTarget::Unchosen) return target;
+    const bool chosen = step.Value([&] { return session.printer.SetUp(); }, false);
+    return chosen ? std::optional(PrintTarget::Printer) : std::nullopt;
 }
 
 }  // namespace
@@ -68,14 +112,15 @@ void mnuPrintTable_Click(Session& session) {
             notes.comment =
                 session.prompts.AskText({"Serial number or comment?", "Optional Information Entry", ""});
         });
+        const auto target = ChooseTarget(session);
+        if (!target) return;
         const auto font = step.Value([&] { return ChooseFont(printer.FontNames()); }, std::string(kFont));
         step([&] { notes.printed = printer.DateAndTime(); });
 
-        const bool printed = Print(session, {"RV52 Advance Chart", font, kPoints, kChartPageTop, {}},
-                                   ChartPageLines(session, notes), [&] { DrawChart(session); });
-        if (printed)
-            Print(session, {"RV52 Advance Table", font, kPoints, kTablePageTop, {}},
-                  TablePageLines(session, notes), [] {});
+        const PrintJob chart{"RV52 Advance Chart", font, kPoints, kChartPageTop, {}};
+        if (!Print(session, *target, {chart, ChartPageLines(session, notes), true})) return;
+        const PrintJob table{"RV52 Advance Table", font, kPoints, kTablePageTop, {}};
+        Print(session, *target, {table, TablePageLines(session, notes)});
     });
 }
 

@@ -40,14 +40,20 @@ struct PixelRectangle {
     bool operator==(const PixelRectangle&) const = default;
 };
 
-// The system's default printer, or the one chosen in the setup dialog during this run. Every call throws
-// Failure when it cannot be carried out, and can then be made again.
+// Where jobs go.
+enum class PrintTarget {
+    Printer,    // the one chosen in the setup dialog during this run, the system's default, or its only one
+    Unchosen,   // there are several, and none is the default: one has to be chosen first
+    Documents,  // there is none: each job needs a path
+};
+
+// The printers of the system. Every call throws Failure when it cannot be carried out, and can then be made
+// again.
 class Printer {
  public:
     virtual ~Printer() = default;
 
-    // False on a system without printers: jobs then need a path.
-    virtual bool Present() const = 0;
+    virtual PrintTarget Target() = 0;
     virtual std::vector<std::string> FontNames() const = 0;
     // The desktop's short date followed by its long time.
     virtual std::string DateAndTime() const = 0;
@@ -59,13 +65,14 @@ class Printer {
     virtual PrintPage Page() const = 0;
     // What the chart shows, if anything.
     virtual void DrawChart(const PixelRectangle& place) = 0;
-    // Sends the job off.
+    // Sends the job off. It is over either way: one that was not taken has to be printed again from its
+    // start.
     virtual void EndDocument() = 0;
     // Throws away a job that has begun and not ended. Safe at any time.
     virtual void Discard() noexcept = 0;
 
-    // The setup dialog. Cancelling it changes nothing.
-    virtual void SetUp() = 0;
+    // The setup dialog. False when it was cancelled, which changes nothing.
+    virtual bool SetUp() = 0;
 };
 
 }  // namespace rv52

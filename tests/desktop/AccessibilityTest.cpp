@@ -180,6 +180,15 @@ TEST_F(AccessibilityTest, TheDialogsAreNamed) {
     EXPECT_EQ(QDir(settings).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList())
         << "the toolkit's dialogs remember nothing";
 
+    InBox([this] { robot_->Choose("mnuFile", "mnuPrintSetup"); },
+          [](const Tree& box) {
+              EXPECT_EQ(box.Title(), "Printer Setup");
+              // What a list is about is told by its label, in relation to it. Nothing is wrong: the last is
+              // hidden.
+              EXPECT_EQ(box.Named(QAccessible::StaticText), (Names{"Printer", "Paper", "Tray", ""}));
+              EXPECT_EQ(box.Named(QAccessible::ComboBox), (Names{"PDF document", "A4", "Automatic"}));
+              EXPECT_EQ(box.Named(QAccessible::Button), (Names{"OK", "Cancel"}));
+          });
     InBox([this] { robot_->Choose("mnuEdit", "mnuEditModParams"); },
           [](const Tree& box) { EXPECT_GT(box.Size(), 20u); });
     robot_->ExpectInput("Race");

@@ -1,12 +1,14 @@
 #include "Hands.h"
 #include "module/Report.h"
+#include "platform/linux/CupsPrintSystem.h"
+#include "platform/qt/Papers.h"
 #include "platform/qt/QtPrinter.h"
 #include "support/FailureOf.h"
 
 #include <QBuffer>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QFontInfo>
+#include <QLabel>
 #include <QLocale>
 #include <QPainter>
 #include <QPdfWriter>
@@ -25,7 +27,7 @@ TEST(PrintedTextTest, FitsBothPapersInEveryFontThatMayStandIn) {
             QBuffer buffer;
             buffer.open(QIODevice::WriteOnly);
             QPdfWriter writer(&buffer);
-            writer.setPageLayout(DocumentLayout(QPageSize(paper)));
+            writer.setPageLayout(PageAcross(PaperOf(paper)));
             const QFontMetricsF metrics(font, &writer);
             const double column = metrics.horizontalAdvance(QLatin1Char('0'));
             EXPECT_NEAR(column, 0.6 * 8 * writer.logicalDpiX() / 72, 0.05 * column) << family;
@@ -37,11 +39,28 @@ TEST(PrintedTextTest, FitsBothPapersInEveryFontThatMayStandIn) {
     }
 }
 
-// A system without printers, as the test's own print system is.
+// Printers by name, each with a paper and two trays; what is sent is kept.
+struct Spooler : PrintSystem {
+    std::vector<PrintQueue> Queues() override { return queues; }
+    PrintMedia Media(const std::string& queue) override {
+        if (queue == "broken") throw Failure("out of order");
+        return {{PaperOf(QPageSize::A4), PaperOf(QPageSize::A5)}, {{"tray-1", "Upper"}, {"tray-2", "Lower"}}};
+    }
+    void Send(const PrintOrder& order, const std::string& document) override {
+        if (!refusal.empty()) throw Failure(refusal);
+        EXPECT_TRUE(document.starts_with("%PDF-"));
+        sent.push_back(order.queue + ", " + FromQt(PaperName(order.paper)) + ", " + order.tray + ": " +
+                       order.title);
+    }
+
+    std::vector<PrintQueue> queues;
+    std::string refusal;
+    std::vector<std::string> sent;
+};
+
 class PrinterTest : public testing::Test {
  protected:
     PrinterTest() {
-        qputenv("CUPS_SERVER", "/nowhere/cups.sock");
         printer.SetChartDrawing([this](QPainter& painter, const QRectF& place) {
             chart = place;
             painter.drawRect(place);
@@ -49,8 +68,27 @@ class PrinterTest : public testing::Test {
     }
     void Begin(const char* path) { printer.Begin({"Chart", "Courier New", 8, 500, path}); }
 
+    std::string Print() {
+        const auto before = spooler.sent.size();
+        Begin("");
+        printer.EndDocument();
+        return spooler.sent.size() == before ? "nothing" : spooler.sent.back();
+    }
+    // Opens the setup, chooses by the shown names, and presses a button.
+    bool SetUp(const std::vector<std::pair<const char*, const char*>>& choices, const char* button) {
+        QTimer::singleShot(0, qApp, [&] {
+            auto* dialog = QApplication::activeModalWidget();
+            ASSERT_EQ(FromQt(dialog->objectName() + dialog->windowTitle()), "PrinterSetupPrinter Setup");
+            for (const auto& [list, name] : choices)
+                Find<QComboBox>(*dialog, list).setCurrentText(QString::fromLatin1(name));
+            Click(Find<QPushButton>(*dialog, button));
+        });
+        return printer.SetUp();
+    }
+
     MemoryFiles files;
-    QtPrinter printer{files};
+    Spooler spooler;
+    QtPrinter printer{files, spooler};
     QRectF chart;
 };
 
@@ -64,6 +102,9 @@ TEST_F(PrinterTest, WritesADocumentOnceItIsWholeOrNothing) {
     files.failWrites = true;
     EXPECT_EQ(FailureOf([&] { printer.EndDocument(); }), "disk full");
     files.failWrites = false;
+    Begin("/docs/chart.pdf");
+    printer.PrintLine({{10, "Emberline"}, {40, "value"}});
+    printer.DrawChart(ChartRectangle(page));
     printer.EndDocument();
     const auto& document = files.contents.at("/docs/chart.pdf");
     EXPECT_TRUE(document.starts_with("%PDF-") && document.find("%%EOF") != std::string::npos);
@@ -92,22 +133,75 @@ TEST_F(PrinterTest, WritesADocumentOnceItIsWholeOrNothing) {
     EXPECT_TRUE(expected.match(ToQt(printer.DateAndTime())).hasMatch()) << printer.DateAndTime();
 }
 
-TEST_F(PrinterTest, KeepsThePaperChosenInTheSetup) {
-    for (const auto& [paper, button, kept] : {std::tuple(QPageSize::A5, QDialogButtonBox::Ok, QPageSize::A5),
-                                              {QPageSize::A4, QDialogButtonBox::Cancel, QPageSize::A5},
-                                              {QPageSize::A4, QDialogButtonBox::Ok, QPageSize::A4}}) {
-        QTimer::singleShot(0, qApp, [name = QPageSize::name(paper), press = button] {
-            auto* dialog = QApplication::activeModalWidget();
-            ASSERT_EQ(FromQt(dialog->objectName() + dialog->windowTitle()), "PrinterSetupPrinter Setup");
-            for (auto* combo : dialog->findChildren<QComboBox*>())
-                if (const auto at = combo->findText(name); at >= 0) combo->setCurrentIndex(at);
-            Click(*dialog->findChild<QDialogButtonBox*>()->button(press));
-        });
-        printer.SetUp();
+TEST_F(PrinterTest, KeepsThePaperChosenForDocuments) {
+    for (const auto& [paper, button, kept] : {std::tuple("A5", "cmdOK", QPageSize::A5),
+                                              {"A4", "cmdCancel", QPageSize::A5},
+                                              {"A4", "cmdOK", QPageSize::A4}}) {
+        SetUp({{"cboPaper", paper}}, button);
         Begin("/docs/a.pdf");
-        EXPECT_NEAR(printer.Page().width, DocumentLayout(QPageSize(kept)).paintRectPoints().width() * 20.0,
-                    40);
+        EXPECT_NEAR(printer.Page().width, PageAcross(PaperOf(kept)).paintRectPoints().width() * 20.0, 40);
+        EXPECT_GT(printer.Page().width, printer.Page().height);
     }
+}
+
+TEST_F(PrinterTest, GoesWhereTheSetupSaysAndElsewhereOnlyByOK) {
+    EXPECT_EQ(printer.Target(), PrintTarget::Documents);
+    spooler.queues = {{"A"}};
+    EXPECT_EQ(Print(), "A, A4, : Chart");
+    spooler.queues = {{"A"}, {"B"}};
+    EXPECT_EQ(printer.Target(), PrintTarget::Unchosen);
+    EXPECT_EQ(FailureOf([&] { Print(); }), "There is no printer to print on.");
+    // None is proposed, so that there is nothing to agree to.
+    EXPECT_FALSE(SetUp({}, "cmdCancel"));
+    spooler.queues[1].isDefault = true;
+    EXPECT_EQ(Print(), "B, A4, : Chart");
+
+    EXPECT_TRUE(SetUp({{"cboPrinter", "A"}, {"cboPaper", "A5"}, {"cboTray", "Lower"}}, "cmdOK"));
+    EXPECT_EQ(Print(), "A, A5, tray-2: Chart");
+    EXPECT_FALSE(SetUp({{"cboPrinter", "B"}, {"cboPaper", "A4"}, {"cboTray", "Upper"}}, "cmdCancel"));
+    EXPECT_EQ(Print(), "A, A5, tray-2: Chart");
+    // It opens as it was left.
+    EXPECT_TRUE(SetUp({{"cboTray", "Automatic"}}, "cmdOK"));
+    EXPECT_EQ(Print(), "A, A5, : Chart");
+    EXPECT_TRUE(SetUp({{"cboPrinter", "B"}}, "cmdOK"));
+    EXPECT_EQ(Print(), "B, A4, : Chart");
+
+    spooler.queues = {{"A"}};
+    EXPECT_EQ(printer.Target(), PrintTarget::Printer);
+    EXPECT_EQ(FailureOf([&] { Print(); }), "The printer \"B\" is not there.");
+}
+
+TEST_F(PrinterTest, TheSetupTakesNoPrinterThatCannotBeAskedOrWasNotChosen) {
+    spooler.queues = {{"A"}, {"broken"}};
+    PrinterSetupDialog dialog(spooler, spooler.queues, {}, nullptr);
+    Activate(dialog);
+    const auto& ok = Find<QPushButton>(dialog, "cmdOK");
+    EXPECT_FALSE(ok.isEnabled()) << "of several without a default none is proposed";
+    for (const auto& [queue, taken] : {std::pair("A", true), {"broken", false}, {"A", true}}) {
+        Find<QComboBox>(dialog, "cboPrinter").setCurrentText(QString::fromLatin1(queue));
+        for (const auto* control : {"cmdOK", "cboPaper", "cboTray"})
+            EXPECT_EQ(Find(dialog, control).isEnabled(), taken) << queue << " " << control;
+        EXPECT_EQ(Find<QLabel>(dialog, "lblTrouble").isVisible(), !taken) << queue;
+    }
+}
+
+TEST_F(PrinterTest, APageThatTheSpoolerRefusesIsOver) {
+    spooler.queues = {{"A"}};
+    spooler.refusal = "not accepting jobs";
+    EXPECT_EQ(FailureOf([&] { Print(); }), "not accepting jobs");
+    spooler.refusal.clear();
+    EXPECT_EQ(FailureOf([&] { printer.EndDocument(); }), "No page is being printed.");
+    EXPECT_EQ(Print(), "A, A4, : Chart");
+}
+
+TEST(CupsPrintSystemTest, WithoutASpoolerThereIsNoPrinter) {
+    qputenv("CUPS_SERVER", "/nowhere/cups.sock");
+    CupsPrintSystem spooler;
+    EXPECT_TRUE(spooler.Queues().empty());
+    for (const Act& act : {Act([&] { spooler.Media("A"); }), Act([&] {
+                               spooler.Send({"A", "Chart", {}, ""}, "");
+                           })})
+        EXPECT_EQ(FailureOf(act), "The print system does not answer.");
 }
 
 }  // namespace rv52::test

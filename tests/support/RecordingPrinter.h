@@ -4,6 +4,7 @@
 #include "platform/Printer.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,7 +29,7 @@ class RecordingPrinter : public Printer {
         std::vector<PixelRectangle> charts;
     };
 
-    bool Present() const override { return present; }
+    PrintTarget Target() override { return target; }
     std::vector<std::string> FontNames() const override { return fonts; }
     std::string DateAndTime() const override { return "2/3/2024 4:05:06 PM"; }
 
@@ -38,24 +39,28 @@ class RecordingPrinter : public Printer {
     }
     void PrintLine(const std::vector<PrintItem>& items) override {
         MayFail("line");
-        open_.lines.push_back(LineOf(items));
+        Open().lines.push_back(LineOf(items));
     }
     PrintPage Page() const override { return {15000, 11000, 2.4, 2.4}; }
     void DrawChart(const PixelRectangle& place) override {
         MayFail("chart");
-        open_.charts.push_back(place);
+        Open().charts.push_back(place);
     }
     void EndDocument() override {
+        const auto ended = Open();
+        open_.reset();
         MayFail("end");
-        jobs.push_back(open_);
+        jobs.push_back(ended);
     }
     void Discard() noexcept override { ++discarded; }
-    void SetUp() override {
+    bool SetUp() override {
         MayFail("setup");
         ++setUps;
+        return chooses;
     }
 
-    bool present = true;
+    PrintTarget target = PrintTarget::Printer;
+    bool chooses = true;  // the user, in the setup dialog
     std::vector<std::string> fonts{"Courier New"};
     std::string failing;  // the operation that fails
     std::vector<Job> jobs;
@@ -67,7 +72,12 @@ class RecordingPrinter : public Printer {
         if (operation == failing) throw Failure("the printer is on fire");
     }
 
-    Job open_;
+    Job& Open() {
+        if (!open_) throw Failure("No page is being printed.");
+        return *open_;
+    }
+
+    std::optional<Job> open_;
 };
 
 }  // namespace rv52::test

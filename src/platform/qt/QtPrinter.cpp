@@ -2,33 +2,25 @@
 
 #include "platform/Failure.h"
 #include "platform/Storage.h"
+#include "platform/qt/Papers.h"
 #include "platform/qt/Text.h"
 
 #include <QDateTime>
-#include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QLocale>
-#include <QPageSetupDialog>
 #include <QPainter>
-#include <QPrintDialog>
-#include <QPrinterInfo>
-#include <QPushButton>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace rv52 {
 
 namespace {
 
 constexpr double kTwipsPerInch = 1440;
-constexpr double kDocumentMargin = 18;  // points, a quarter inch
-constexpr int kDocumentResolution = 1200;
+constexpr int kResolution = 1440;  // a point is a whole number of pixels, else glyphs are rounded to one
 constexpr double kChartPoints = 9;
-
-QPageSize UsualPaper() {
-    const bool letter = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
-    return QPageSize(letter ? QPageSize::Letter : QPageSize::A4);
-}
 
 QFont ChartFont() {
     QFont font(QStringLiteral("Arial"));
@@ -37,14 +29,11 @@ QFont ChartFont() {
     return font;
 }
 
-// QPrinter knows the printer, but not the paper that lies in it by default. Without a default printer it is
-// the first one.
-std::unique_ptr<QPrinter> DefaultPrinter() {
-    auto info = QPrinterInfo::defaultPrinter();
-    if (info.isNull()) info = QPrinterInfo::availablePrinters().value(0);
-    auto printer = std::make_unique<QPrinter>(info, QPrinter::HighResolution);
-    if (info.defaultPageSize().isValid()) printer->setPageSize(info.defaultPageSize());
-    return printer;
+// The default one, or the only one.
+const PrintQueue* UsualQueue(const std::vector<PrintQueue>& queues) {
+    const auto found = std::ranges::find(queues, true, &PrintQueue::isDefault);
+    if (found != queues.end()) return &*found;
+    return queues.size() == 1 ? queues.data() : nullptr;
 }
 
 // The long time of a desktop may name the time zone, which nobody expects of a clock on paper.
@@ -54,11 +43,6 @@ QString LongTimeFormat(const QLocale& locale) {
 }
 
 }  // namespace
-
-QPageLayout DocumentLayout(const QPageSize& paper) {
-    return {paper, QPageLayout::Landscape,
-            QMarginsF(kDocumentMargin, kDocumentMargin, kDocumentMargin, kDocumentMargin)};
-}
 
 QFont MonospacedFont(const QString& family, double points) {
     const auto installed = QFontDatabase::families();
@@ -76,10 +60,14 @@ QFont MonospacedFont(const QString& family, double points) {
     return font;
 }
 
-QtPrinter::QtPrinter(Files& files) : files_(files), documentLayout_(DocumentLayout(UsualPaper())) {}
+QtPrinter::QtPrinter(Files& files, PrintSystem& system)
+    : files_(files), system_(system), documentPaper_(StandardPapers().front()) {}
 
-bool QtPrinter::Present() const {
-    return !QPrinterInfo::availablePrinterNames().isEmpty();
+PrintTarget QtPrinter::Target() {
+    if (chosen_) return PrintTarget::Printer;
+    const auto queues = system_.Queues();
+    if (queues.empty()) return PrintTarget::Documents;
+    return UsualQueue(queues) != nullptr ? PrintTarget::Printer : PrintTarget::Unchosen;
 }
 
 std::vector<std::string> QtPrinter::FontNames() const {
@@ -98,39 +86,35 @@ std::string QtPrinter::DateAndTime() const {
 
 void QtPrinter::Begin(const PrintJob& job) {
     Discard();
-    if (job.path.empty())
-        OpenPrinter(job);
-    else
-        OpenDocument(job);
-    device_->setPageOrientation(QPageLayout::Landscape);
-    font_ = MonospacedFont(ToQt(job.font), job.points);
-    columnWidth_ = QFontMetricsF(font_, device_).horizontalAdvance(QLatin1Char('0'));
-    line_ = job.top / Page().twipsPerPixelY;
-}
-
-void QtPrinter::OpenPrinter(const PrintJob& job) {
-    if (!chosen_) current_ = DefaultPrinter();
-    auto& printer = chosen_ ? *chosen_ : *current_;
-    if (!printer.isValid() || QPrinterInfo::printerInfo(printer.printerName()).isNull())
-        throw Failure("The printer \"" + FromQt(printer.printerName()) + "\" is not there.");
-    printer.setDocName(ToQt(job.title));
-    device_ = &printer;
-}
-
-void QtPrinter::OpenDocument(const PrintJob& job) {
-    documentPath_ = job.path;
+    destination_ = job.path.empty() ? PrinterNow() : PrinterChoice{{}, documentPaper_, {}};
+    job_ = job;
     document_.setData({});
     document_.open(QIODevice::WriteOnly);
     writer_ = std::make_unique<QPdfWriter>(&document_);
-    writer_->setResolution(kDocumentResolution);
+    writer_->setResolution(kResolution);
     writer_->setTitle(ToQt(job.title));
-    writer_->setPageLayout(documentLayout_);
-    device_ = writer_.get();
+    writer_->setPageLayout(PageAcross(destination_.paper));
+    font_ = MonospacedFont(ToQt(job.font), job.points);
+    columnWidth_ = QFontMetricsF(font_, writer_.get()).horizontalAdvance(QLatin1Char('0'));
+    line_ = job.top / Page().twipsPerPixelY;
 }
 
-QPagedPaintDevice& QtPrinter::Device() const {
-    if (device_ == nullptr) throw Failure("No page is being printed.");
-    return *device_;
+PrinterChoice QtPrinter::PrinterNow() const {
+    const auto queues = system_.Queues();
+    if (chosen_) {
+        if (std::ranges::find(queues, chosen_->queue, &PrintQueue::name) == queues.end())
+            throw Failure("The printer \"" + chosen_->queue + "\" is not there.");
+        return *chosen_;
+    }
+    const auto* queue = UsualQueue(queues);
+    if (queue == nullptr) throw Failure("There is no printer to print on.");
+    const auto media = system_.Media(queue->name);
+    return {queue->name, media.papers.empty() ? StandardPapers().front() : media.papers.front(), {}};
+}
+
+QPdfWriter& QtPrinter::Device() const {
+    if (!writer_) throw Failure("No page is being printed.");
+    return *writer_;
 }
 
 void QtPrinter::PrintLine(const std::vector<PrintItem>& items) {
@@ -164,67 +148,41 @@ void QtPrinter::DrawChart(const PixelRectangle& place) {
     });
 }
 
-void QtPrinter::PaintPage() {
+std::string QtPrinter::PaintPage() {
     QPainter painter;
-    if (!painter.begin(device_)) throw Failure("The printer does not take the page.");
+    if (!painter.begin(&Device())) throw Failure("The page cannot be drawn.");
     for (const auto& paint : page_)
         paint(painter);
-    if (!painter.end()) throw Failure("The printer does not take the page.");
-    painted_ = true;
+    if (!painter.end()) throw Failure("The page cannot be drawn.");
+    return document_.data().toStdString();
 }
 
-// Made again after a failure to write, it only writes the document once more.
 void QtPrinter::EndDocument() {
-    Device();
-    if (!painted_) PaintPage();
-    if (writer_) {
-        files_.ReplaceWhole(documentPath_, document_.data().toStdString());
-    } else if (const auto& printer = chosen_ ? *chosen_ : *current_;
-               printer.printerState() == QPrinter::Error) {
-        throw Failure("The printer \"" + FromQt(printer.printerName()) + "\" reports an error.");
-    }
+    const auto document = PaintPage();
     Discard();
+    if (job_.path.empty())
+        system_.Send({destination_.queue, job_.title, destination_.paper, destination_.tray}, document);
+    else
+        files_.ReplaceWhole(job_.path, document);
 }
 
 void QtPrinter::Discard() noexcept {
-    device_ = nullptr;
     page_.clear();
-    painted_ = false;
     writer_.reset();
     document_.close();
-    current_.reset();
 }
 
-void QtPrinter::SetUp() {
-    if (Present())
-        SetUpPrinter();
+bool QtPrinter::SetUp() {
+    const auto queues = system_.Queues();
+    const auto current = queues.empty() ? PrinterChoice{{}, documentPaper_, {}} : chosen_;
+    PrinterSetupDialog dialog(system_, queues, current, parent_);
+    if (dialog.exec() != QDialog::Accepted) return false;
+    const auto choice = dialog.Choice();
+    if (choice.queue.empty())
+        documentPaper_ = choice.paper;
     else
-        SetUpDocument();
-}
-
-// The desktop's print dialog without what belongs to a single print: it chooses and sets up, and prints
-// nothing.
-void QtPrinter::SetUpPrinter() {
-    auto printer = std::move(chosen_);
-    const bool chosenBefore = printer != nullptr;
-    if (!chosenBefore) printer = DefaultPrinter();
-    QPrintDialog dialog(printer.get(), parent_);
-    dialog.setObjectName(QStringLiteral("PrinterSetup"));
-    dialog.setWindowTitle(QStringLiteral("Printer Setup"));
-    dialog.setOptions({});
-    if (const auto* buttons = dialog.findChild<QDialogButtonBox*>())
-        if (auto* accept = buttons->button(QDialogButtonBox::Ok)) accept->setText(QStringLiteral("OK"));
-    if (dialog.exec() == QDialog::Accepted || chosenBefore) chosen_ = std::move(printer);
-}
-
-void QtPrinter::SetUpDocument() {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setPageLayout(documentLayout_);
-    QPageSetupDialog dialog(&printer, parent_);
-    dialog.setObjectName(QStringLiteral("PrinterSetup"));
-    dialog.setWindowTitle(QStringLiteral("Printer Setup"));
-    if (dialog.exec() == QDialog::Accepted) documentLayout_ = printer.pageLayout();
+        chosen_ = choice;
+    return true;
 }
 
 }  // namespace rv52

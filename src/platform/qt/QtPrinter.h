@@ -1,15 +1,15 @@
 #pragma once
 
 #include "platform/Printer.h"
+#include "platform/qt/PrinterSetupDialog.h"
 
 #include <QBuffer>
 #include <QFont>
-#include <QPageLayout>
 #include <QPdfWriter>
-#include <QPrinter>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QPainter;
 class QWidget;
@@ -18,20 +18,20 @@ namespace rv52 {
 
 class Files;
 
-// The printers of the desktop. Where there is none, a job becomes a PDF. A page is painted only when the job
-// ends, since a print system prints whatever has been begun: so nothing reaches it that is not whole.
+// Every page becomes a PDF document, which goes to the print system or, where there is no printer, to a file:
+// nothing leaves that is not whole.
 class QtPrinter : public Printer {
  public:
     using ChartDrawing = std::function<void(QPainter&, const QRectF&)>;
 
-    explicit QtPrinter(Files& files);
+    QtPrinter(Files& files, PrintSystem& system);
 
     // The window that the setup dialog belongs to.
     void SetParent(QWidget* parent) { parent_ = parent; }
     // Draws what the chart shows, as vectors.
     void SetChartDrawing(ChartDrawing draw) { drawChart_ = std::move(draw); }
 
-    bool Present() const override;
+    PrintTarget Target() override;
     std::vector<std::string> FontNames() const override;
     std::string DateAndTime() const override;
     void Begin(const PrintJob& job) override;
@@ -40,40 +40,33 @@ class QtPrinter : public Printer {
     void DrawChart(const PixelRectangle& place) override;
     void EndDocument() override;
     void Discard() noexcept override;
-    void SetUp() override;
+    bool SetUp() override;
 
  private:
     using Painting = std::function<void(QPainter&)>;
 
-    void OpenPrinter(const PrintJob& job);
-    void OpenDocument(const PrintJob& job);
-    QPagedPaintDevice& Device() const;
-    void PaintPage();
-    void SetUpPrinter();
-    void SetUpDocument();
+    PrinterChoice PrinterNow() const;
+    QPdfWriter& Device() const;
+    std::string PaintPage();
 
     Files& files_;
+    PrintSystem& system_;
     QWidget* parent_ = nullptr;
     ChartDrawing drawChart_;
     // Set up by the user during this run; else each job goes to the default printer of its moment.
-    std::unique_ptr<QPrinter> chosen_;
-    QPageLayout documentLayout_;
+    std::optional<PrinterChoice> chosen_;
+    PrintPaper documentPaper_;
 
-    // The job that has begun: its device, which is a printer or a document, and what its page will show.
-    std::unique_ptr<QPrinter> current_;
+    // The job that has begun, and what its page will show.
+    PrintJob job_;
+    PrinterChoice destination_;
     QBuffer document_;
     std::unique_ptr<QPdfWriter> writer_;
-    std::string documentPath_;
-    QPagedPaintDevice* device_ = nullptr;
     std::vector<Painting> page_;
-    bool painted_ = false;
     QFont font_;
     double line_ = 0;         // top of the next line, in device pixels
     double columnWidth_ = 0;  // device pixels
 };
-
-// A document's page where nothing else is set up: across, with a quarter inch of margin.
-QPageLayout DocumentLayout(const QPageSize& paper);
 
 // The family itself where it is installed, else a monospaced substitute of the same width: 0.6 of its size.
 QFont MonospacedFont(const QString& family, double points);

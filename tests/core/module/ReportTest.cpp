@@ -1,5 +1,6 @@
 #include "core/Desk.h"
 #include "module/Report.h"
+#include "table/FileCommands.h"
 
 #include <utility>
 
@@ -160,8 +161,85 @@ TEST_F(ReportTest, AsksWhenThePrinterFails) {
     mnuPrintSetup_Click(session);
 }
 
+TEST_F(ReportTest, APageThatIsNotTakenIsPrintedAgainFromItsStart) {
+    ShowTable(TableType::RACE);
+    for (const auto answer : {Answer::Retry, Answer::Ignore}) {
+        SCOPED_TRACE(answer == Answer::Retry ? "Retry" : "Ignore");
+        printer.failing = "end";
+        ExpectComment("No. 7");
+        prompts.ExpectError(kWords, answer);
+        bool commentAsked = false;
+        prompts.whileOpen = [&] {
+            if (std::exchange(commentAsked, true)) printer.failing.clear();
+        };
+        Print();
+        prompts.whileOpen = nullptr;
+        ASSERT_EQ(printer.jobs.size(), answer == Answer::Retry ? 2U : 1U);
+        EXPECT_EQ(printer.jobs.back().lines.size(), 7U + 8U + 16U);
+        if (answer == Answer::Ignore) continue;
+        EXPECT_EQ(printer.jobs[0].lines, (Texts{kHeader, "         Serial/Comment: No. 7"}));
+        EXPECT_EQ(printer.jobs[0].charts.size(), 1U);
+    }
+}
+
+TEST_F(ReportTest, APageThatCannotBeBegunAsksOnce) {
+    printer.failing = "begin";
+    ExpectComment();
+    prompts.ExpectError(kWords, Answer::Ignore);
+    prompts.ExpectError(kWords, Answer::Ignore);
+    Print();
+    EXPECT_TRUE(printer.jobs.empty());
+}
+
+TEST_F(ReportTest, LeavesOutAChartOnTheAxesOfTheOtherType) {
+    // A table file of the other type whose numbers are no table: its template is there, its values are not.
+    for (const auto& [shown, version] : {std::pair(TableType::RACE, "EX"), {TableType::EX, "RACE"}}) {
+        SCOPED_TRACE(version);
+        ShowTable(shown);
+        session.state.TableShown = false;
+        files["/tables/broken.tbl"] = "no numbers\r\n!Version: " + std::string(version) + "\r\n";
+        prompts.Expect({"Error loading /tables/broken.tbl", "File Open", Icon::Critical, Buttons::Ok},
+                       Answer::Ok);
+        OpenTableFile(session, "/tables/broken.tbl");
+        ExpectComment();
+        Print();
+        ASSERT_EQ(printer.jobs.size(), 2U);
+        EXPECT_EQ(printer.jobs[0].lines, Texts{kHeader});
+        EXPECT_TRUE(printer.jobs[0].charts.empty());
+        // The grid still holds the table from before, and its page is what the grid holds.
+        const auto rows = static_cast<std::size_t>(RowCount(shown));
+        EXPECT_EQ(printer.jobs[1].lines.at(6),
+                  GridLine(shown == TableType::EX ? 10 : 16, std::to_string(rows)));
+        EXPECT_EQ(printer.jobs[1].lines.size(), 5U + 1U + rows + 16U);
+    }
+    // A download whose template is missing has put its values on the axes from before.
+    ShowTable(TableType::RACE);
+    session.table.Replace(AdvanceTable(TableType::EX));
+    ExpectComment();
+    Print();
+    EXPECT_TRUE(printer.jobs.at(0).charts.empty());
+}
+
+TEST_F(ReportTest, OneOfSeveralPrintersIsChosenFirst) {
+    printer.target = PrintTarget::Unchosen;
+    for (const bool chooses : {true, false}) {
+        SCOPED_TRACE(chooses ? "chosen" : "cancelled");
+        printer.chooses = chooses;
+        ExpectComment();
+        Print();
+        EXPECT_EQ(printer.jobs.size(), chooses ? 2U : 0U);
+    }
+    EXPECT_EQ(printer.setUps, 2);
+    // Nor is anything printed where the dialog fails.
+    printer.failing = "setup";
+    ExpectComment();
+    prompts.ExpectError(kWords, Answer::Ignore);
+    Print();
+    EXPECT_TRUE(printer.jobs.empty());
+}
+
 TEST_F(ReportTest, BecomesTwoDocumentsWithoutAPrinter) {
-    printer.present = false;
+    printer.target = PrintTarget::Documents;
     files["/docs/old.pdf"] = "old";
     const MessageBox exists{"/docs/old.pdf\r\nThis file already exists.\r\n\r\nReplace existing file?",
                             "Save Report", Icon::Warning, Buttons::YesNoCancel, Answer::No};
