@@ -73,7 +73,7 @@ std::string WithSetting(std::string_view text, std::string_view section, std::st
         const auto line = Trimmed(whole);
         const bool stale = inside && !IsHeading(line) && States(key, line);
         if (IsHeading(line)) inside = IsHeadingOf(section, line);
-        if (!stale) result.append(whole) += '\n';
+        if (!stale) result.append(whole.substr(0, whole.find_last_not_of('\r') + 1)) += '\n';
         // The first place that may state it does: under the section's heading, so that nothing is stated
         // twice.
         if (!IsHeadingOf(section, line) || stated) continue;
