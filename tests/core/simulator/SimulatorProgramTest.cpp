@@ -49,14 +49,23 @@ TEST(SimulatorOptionsTest, AreRead) {
 
 TEST(SimulatorOptionsTest, AreRefusedInOneLineThatNamesWhatIsWrong) {
     using Row = std::pair<std::vector<const char*>, const char*>;
-    const Row rows[] = {{{"--typ", "EX"}, "--typ"},         {{"EX"}, "EX"},
-                        {{"--help=1"}, "--help=1"},         {{"--type", "race"}, "--type"},
-                        {{"--echo", "maybe"}, "maybe"},     {{"--image"}, "--image"},
-                        {{"--image="}, "--image"},          {{"--pace", "fast"}, "--pace"},
-                        {{"--pace", "0"}, "--pace"},        {{"--seed", "-1"}, "--seed"},
-                        {{"--fault", "noise"}, "noise"},    {{"--fault", "silent=0"}, "silent"},
-                        {{"--fault", "silent="}, "silent"}, {{"--fault", "silent=1x"}, "silent"},
-                        {{"--id", "Exhaust"}, "EX"},        {{"--type=EX", "--id", "a\rb"}, "--id"}};
+    const Row rows[] = {{{"--typ", "EX"}, "--typ"},
+                        {{"EX"}, "EX"},
+                        {{"--help=1"}, "--help=1"},
+                        {{"--type", "race"}, "--type"},
+                        {{"--echo", "maybe"}, "maybe"},
+                        {{"--image"}, "--image"},
+                        {{"--image="}, "--image"},
+                        {{"--pace", "fast"}, "--pace"},
+                        {{"--pace", "0"}, "--pace"},
+                        {{"--seed", "-1"}, "--seed"},
+                        {{"--fault", "noise"}, "noise"},
+                        {{"--fault", "two\nlines"}, "two?lines"},
+                        {{"--fault", "silent=0"}, "silent"},
+                        {{"--fault", "silent="}, "silent"},
+                        {{"--fault", "silent=1x"}, "silent"},
+                        {{"--id", "Exhaust"}, "EX"},
+                        {{"--type=EX", "--id", "a\rb"}, "--id"}};
     for (const auto& [arguments, named] : rows) {
         try {
             Parse(arguments);
