@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 
 #include "link/PortSetup.h"
+#include "platform/OneLine.h"
 
 #include <charconv>
 #include <string_view>
@@ -28,7 +29,7 @@ class Reader {
     std::variant<CommandLine, std::string> Read() {
         while (error_.empty() && next_ < arguments_.size())
             ReadOne(arguments_[next_++]);
-        if (!error_.empty()) return error_;
+        if (!error_.empty()) return OneLine(error_);
         return line_;
     }
 

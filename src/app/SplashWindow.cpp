@@ -44,15 +44,19 @@ QLabel* AddLabel(QBoxLayout& column, const char* name, const char* text, double 
     return label;
 }
 
+// The largest size in the box, of which something is seen however thin the picture is.
+QSize FittedInto(const QSize& box, const QSize& size) {
+    return size.isEmpty() ? size : size.scaled(box, Qt::KeepAspectRatio).expandedTo({1, 1});
+}
+
 // A drawing is rendered at the size it is shown in, a larger picture is made smaller, a smaller one stays.
 QPixmap ReadLogo(QImageReader& reader, double pixelRatio) {
     const QSize box = kLogoBox * pixelRatio;
-    const auto fitted = reader.size().scaled(box, Qt::KeepAspectRatio);
     const bool drawing = reader.format().startsWith("svg");
-    if (drawing) reader.setScaledSize(fitted);
+    if (drawing) reader.setScaledSize(FittedInto(box, reader.size()));
     auto image = reader.read();
     if (!drawing && (image.width() > box.width() || image.height() > box.height()))
-        image = image.scaled(fitted, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        image = image.scaled(FittedInto(box, image.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     image.setDevicePixelRatio(pixelRatio);
     return QPixmap::fromImage(image);
 }

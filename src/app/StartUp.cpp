@@ -4,6 +4,7 @@
 #include "app/Session.h"
 #include "link/LineErrors.h"
 #include "link/PortSetup.h"
+#include "platform/Failure.h"
 #include "table/LimitTables.h"
 #include "table/TableDisplay.h"
 
@@ -26,13 +27,25 @@ bool LoadExMaximum(Session& session) {
     return true;
 }
 
+// A store that cannot be read is told of: a port that is not the user's may be another machine's.
+void RestoreCommPort(Session& session) {
+    try {
+        session.state.CommPort = StoredCommPort(session.settings);
+    } catch (const FileFailure& failure) {
+        session.state.CommPort = 1;
+        session.prompts.Ask(
+            {std::string(failure.what()) + "\r\n\r\nCom1 is used until you choose another port.", "Form Load",
+             Icon::Warning, Buttons::Ok});
+    }
+}
+
 }  // namespace
 
 bool StartUp(Session& session) {
     bool loaded = false;
     session.steps.Procedure([&](Steps& step) {
         session.state.AbortRequested = false;
-        step([&] { session.state.CommPort = StoredCommPort(session.settings); });
+        step([&] { RestoreCommPort(session); });
         ApplySerialSettings(session);
         HandleLineErrors(session);
         step([&] {

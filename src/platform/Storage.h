@@ -26,6 +26,7 @@ class Settings {
  public:
     virtual ~Settings() = default;
 
+    // The fallback where nothing is stored. Throws FileFailure for a store that is there but cannot be read.
     virtual std::string Get(const std::string& section, const std::string& key,
                             const std::string& fallback) const = 0;
     // Stored at once. Throws Failure when it cannot be.

@@ -1,6 +1,7 @@
 #include "simulator/ImageFile.h"
 
 #include "platform/Failure.h"
+#include "platform/linux/ReplaceFile.h"
 
 #include <filesystem>
 #include <fstream>
@@ -15,16 +16,6 @@ char* Characters(ModuleEeprom& eeprom) {
     return reinterpret_cast<char*>(eeprom.bytes.data());
 }
 
-void WriteWhole(const fs::path& path, ModuleEeprom eeprom) {
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file.write(Characters(eeprom), ModuleEeprom::kSize);
-    file.close();
-    if (file) return;
-    std::error_code ignored;
-    fs::remove(path, ignored);
-    throw FileFailure("cannot write the image file " + path.string());
-}
-
 }  // namespace
 
 ModuleEeprom ImageFile::LoadOrCreate(const ModuleEeprom& fresh) {
@@ -33,7 +24,8 @@ ModuleEeprom ImageFile::LoadOrCreate(const ModuleEeprom& fresh) {
         Save(fresh);
         return fresh;
     }
-    std::ifstream file(path_, std::ios::binary);
+    std::ifstream file;
+    if (fs::is_regular_file(path_, error)) file.open(path_, std::ios::binary);  // a pipe would be waited for
     ModuleEeprom eeprom;
     file.read(Characters(eeprom), ModuleEeprom::kSize);
     if (!file || file.peek() != std::ifstream::traits_type::eof())
@@ -45,16 +37,8 @@ ModuleEeprom ImageFile::LoadOrCreate(const ModuleEeprom& fresh) {
 
 void ImageFile::Save(const ModuleEeprom& eeprom) {
     if (known_ && eeprom == saved_) return;
-    try {
-        const auto target = fs::weakly_canonical(path_);
-        auto fresh = target;
-        fresh += ".new";
-        WriteWhole(fresh, eeprom);
-        if (fs::exists(target)) fs::permissions(fresh, fs::status(target).permissions());
-        fs::rename(fresh, target);
-    } catch (const fs::filesystem_error& error) {
-        throw FileFailure("cannot write the image file " + path_ + ": " + error.code().message());
-    }
+    auto bytes = eeprom;
+    ReplaceFile(path_, {Characters(bytes), ModuleEeprom::kSize});
     saved_ = eeprom;
     known_ = true;
 }

@@ -14,8 +14,8 @@ class ImageFile {
     // What the file holds; where there is none, it is created with this. Throws FileFailure, also for a
     // file of another size.
     ModuleEeprom LoadOrCreate(const ModuleEeprom& fresh);
-    // The old content stands until all of the new one is written; a symbolic link stays a link, permissions
-    // stay. Nothing is written when the file already holds this. Throws FileFailure.
+    // As ReplaceFile does it, so that a bench that loses its power keeps a module's whole memory. Nothing is
+    // written when the file already holds this. Throws FileFailure.
     void Save(const ModuleEeprom& eeprom);
 
  private:

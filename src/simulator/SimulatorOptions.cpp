@@ -1,5 +1,7 @@
 #include "simulator/SimulatorOptions.h"
 
+#include "platform/OneLine.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -68,9 +70,7 @@ bool IsPrintable(char character) {
     return character >= ' ' && character <= '~';
 }
 
-}  // namespace
-
-SimulatorOptions ParseSimulatorOptions(std::span<const char* const> arguments) {
+SimulatorOptions Parse(std::span<const char* const> arguments) {
     SimulatorOptions options;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string_view argument = arguments[i];
@@ -92,6 +92,16 @@ SimulatorOptions ParseSimulatorOptions(std::span<const char* const> arguments) {
     if (!options.identification.empty())
         options.identification = CompleteIdentification(options.identification, options.type);
     return options;
+}
+
+}  // namespace
+
+SimulatorOptions ParseSimulatorOptions(std::span<const char* const> arguments) {
+    try {
+        return Parse(arguments);
+    } catch (const std::invalid_argument& refusal) {
+        throw std::invalid_argument(OneLine(refusal.what()));
+    }
 }
 
 std::string CompleteIdentification(std::string_view text, TableType type) {

@@ -37,13 +37,18 @@ std::string HeaderLine(TableType type) {
     return std::string(kName) + " " + std::to_string(kColumnCount) + " " + std::to_string(RowCount(type));
 }
 
+// Whether a line is no part of the block: a "!" line, or one that holds nothing to read, as editors add them.
+bool IsPassedOver(std::string_view line) {
+    return line.starts_with('!') || line.find_first_not_of(" \t") == std::string_view::npos;
+}
+
 // Takes the next line that belongs to a data block. Nothing at the end of the text, and for a line that
 // cannot be one: overlong, or without its line break, for then the file may have been cut in a number.
 std::optional<std::string_view> TakeBlockLine(std::string_view& text) {
     while (!text.empty()) {
         const bool ended = text.find('\n') != std::string_view::npos;
         const auto line = TakeLine(text);
-        if (line.starts_with('!')) continue;
+        if (IsPassedOver(line)) continue;
         if (!ended || line.size() > kLongestLine) return std::nullopt;
         return line;
     }
@@ -113,9 +118,8 @@ std::optional<AdvanceTable> ParseTableBlock(std::string_view text, TableType typ
         const auto line = TakeBlockLine(text);
         if (!line || !ReadRow(*line, row, table)) return std::nullopt;
     }
-    // What is left may be "!" lines alone.
-    for (; !text.empty(); TakeLine(text))
-        if (!text.starts_with('!')) return std::nullopt;
+    while (!text.empty())
+        if (!IsPassedOver(TakeLine(text))) return std::nullopt;
     return table;
 }
 

@@ -13,8 +13,8 @@ namespace rv52 {
 // The block as text, CR LF after every line, every double written so that it reads back the same.
 std::string FormatTableBlock(const AdvanceTable& table);
 
-// Reads the block, passing over lines that begin with "!". Nothing when it is malformed or its counts are
-// not those of the type.
+// Reads the block, passing over lines that begin with "!" or hold blanks alone. Nothing when it is malformed
+// or its counts are not those of the type.
 std::optional<AdvanceTable> ParseTableBlock(std::string_view text, TableType type);
 
 }  // namespace rv52

@@ -58,9 +58,11 @@ std::string ValueText(const Key& key, TableType type, const ModuleParameters& pa
                       key.meaning);
 }
 
+// What follows a line's first colon and the blanks behind it, tabs among them: an editor may have set them.
 std::string_view ValueOf(std::string_view line) {
     const auto colon = line.find(':');
-    return colon == std::string_view::npos ? std::string_view{} : line.substr(colon + 1);
+    const auto start = colon == std::string_view::npos ? colon : line.find_first_not_of(" \t", colon + 1);
+    return start == std::string_view::npos ? std::string_view{} : line.substr(start);
 }
 
 std::int16_t ReadNumber(const Key& key, const Range& range, std::string_view value) {

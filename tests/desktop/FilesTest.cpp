@@ -5,6 +5,7 @@
 #include <clocale>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <sched.h>
@@ -55,6 +56,19 @@ class FilesTest : public testing::Test {
         int status = 0;
         ::waitpid(child, &status, 0);
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    // Gives this process a name space of users in which it is root and nobody else is; where no group is
+    // wanted, there is none.
+    static bool EnterNameSpace(bool withGroup) {
+        const auto user = std::to_string(::geteuid());
+        const auto group = std::to_string(::getegid());
+        const auto write = [](const char* path, const std::string& text) {
+            return static_cast<bool>(std::ofstream(path) << text << std::flush);
+        };
+        return ::unshare(CLONE_NEWUSER) == 0 && write("/proc/self/uid_map", "0 " + user + " 1") &&
+               (!withGroup ||
+                (write("/proc/self/setgroups", "deny") && write("/proc/self/gid_map", "0 " + group + " 1")));
     }
 
     TemporaryFolder folder_;
@@ -141,6 +155,77 @@ TEST_F(FilesTest, KeepsLinksOwnersAndPermissions) {
     }
 }
 
+// In name spaces of users that know none of the file's owners, or its owner alone, and as an ordinary user
+// who is not in the file's group: whoever may write a file can save it.
+TEST_F(FilesTest, AGroupThatCannotBeKeptFailsNoSaveAndItsRightsGoToNoOther) {
+    constexpr uid_t stranger = 1234;
+    const uid_t self = ::geteuid();
+    const bool root = self == 0;
+    const auto enterNameSpace = [] { return EnterNameSpace(false); };
+    const auto becomeStranger = [] { return ::setgid(stranger) == 0 && ::setuid(stranger) == 0; };
+    const struct {
+        const char* what;
+        uid_t owner;
+        mode_t before, after;
+        std::function<bool()> become;
+    } cases[] = {{"group unknown, its rights its own", self, 0660, 0600, enterNameSpace},
+                 {"group unknown, its rights everyone's", self, 0664, 0644, enterNameSpace},
+                 {"group unknown and kept out", self, 02604, 0604, enterNameSpace},
+                 {"owner and group unknown", stranger, 0676, 0666, enterNameSpace},
+                 {"another's group, its rights its own", stranger, 0660, 0600, becomeStranger},
+                 {"another's group, its rights everyone's", stranger, 0664, 0644, becomeStranger}};
+    fs::permissions(folder_.Path(), fs::perms(0777));
+    for (const auto& one : cases) {
+        if (!root && one.owner != self) continue;
+        SCOPED_TRACE(one.what);
+        ASSERT_EQ(Save(table_, kOld), "");
+        ASSERT_TRUE(!root || ::chown(table_.c_str(), one.owner, 5678) == 0);
+        ASSERT_EQ(::chmod(table_.c_str(), one.before), 0);
+        const int outcome = Finish(Start([&] {
+            if (!one.become()) return kSkipped;
+            return Save(table_).empty() ? 0 : 1;
+        }));
+        if (outcome == kSkipped) GTEST_SKIP() << "no name space of users here";
+        EXPECT_EQ(outcome, 0);
+        EXPECT_EQ(Content(table_), kNew);
+        struct stat status {};
+        ASSERT_EQ(::stat(table_.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777, one.after);
+    }
+}
+
+TEST_F(FilesTest, FollowsNoLinkThatAnybodyMayHaveLaid) {
+    const std::string refused = "It is another user's link, in a folder that everyone may write to.";
+    const uid_t self = ::geteuid();
+    const struct {
+        uid_t linkOwner, folderOwner;
+        mode_t folderMode;
+        std::string failure;
+    } cases[] = {{self, self, 01777, ""},     {1234, self, 01777, refused}, {1234, 1234, 01777, ""},
+                 {self, 1234, 01777, ""},     {1234, self, 0777, ""},       {1234, self, 01755, ""},
+                 {1234, 2345, 01777, refused}};
+    const auto shared = Path("shared");
+    for (const auto* target : {"../table.tbl", "../not there.tbl"})
+        for (const auto& one : cases) {
+            if (self != 0 && (one.linkOwner != self || one.folderOwner != self)) continue;
+            SCOPED_TRACE(std::to_string(one.linkOwner) + " in a folder of " +
+                         std::to_string(one.folderOwner) + " to " + target);
+            fs::create_directory(shared);
+            fs::create_symlink(target, shared + "/link.tbl");
+            fs::create_symlink("shared/link.tbl", Path("own link.tbl"));
+            ASSERT_EQ(::lchown((shared + "/link.tbl").c_str(), one.linkOwner, static_cast<gid_t>(-1)), 0);
+            ASSERT_EQ(::chown(shared.c_str(), one.folderOwner, static_cast<gid_t>(-1)), 0);
+            ASSERT_EQ(::chmod(shared.c_str(), one.folderMode), 0);
+            EXPECT_EQ(Save(shared + "/link.tbl"), one.failure);
+            EXPECT_EQ(Save(Path("own link.tbl")), one.failure) << "by way of a link of one's own";
+            EXPECT_EQ(Content(table_) == kNew || fs::exists(Path("not there.tbl")), one.failure.empty());
+            fs::remove_all(shared);
+            fs::remove(Path("own link.tbl"));
+            fs::remove(Path("not there.tbl"));
+            ASSERT_EQ(Save(table_, kOld), "");
+        }
+}
+
 TEST_F(FilesTest, AnyByteMayBeTheLastThatFits) {
     const std::string small(400, 's');
     struct rlimit before {};
@@ -163,7 +248,7 @@ TEST_F(FilesTest, AnyByteMayBeTheLastThatFits) {
 TEST_F(FilesTest, AFullDiskKeepsTheOldTable) {
     const int outcome = Finish(Start([&] {
         const auto disk = folder_.Path().c_str();
-        if (::unshare(::geteuid() == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0 ||
+        if ((::geteuid() != 0 && !EnterNameSpace(true)) || ::unshare(CLONE_NEWNS) != 0 ||
             ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0 ||
             ::mount("tmpfs", disk, "tmpfs", 0, "size=64k") != 0)
             return kSkipped;

@@ -95,6 +95,7 @@ class MemorySettings : public Settings {
  public:
     std::string Get(const std::string& section, const std::string& key,
                     const std::string& fallback) const override {
+        if (failReads) throw FileFailure("settings cannot be read");
         const auto value = values.find(section + "/" + key);
         return value == values.end() ? fallback : value->second;
     }
@@ -104,6 +105,7 @@ class MemorySettings : public Settings {
     }
 
     std::map<std::string, std::string> values;
+    bool failReads = false;
     bool failWrites = false;
 };
 

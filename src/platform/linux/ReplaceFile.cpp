@@ -20,6 +20,8 @@ using Status = struct stat;
 
 constexpr mode_t kPermissions = 07777;
 constexpr int kMostLinks = 40;
+// What the system shows for every group that it has no name for here, be it the same one or not.
+constexpr gid_t kUnnamedGroup = 65534;
 
 [[noreturn]] void Fail(const std::string& path, int error) {
     throw FileFailure("Cannot write " + path + ": " + std::generic_category().message(error) + ".");
@@ -30,6 +32,23 @@ std::string FolderOf(const std::string& path) {
     return path.substr(0, path.rfind('/') + 1);
 }
 
+std::string OrHere(const std::string& folder) {
+    return folder.empty() ? "." : folder;
+}
+
+// A link that anybody may have laid there to lead a save astray: in a sticky folder that everyone may write
+// to, neither of this user nor of the folder's owner. The kernel follows none of those either, but here the
+// links are followed by hand, and not every system has that protection switched on.
+bool IsForeignLink(const std::string& link) {
+    Status itself{};
+    Status folder{};
+    if (::lstat(link.c_str(), &itself) != 0 || ::stat(OrHere(FolderOf(link)).c_str(), &folder) != 0)
+        return true;
+    constexpr mode_t everyonesSticky = S_ISVTX | S_IWOTH;
+    return (folder.st_mode & everyonesSticky) == everyonesSticky && itself.st_uid != ::geteuid() &&
+           itself.st_uid != folder.st_uid;
+}
+
 // The path behind symbolic links, whether or not there is a file.
 std::string Resolve(const std::string& path) {
     std::string target = path;
@@ -37,6 +56,9 @@ std::string Resolve(const std::string& path) {
         std::array<char, PATH_MAX> content{};
         const auto length = ::readlink(target.c_str(), content.data(), content.size());
         if (length < 0) return target;  // no link
+        if (IsForeignLink(target))
+            throw FileFailure("Cannot write " + path +
+                              ": It is another user's link, in a folder that everyone may write to.");
         const std::string next(content.data(), static_cast<std::size_t>(length));
         target = next.starts_with('/') ? next : FolderOf(target).append(next);
     }
@@ -54,6 +76,13 @@ std::optional<Status> Existing(const std::string& path, const std::string& targe
     if (!S_ISREG(status.st_mode)) throw FileFailure("Cannot write " + path + ": It is not a file.");
     if (::access(target.c_str(), W_OK) != 0) Fail(path, errno);
     return status;
+}
+
+// The old permissions where the group could not be kept: what was that group's is not given to another one,
+// which gets no more than everyone has.
+mode_t WithoutGroup(mode_t mode) {
+    const mode_t everyones = (mode & S_IRWXO) << 3U;
+    return mode & (S_IRWXU | everyones | S_IRWXO);
 }
 
 // A file that disappears again unless it takes another one's place.
@@ -84,16 +113,19 @@ class TemporaryFile {
         }
     }
 
-    // Owner and group as far as allowed, first: changing them takes permissions away.
+    // Owner and group as far as the system allows, whatever it says where it does not: containers and network
+    // file systems know owners that nobody may be given. First, as changing them takes permissions away.
     void TakeOver(const Status& old) const {
-        if (::fchown(descriptor_, old.st_uid, old.st_gid) != 0 &&
-            ::fchown(descriptor_, static_cast<uid_t>(-1), old.st_gid) != 0 && errno != EPERM)
-            Fail(path_, errno);
-        // A file system without permissions of its own shows the same for both and refuses to set any.
+        bool groupKept = ::fchown(descriptor_, old.st_uid, old.st_gid) == 0 ||
+                         ::fchown(descriptor_, static_cast<uid_t>(-1), old.st_gid) == 0;
         Status fresh{};
         if (::fstat(descriptor_, &fresh) != 0) Fail(path_, errno);
-        if (((old.st_mode ^ fresh.st_mode) & kPermissions) != 0 &&
-            ::fchmod(descriptor_, old.st_mode & kPermissions) != 0)
+        groupKept |= fresh.st_gid == old.st_gid && fresh.st_gid != kUnnamedGroup;
+        const auto mode = groupKept ? old.st_mode & kPermissions : WithoutGroup(old.st_mode);
+        // A file system without permissions of its own shows the same for both and refuses to set any. One
+        // that refuses otherwise leaves the file to its owner alone, which gives nothing away.
+        if (((mode ^ fresh.st_mode) & kPermissions) != 0 && ::fchmod(descriptor_, mode) != 0 &&
+            (fresh.st_mode & kPermissions & ~mode) != 0)
             Fail(path_, errno);
     }
 
@@ -115,7 +147,7 @@ class TemporaryFile {
 
 // The new content already stands; that its name is on disk too cannot be made surer than by asking.
 void SyncFolder(const std::string& folder) {
-    const int descriptor = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int descriptor = ::open(OrHere(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (descriptor < 0) return;
     ::fsync(descriptor);
     ::close(descriptor);

@@ -1,38 +1,57 @@
 #include "platform/qt/QtSettings.h"
 
 #include "platform/Failure.h"
+#include "platform/SettingsText.h"
+#include "platform/linux/ReplaceFile.h"
+#include "platform/qt/QtFiles.h"
 #include "platform/qt/Text.h"
 
-#include <QSettings>
+#include <QDir>
 #include <QStandardPaths>
+
+#include <filesystem>
 
 namespace rv52 {
 
 namespace {
 
-QString StorePath() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/Corvane_RV52_Main.conf");
+namespace fs = std::filesystem;
+
+QString StoreFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
 }
 
-QString Name(const std::string& section, const std::string& key) {
-    return ToQt(section + "/" + key);
+std::string StorePath() {
+    return FromQt(StoreFolder()) + "/Corvane_RV52_Main.conf";
+}
+
+// Empty where there is no file; one that is there but cannot be looked at is not absent.
+std::string StoreText() {
+    std::error_code error;
+    if (fs::status(StorePath(), error).type() == fs::file_type::not_found) return {};
+    return QtFiles().ReadWhole(StorePath());
 }
 
 }  // namespace
 
 std::string QtSettings::Get(const std::string& section, const std::string& key,
                             const std::string& fallback) const {
-    const QSettings store(StorePath(), QSettings::IniFormat);
-    return FromQt(store.value(Name(section, key), ToQt(fallback)).toString());
+    const auto text = StoreText();
+    if (!IsSettingsText(text))
+        throw FileFailure("Cannot read " + StorePath() + ": It is not a settings file.");
+    return SettingIn(text, section, key).value_or(fallback);
 }
 
 void QtSettings::Set(const std::string& section, const std::string& key, const std::string& value) {
-    QSettings store(StorePath(), QSettings::IniFormat);
-    store.setValue(Name(section, key), ToQt(value));
-    store.sync();
-    if (store.status() != QSettings::NoError)
-        throw Failure("The setting cannot be stored in " + FromQt(StorePath()) + ".");
+    try {
+        auto text = StoreText();
+        // What is no settings file has been told of at start-up, and holds nothing that could be kept.
+        if (!IsSettingsText(text)) text.clear();
+        QDir().mkpath(StoreFolder());
+        ReplaceFile(StorePath(), WithSetting(text, section, key, value));
+    } catch (const FileFailure&) {
+        throw Failure("The setting cannot be stored in " + StorePath() + ".");
+    }
 }
 
 }  // namespace rv52

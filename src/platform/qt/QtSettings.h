@@ -4,7 +4,8 @@
 
 namespace rv52 {
 
-// "Corvane_RV52_Main.conf" in the user's configuration folder. Nothing else is written there.
+// "Corvane_RV52_Main.conf" in the user's configuration folder. Nothing else is written there, not even a
+// lock: the file is replaced as a whole, so that of two programs that store at once one has the last word.
 class QtSettings : public Settings {
  public:
     std::string Get(const std::string& section, const std::string& key,

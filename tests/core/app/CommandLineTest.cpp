@@ -25,7 +25,8 @@ TEST(CommandLineTest, RefusesWhatItDoesNotKnowInOneLine) {
     const std::vector<const char*> wrong[] = {
         {"--what", "a.tbl"},  {"a.tbl", "--com"}, {"--com", "3"},        {"--com", "0=/dev/x"},
         {"--com", "256=x"},   {"--com", "3="},    {"--com", "=x"},       {"--com", "3x=/dev/x"},
-        {"--simulate", "ex"}, {"a.tbl", "b.tbl"}, {"", "--simulate=EX"}, {"--help=yes", "a.tbl"}};
+        {"--simulate", "ex"}, {"a.tbl", "b.tbl"}, {"", "--simulate=EX"}, {"--help=yes", "a.tbl"},
+        {"--two\nlines"}};
     for (const auto& arguments : wrong) {
         const auto parsed = Parse(arguments);
         ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << arguments.front() << arguments.back();

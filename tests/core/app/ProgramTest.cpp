@@ -46,6 +46,14 @@ TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
     line_.Pump();
 }
 
+TEST_F(ProgramTest, TellsOfSettingsThatCannotBeReadAndStartsAllTheSame) {
+    test_.settings.failReads = true;
+    test_.prompts.ExpectNotice("settings cannot be read\r\n\r\nCom1 is used until you choose another port.",
+                               "Form Load");
+    Start();
+    EXPECT_EQ(session_.state.CommPort, 1);
+}
+
 TEST_F(ProgramTest, DoesNotStartWithoutTheFilesBesideIt) {
     const std::pair<std::string, std::string> files[] = {
         {"RV52_EX_Max.dat", "Chart data file RV52_EX_Max.dat not found."},

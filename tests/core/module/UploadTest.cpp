@@ -91,7 +91,7 @@ TEST(UploadTest, WithoutATableThePortStaysUntouched) {
 
 // Whatever goes wrong on the module's side: what was programmed, and the verdict.
 TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
-    using Case = std::tuple<const char*, TableType, bool, long, const char*, int>;
+    using Case = std::tuple<const char*, TableType, bool, long, std::string, int>;
     const Case cases[] = {
         {"slow-reply", RACE, false, 135, kCompleted, 0},
         {"silent=1", RACE, true, 0, kUnread, 0},

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -48,14 +49,23 @@ TEST(SimulatorOptionsTest, AreRead) {
 
 TEST(SimulatorOptionsTest, AreRefusedInOneLineThatNamesWhatIsWrong) {
     using Row = std::pair<std::vector<const char*>, const char*>;
-    const Row rows[] = {{{"--typ", "EX"}, "--typ"},         {{"EX"}, "EX"},
-                        {{"--help=1"}, "--help=1"},         {{"--type", "race"}, "--type"},
-                        {{"--echo", "maybe"}, "maybe"},     {{"--image"}, "--image"},
-                        {{"--image="}, "--image"},          {{"--pace", "fast"}, "--pace"},
-                        {{"--pace", "0"}, "--pace"},        {{"--seed", "-1"}, "--seed"},
-                        {{"--fault", "noise"}, "noise"},    {{"--fault", "silent=0"}, "silent"},
-                        {{"--fault", "silent="}, "silent"}, {{"--fault", "silent=1x"}, "silent"},
-                        {{"--id", "Exhaust"}, "EX"},        {{"--type=EX", "--id", "a\rb"}, "--id"}};
+    const Row rows[] = {{{"--typ", "EX"}, "--typ"},
+                        {{"EX"}, "EX"},
+                        {{"--help=1"}, "--help=1"},
+                        {{"--type", "race"}, "--type"},
+                        {{"--echo", "maybe"}, "maybe"},
+                        {{"--image"}, "--image"},
+                        {{"--image="}, "--image"},
+                        {{"--pace", "fast"}, "--pace"},
+                        {{"--pace", "0"}, "--pace"},
+                        {{"--seed", "-1"}, "--seed"},
+                        {{"--fault", "noise"}, "noise"},
+                        {{"--fault", "two\nlines"}, "two?lines"},
+                        {{"--fault", "silent=0"}, "silent"},
+                        {{"--fault", "silent="}, "silent"},
+                        {{"--fault", "silent=1x"}, "silent"},
+                        {{"--id", "Exhaust"}, "EX"},
+                        {{"--type=EX", "--id", "a\rb"}, "--id"}};
     for (const auto& [arguments, named] : rows) {
         try {
             Parse(arguments);
@@ -131,6 +141,11 @@ TEST(SimulatorProgramTest, ServesAcrossOpensAndKeepsItsMemory) {
     const auto link = folder.Path() / "link.bin";
     const auto mode = fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read;
     fs::create_symlink(image, link);
+    // Names that a saver could be expected to use, laid there to lead it astray.
+    const auto other = folder.Path() / "other.txt";
+    std::ofstream(other) << "other";
+    for (const auto* name : {"module.bin.new", "module.bin.tmp", "module.bin~"})
+        fs::create_symlink(other, folder.Path() / name);
     auto expected = BytesOf(FactoryEeprom(TableType::EX).bytes);
     for (const int signal : {SIGTERM, SIGINT}) {
         SimulatorProgram simulator("--echo off --type EX --image " +
@@ -145,6 +160,8 @@ TEST(SimulatorProgramTest, ServesAcrossOpensAndKeepsItsMemory) {
         EXPECT_EQ(BytesOf(Content(image)), expected);
         EXPECT_TRUE(fs::is_symlink(link));
         EXPECT_EQ(fs::status(image).permissions(), mode);
+        EXPECT_EQ(Content(other), "other");
+        EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()), 6);
     }
 }
 
@@ -179,8 +196,9 @@ TEST(SimulatorProgramTest, RefusesBadOptionsWithStatusTwo) {
     const auto path = folder.Path().string();
     std::ofstream(path + "/511.bin") << std::string(511, 'x');
     std::ofstream(path + "/513.bin") << std::string(513, 'x');
+    ASSERT_EQ(mkfifo((path + "/pipe").c_str(), 0600), 0);
     for (const auto& arguments : {"--pace never", "--trace /no/where", "--image 511.bin", "--image 513.bin",
-                                  "--image .", "--image no/folder"}) {
+                                  "--image .", "--image no/folder", "--image pipe"}) {
         SimulatorProgram simulator(arguments, path);
         ASSERT_EQ(simulator.FirstLine(), "") << arguments;
         EXPECT_EQ(simulator.End(0), 2);

@@ -55,6 +55,7 @@ TEST(TableFileTest, ReadsNumbersAsTheyAreTyped) {
          {3, -1, 0, 3000, 1000}},
         {"!RPMLimit:\r\n!CrankRevs: 1.5\n!RearOffset: -32768.5", {0, -5, 2, 3000, 1424}},
         {"!RPMLimit\n!CrankRevs: 3.5\n!RearOffset: 1\n!RearOffset: 2\r\n!Version: EX", {0, 2, 3, 3000, 1424}},
+        {"!RPMLimit:\t5800\n!VSSFreq:  \t 1000\n!CrankRevs: \t2", {0, 0, 2, 5800, 1000}},
         {"note: 4 !RearOffset: 2\n! CrankRevs: 3", {0, 4, 0, 5700, 1424}}};  // a line's first colon counts
     for (const auto& [text, parameters] : cases)
         EXPECT_EQ(Read(text).parameters, parameters) << text;
@@ -86,13 +87,20 @@ std::string Replaced(std::string text, const std::string& what, const std::strin
     return text.replace(at, what.size(), with);
 }
 
-TEST(TableBlockTest, TakesEitherLineEndAndCommentsAnywhere) {
+TEST(TableBlockTest, TakesEitherLineEndAndCommentsAndBlankLinesAnywhere) {
     const auto table = test::RandomTable(TableType::EX, 8);
     const auto block = FormatTableBlock(table);
-    std::string text = "!Version: EX\n";
-    for (const auto line : Lines(block))
-        text += std::string(line) + "\n! " + std::string(5000, 'x') + "\r\n";
-    EXPECT_EQ(ParseTableBlock(text + "!", TableType::EX), table);
+    const std::string passedOver[] = {"! " + std::string(5000, 'x') + "\r\n", "\r\n", "\n", " \t \r\n",
+                                      std::string(5000, ' ') + "\n"};
+    for (const auto& other : passedOver) {
+        SCOPED_TRACE(other.substr(0, 4));
+        std::string text = "!Version: EX\n" + other;
+        for (const auto line : Lines(block))
+            text += std::string(line) + "\n" + other;
+        EXPECT_EQ(ParseTableBlock(text, TableType::EX), table);
+        EXPECT_EQ(ParseTableBlock(text + other.substr(0, 1), TableType::EX), table)
+            << "and no line end after it";
+    }
 }
 
 TEST(TableBlockTest, RefusesEverythingElse) {
@@ -115,7 +123,6 @@ TEST(TableBlockTest, RefusesEverythingElse) {
         {"an extra number", Replaced(good, "12.5\r\n", "12.5 1\r\n")},
         {"a missing row", good.substr(0, good.rfind("     16"))},
         {"an extra row", good + good.substr(good.rfind("     16"))},
-        {"an empty line", Replaced(good, "\r\n", "\r\n\r\n")},
         {"no number", number("nan ")},
         {"a number too large", number("1e999")},
         {"a decimal comma", number("12,5")},
@@ -124,6 +131,7 @@ TEST(TableBlockTest, RefusesEverythingElse) {
         {"an overlong line", Replaced(good, "12.5\r\n", "12.5" + std::string(1000, ' ') + "\r\n")},
         {"a file cut in its last number", good.substr(0, good.size() - 3)},
         {"a file cut before its last line break", good.substr(0, good.size() - 2)},
+        {"the same with blanks after it", good.substr(0, good.size() - 2) + "  "},
         {"line ends of carriage returns alone", Replaced(good, "\r\n", "\r")}};
     for (const auto& [what, text] : cases)
         EXPECT_FALSE(ParseTableBlock(text, TableType::RACE)) << what;
@@ -133,8 +141,9 @@ TEST(TableBlockTest, RefusesMegabytesAtOnce) {
     const auto start = std::chrono::steady_clock::now();
     const std::size_t size = 1U << 20;
     const auto good = FormatTableBlock(AdvanceTable(TableType::RACE));
-    for (const auto& text : {std::string(size, '9'), std::string(size, '\n'), std::string(size, '!'),
-                             good + std::string(size, ' '), "AdvanceTable 16 8\n" + std::string(size, ' ')}) {
+    for (const auto& text :
+         {std::string(size, '9'), std::string(size, '\n'), std::string(size, '!'),
+          good + std::string(size, ' ') + "9", "AdvanceTable 16 8\n" + std::string(size, ' ')}) {
         EXPECT_FALSE(ParseTableBlock(text, TableType::RACE));
         EXPECT_TRUE(FindParameters(text).empty());
     }

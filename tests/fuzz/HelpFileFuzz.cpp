@@ -1,0 +1,61 @@
+#include "app/HelpWindow.h"
+#include "fuzz/Bytes.h"
+#include "fuzz/Screen.h"
+#include "fuzz/Target.h"
+#include "platform/Failure.h"
+#include "support/TemporaryFolder.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace rv52::fuzz {
+
+namespace {
+
+std::string Shipped() {
+    std::ostringstream content;
+    content << std::ifstream(RV52_PROGRAM_FOLDER "/Corvane_RV52_Help.chm", std::ios::binary).rdbuf();
+    Require(!content.str().empty(), "the build makes the help file");
+    return content.str();
+}
+
+// Bytes changed, cut off and put in, each at a place that the input names.
+std::string Damaged(std::string file, Bytes bytes) {
+    while (bytes.Any()) {
+        const int deed = bytes.Next() % 4;
+        const int high = bytes.Next();
+        const auto at = static_cast<std::size_t>(high * 65536 + bytes.Next() * 256 + bytes.Next());
+        const auto place = file.empty() ? 0 : at % file.size();
+        const auto byte = static_cast<char>(bytes.Next());
+        if (deed == 0) file.insert(place, 1, byte);
+        if (deed == 1) file.erase(place, static_cast<unsigned char>(byte));
+        if (deed == 2) file.resize(place);
+        if (deed == 3 && !file.empty()) file[place] = byte;
+    }
+    return file;
+}
+
+}  // namespace
+
+// The help file as the build makes it, damaged, and whatever lies in its place.
+void Target(std::string_view input) {
+    NeedApplication();
+    static const auto shipped = Shipped();
+    static const test::TemporaryFolder folder;
+    static auto& window = *new HelpWindow(nullptr);
+    const auto path = (folder.Path() / "help.chm").string();
+    for (const auto& content : {Damaged(shipped, Bytes(input)), std::string(input)}) {
+        std::ofstream(path, std::ios::binary) << content;
+        bool opened = true;
+        try {
+            window.Open(path);
+        } catch (const Failure&) {
+            opened = false;
+        }
+        Require(opened == (content == shipped), "the whole file opens, and no other");
+        if (opened) window.grab();
+        window.hide();
+    }
+}
+
+}  // namespace rv52::fuzz

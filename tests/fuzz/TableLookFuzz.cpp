@@ -1,0 +1,94 @@
+#include "chart/ChartView.h"
+#include "fuzz/Bytes.h"
+#include "fuzz/Screen.h"
+#include "fuzz/Target.h"
+#include "module/Report.h"
+#include "platform/qt/QtPrinter.h"
+#include "support/IdleLine.h"
+#include "support/ShownTable.h"
+#include "table/GridView.h"
+#include "table/Numbers.h"
+
+#include <bit>
+#include <cmath>
+
+namespace rv52::fuzz {
+
+namespace {
+
+// Any number that a table file may hold; the usual ones are the likeliest.
+double DegreesOf(Bytes& bytes) {
+    constexpr double odd[] = {1.7976931348623157e308,
+                              -1.7976931348623157e308,
+                              5e-324,
+                              -0.0,
+                              1e-7,
+                              2147483648.0,
+                              -2147483649.0,
+                              1e16,
+                              45.05,
+                              -1e300,
+                              1e39,
+                              0.1};
+    const int kind = bytes.Next();
+    if (kind < 192) return kind * 0.25;
+    if (kind < 224) return odd[static_cast<std::size_t>(kind) % std::size(odd)];
+    std::uint64_t bits = 0;
+    for (int byte = 0; byte < 8; ++byte)
+        bits = bits << 8U | static_cast<std::uint64_t>(bytes.Next());
+    const auto degrees = std::bit_cast<double>(bits);
+    return std::isfinite(degrees) ? degrees : 0;
+}
+
+// A desk with the real chart, grid and printer, which writes into memory.
+struct Desk {
+    test::IdleLine line;
+    test::TestSession test{line};
+    Session& session = test.session;
+    ChartView chart{session, [](const auto& event) { event(); }};
+    GridView grid{session, [](const auto& event) { event(); }, [](const auto&) {}};
+    test::MemoryFiles files;
+    QtPrinter printer{files};
+};
+
+void Print(Desk& desk) {
+    const ReportNotes notes{"today", "fuzz"};
+    desk.printer.SetChartDrawing(
+        [&](QPainter& painter, const QRectF& place) { desk.chart.DrawOnPaper(painter, place); });
+    desk.printer.Begin({"Chart", "Courier New", 8, 500, "/chart.pdf"});
+    for (const auto& text : ChartPageLines(desk.session, notes))
+        desk.printer.PrintLine(text);
+    desk.printer.DrawChart(ChartRectangle(desk.printer.Page()));
+    desk.printer.EndDocument();
+    desk.printer.Begin({"Table", "Courier New", 8, 2000, "/table.pdf"});
+    for (const auto& text : TablePageLines(desk.session, notes))
+        desk.printer.PrintLine(text);
+    desk.printer.EndDocument();
+    for (const auto& [path, document] : desk.files.contents)
+        Require(document.find("%%EOF") != std::string::npos && document.size() < 2'000'000,
+                "a page on paper");
+}
+
+}  // namespace
+
+void Target(std::string_view input) {
+    NeedApplication();
+    static auto& desk = *new Desk;
+    Bytes bytes(input);
+    AdvanceTable table(bytes.Next() % 2 == 0 ? TableType::RACE : TableType::EX);
+    const int width = 1 + 4 * bytes.Next();
+    const int height = 1 + 4 * bytes.Next();
+    ForEachCell(table.Type(), [&](Cell cell) { table.SetCell(cell, DegreesOf(bytes)); });
+    Require(LoadChartTemplate(desk.session, table.Type()), "the template is there");
+    test::ShowAs(desk.session, table);
+    for (QWidget* widget : {static_cast<QWidget*>(&desk.chart), static_cast<QWidget*>(&desk.grid)}) {
+        widget->resize(width, height);
+        Require(!widget->grab().isNull(), "it can be looked at");
+    }
+    for (const int column : {1, 16})
+        desk.session.chart.ShowLabel({column, 1}, FormatTenths(table.GetCell({column, 1})));
+    desk.chart.grab();
+    Print(desk);
+}
+
+}  // namespace rv52::fuzz
