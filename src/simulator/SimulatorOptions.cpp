@@ -121,7 +121,7 @@ std::string SimulatorUsage() {
            "that\n"
            "                    are named below with their defaults may follow: "
            "power-cycle=300,for=500,at=16\n"
-           "  --seed N          choose other random bits and bytes in faults (1)\n"
+           "  --seed N          choose other random bits, bytes and addresses in faults (1)\n"
            "  --trace FILE      write each byte with its time and direction to FILE\n"
            "  --help            print this\n"
            "\n"
