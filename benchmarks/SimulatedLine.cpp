@@ -1,6 +1,6 @@
 #include "SimulatedLine.h"
 
-#include "link/SerialSettings.h"
+#include "link/WireProtocol.h"
 #include "platform/linux/ChildLife.h"
 #include "platform/qt/Text.h"
 

@@ -3,9 +3,8 @@
 #include "Samples.h"
 #include "ShownProgram.h"
 #include "SimulatedLine.h"
-#include "link/EepromTransfer.h"
-#include "link/ModuleProtocol.h"
-#include "link/SerialSettings.h"
+#include "link/LinkProcedures.h"
+#include "link/WireProtocol.h"
 #include "module/EepromImage.h"
 #include "table/TableDisplay.h"
 

@@ -31,6 +31,8 @@ struct AppState {
     bool EchoMode = false;        // the module echoes each byte it receives
     bool CommOK = false;          // success of the last link procedure
     rv52::LinkWork LinkWork = rv52::LinkWork::None;
+    std::string
+        LastOutcome;  // of the last command, for the status line; until the next key, click or command
     std::int16_t VerifyErrors = 0;
     std::int16_t LineErrorCount = 0;  // since the serial settings were last applied
     std::string CopyBuffer;           // cells joined by tabs, rows by carriage returns

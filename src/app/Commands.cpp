@@ -8,14 +8,28 @@
 
 namespace rv52 {
 
+namespace {
+
+void ForgetOutcome(Session& session) {
+    if (session.state.LastOutcome.empty()) return;
+    session.state.LastOutcome.clear();
+    session.shell.RenewStatus();
+}
+
+}  // namespace
+
 void RunCommand(Session& session, const std::function<void(Session&)>& command) {
     if (session.gate.Busy()) return;
     bool close = false;
     {
         const CommandGate::Stay stay(session.gate);
-        if (!session.view.CommitEditor()) return;
-        ChartDragLost(session);  // commands read the grid's texts, which lag behind a drag
-        command(session);
+        if (session.view.CommitEditor()) {
+            ChartDragLost(session);  // commands read the grid's texts, which lag behind a drag
+            session.state.AbortRequested = false;
+            ForgetOutcome(session);
+            command(session);
+            session.line.EndHold();
+        }
         if (session.gate.SettingsPending()) Form_Resize(session);
         close = session.gate.ClosePending();
     }
@@ -52,6 +66,10 @@ void Exit(Session& session) {
 void EscapePressed(Session& session) {
     session.state.AbortRequested = true;
     session.chart.HideLabel();
+}
+
+void UserActed(Session& session) {
+    if (!session.gate.Busy()) ForgetOutcome(session);
 }
 
 void mnuAbout_Click(Session& session) {

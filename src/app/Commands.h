@@ -7,7 +7,8 @@ namespace rv52 {
 struct Session;
 
 // Runs one command behind the gate: nothing when another one is running, or when an open cell editor
-// refuses its text. What had to wait for the command's end (serial settings, a close) follows it.
+// refuses its text. What had to wait meanwhile (serial settings, a close) follows in any case. An Escape from
+// before the command has no effect on it.
 void RunCommand(Session& session, const std::function<void(Session&)>& command);
 
 // The main window is asked to close. Runs the exit sequence, or after the running command has ended.
@@ -16,6 +17,9 @@ void RequestExit(Session& session);
 
 // The exit sequence: the save question, the port, the windows.
 void Exit(Session& session);
+
+// A key or a mouse button pressed in the main window: the last command's outcome has been read.
+void UserActed(Session& session);
 
 // Escape pressed in the main window.
 void EscapePressed(Session& session);

@@ -11,7 +11,7 @@ void Form_Resize(Session& session);
 // settings wait until it has ended.
 void WindowResized(Session& session);
 
-// The fixed serial settings stand in SerialSettings.h and go to the port each time it is opened; applying
+// The fixed serial settings stand in WireProtocol.h and go to the port each time it is opened; applying
 // them anew starts the count of line errors from 0.
 void ApplySerialSettings(Session& session);
 

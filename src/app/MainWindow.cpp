@@ -179,12 +179,16 @@ void MainWindow::changeEvent(QEvent* event) {
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == client_ && event->type() == QEvent::Resize) {
         Dispatch([this] { WindowResized(*session_); });
+    } else if (event->type() == QEvent::MouseButtonPress) {
+        const auto* widget = qobject_cast<QWidget*>(watched);
+        if (widget != nullptr && widget->window() == this) Dispatch([this] { UserActed(*session_); });
     } else if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const auto* widget = qobject_cast<QWidget*>(watched);
         const bool here = widget != nullptr && widget->window() == this;
-        if (here && key->key() == Qt::Key_Escape && !key->isAutoRepeat())
-            Dispatch([this] { EscapePressed(*session_); });
+        if (!here || key->isAutoRepeat()) return QMainWindow::eventFilter(watched, event);
+        Dispatch([this] { UserActed(*session_); });
+        if (key->key() == Qt::Key_Escape) Dispatch([this] { EscapePressed(*session_); });
     }
     return QMainWindow::eventFilter(watched, event);
 }

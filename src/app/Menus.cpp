@@ -1,8 +1,8 @@
 #include "app/Menus.h"
 
 #include "app/Commands.h"
-#include "link/EditVin.h"
 #include "link/PortSetup.h"
+#include "link/Vin.h"
 #include "module/Download.h"
 #include "module/ModParams.h"
 #include "module/Report.h"

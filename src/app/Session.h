@@ -4,6 +4,7 @@
 #include "app/CommandGate.h"
 #include "chart/ChartGesture.h"
 #include "chart/ChartState.h"
+#include "link/ModuleLink.h"
 #include "platform/Line.h"
 #include "platform/Printer.h"
 #include "platform/Prompts.h"
@@ -39,6 +40,7 @@ struct Session : Ports {
     ChartGesture gesture;
     GridSheet sheet;
     Steps steps{prompts};
+    ModuleLink link{line, prompts};
     CommandGate gate;
 };
 

@@ -1,6 +1,7 @@
 #include "app/StatusText.h"
 
 #include "app/AppState.h"
+#include "link/ModuleDialogue.h"
 #include "link/PortSetup.h"
 #include "table/GridSheet.h"
 #include "table/Numbers.h"
@@ -26,12 +27,12 @@ std::string CellText(const AppState& state, const TableStore& store, const GridS
            ": " + Degrees(table.GetCell(cell)) + ", limit " + Degrees(CellLimit(state, table.Type(), cell));
 }
 
-std::string WorkText(LinkWork work) {
-    switch (work) {
+std::string WorkText(const AppState& state) {
+    switch (state.LinkWork) {
         case LinkWork::Reading:
             return "Reading the module. Escape stops it.";
         case LinkWork::Programming:
-            return "Programming the module. It must not be interrupted.";
+            return "Programming " + IdentifiedAs(state) + ". It must not be interrupted.";
         case LinkWork::Verifying:
             return "Verifying the module. Escape stops it.";
         case LinkWork::None:
@@ -40,12 +41,22 @@ std::string WorkText(LinkWork work) {
     return {};
 }
 
+std::string Advice(const AppState& state) {
+    return state.TableShown ? "" : "Open a table, make a new one, or download one from a module.";
+}
+
+std::string Foremost(const AppState& state, const TableStore& table, const GridSheet& sheet) {
+    if (state.LinkWork != LinkWork::None) return WorkText(state);
+    if (!state.LastOutcome.empty()) return state.LastOutcome;
+    const auto cell = CellText(state, table, sheet);
+    return cell.empty() ? Advice(state) : cell;
+}
+
 }  // namespace
 
 std::string StatusText(const AppState& state, const TableStore& table, const GridSheet& sheet,
                        const std::string& device) {
-    auto first = WorkText(state.LinkWork);
-    if (first.empty()) first = CellText(state, table, sheet);
+    auto first = Foremost(state, table, sheet);
     if (!first.empty()) first += kBetween;
     return first + CommPortName(state.CommPort) + ": " + (device.empty() ? "no device of its own" : device);
 }

@@ -8,8 +8,10 @@ struct AppState;
 class GridSheet;
 class TableStore;
 
-// The line under the grid: the current cell with its exact value and its limit, or during a transfer what
-// may be done meanwhile; then the selected port with its device, which is empty for a port without one.
+// The line under the grid. First what matters most right now: the work on the module and what may be done
+// meanwhile; else how the last transfer into it ended; else the current cell with its exact value and its
+// limit; else, without a table, what to do first. Then the selected port with its device, which is empty for
+// a port without one.
 std::string StatusText(const AppState& state, const TableStore& table, const GridSheet& sheet,
                        const std::string& device);
 

@@ -1,75 +1,68 @@
 #include "link/Vin.h"
 
 #include "app/Session.h"
-#include "link/ModuleProtocol.h"
-#include "link/RangeLoop.h"
-#include "platform/CodePage.h"
-
-#include <algorithm>
+#include "link/LinkProcedures.h"
+#include "link/ModuleDialogue.h"
+#include "table/Text.h"
 
 namespace rv52 {
 
 namespace {
 
-using namespace std::chrono_literals;
+constexpr const char* kTitle = "Edit RV52A VIN";
 
-constexpr auto kRest = 100ms;  // after the last byte of each procedure
-constexpr const auto& kVin = kVinRanges.front();
-constexpr const char* kTimeout = "RS-232 timeout during Write VIN routine. Check cable and click Abort.";
-
-std::span<std::uint8_t> BytesOf(EepromBuffer& buffer) {
-    return std::span(buffer).subspan(kVin.first, kVin.Count());
+bool TakesVin(Session& session) {
+    if (ContainsNoCase(session.state.FirmwareId, "RV52A")) return true;
+    session.steps([&] {
+        session.prompts.Ask(
+            {"VIN feature only valid on RV52A Rev 8.1 or higher unit.", kTitle, Icon::Warning, Buttons::Ok});
+    });
+    return false;
 }
 
-// Runs the loop and then the rest. False when either was abandoned, or the loop ended early.
-bool Run(Session& session, const RangeLoop& loop, const std::function<void()>& rest) {
-    bool complete = false;
-    session.steps.Procedure([&](Steps&) {
-        if (!RunRanges(session, kVinRanges, loop)) return;
-        rest();
-        DelayTimer(session, kRest);
-        complete = true;
-    });
-    return complete;
+// Closing the window ends the reading. A read that has failed just leaves the last VIN known as the one to
+// start from.
+void OfferVin(Session& session) {
+    session.gate.SetCloseAborts(true);
+    ReadVINData(session);
+    session.gate.SetCloseAborts(false);
+}
+
+// A VIN that the module can hold; empty when the user wants none, or wants to leave.
+std::string AskForVin(Session& session) {
+    while (!session.gate.ClosePending()) {
+        auto answer = session.steps.Value(
+            [&] {
+                return session.prompts.AskText(
+                    {"Enter new RV52A VIN (17 characters)", kTitle, session.state.Vin});
+            },
+            std::string{});
+        if (answer.empty() || VinCodes(answer)) return answer;
+    }
+    return {};
+}
+
+bool Confirm(Session& session, const std::string& vin) {
+    if (session.gate.ClosePending()) return false;
+    const MessageBox question{"Verify new VIN is: " + vin, kTitle, Icon::None, Buttons::OkCancel};
+    const auto answer = session.steps.Value([&] { return session.prompts.Ask(question); }, Answer::Cancel);
+    return answer == Answer::Ok && !session.gate.ClosePending();
 }
 
 }  // namespace
 
-std::optional<std::string> VinCodes(std::string_view vin) {
-    auto codes = ToCodePage(vin);
-    return codes && codes->size() == std::size_t{kVin.Count()} ? codes : std::nullopt;
-}
-
-void ReadVINData(Session& session) {
-    auto& state = session.state;
-    state.AbortRequested = false;
-    const bool complete = Run(session, ReadLoop(session), [&] {
-        const auto bytes = BytesOf(state.EepromBuffer);
-        state.Vin = FromCodePage(std::string(bytes.begin(), bytes.end()));
+void mnuEditVIN_Click(Session& session) {
+    session.steps.Procedure([&](Steps&) {
+        const TableTypeGuard guard(session.state);
+        if (!IdentifyModule(session, kTitle, "edit VIN") || !ShowFirmwareId(session, kTitle)) return;
+        if (!TakesVin(session)) return;
+        OfferVin(session);
+        const auto vin = AskForVin(session);
+        if (vin.empty() || !Confirm(session, vin)) return;
+        session.state.Vin = vin;
+        WriteVINData(session);
+        ReportUpload(session, kTitle, "Upload completed.\r\n");
     });
-    if (!complete) state.AbortRequested = false;
-    state.CommOK = complete;
-    session.line.Close();
-}
-
-void WriteVINData(Session& session) {
-    auto& state = session.state;
-    state.CommOK = false;
-    const auto codes = VinCodes(state.Vin);
-    if (!codes) return;
-    std::ranges::transform(*codes, BytesOf(state.EepromBuffer).begin(),
-                           [](char code) { return static_cast<std::uint8_t>(code); });
-    // Modules that take a VIN echo, so both echoes are waited for whatever the identification told.
-    const bool complete =
-        Run(session, WriteLoop(session, kWriteEchoes, kTimeout), [&] { VerifyVIN(session); });
-    state.CommOK = complete;
-    session.line.Close();
-}
-
-void VerifyVIN(Session& session) {
-    Verification verification(session);
-    verification.Judge(Run(session, verification.Loop(), [] {}));
-    session.line.Close();
 }
 
 }  // namespace rv52

@@ -1,8 +1,8 @@
 #include "module/Download.h"
 
 #include "app/Session.h"
-#include "link/EepromTransfer.h"
-#include "link/ModuleProtocol.h"
+#include "link/LinkProcedures.h"
+#include "link/ModuleDialogue.h"
 #include "module/EepromImage.h"
 #include "table/FileCommands.h"
 #include "table/TableDisplay.h"
@@ -12,10 +12,6 @@ namespace rv52 {
 namespace {
 
 constexpr const char* kTitle = "Download From EEPROM";
-
-void Warn(Session& session, const std::string& text) {
-    session.steps([&] { session.prompts.Ask({text, kTitle, Icon::Warning, Buttons::Ok}); });
-}
 
 void ShowCaption(Session& session, const char* suffix) {
     session.steps([&] { session.shell.SetCaption(session.state.BaseCaption + suffix); });
@@ -28,25 +24,12 @@ void ClearTable(Session& session) {
     ShowCaption(session, " - Data Buffer Empty");
 }
 
-bool IdentifyModule(Session& session) {
-    const auto& state = session.state;
-    ReadFirmwareID(session);
-    if (!state.CommOK) {
-        Warn(session, "Firmware ID read failed - cannot download.");
-        return false;
-    }
-    if (state.FirmwareId.empty()) {
-        Warn(session, "Invalid firmware ID - cannot download.");
-        return false;
-    }
-    Warn(session, "Firmware ID: " + state.FirmwareId);
-    return true;
-}
-
+// A read that was ended by closing the window needs no word.
 bool ReadImage(Session& session) {
     ReadEEPROMData(session);
     if (session.state.CommOK) return true;
-    Warn(session, "Download failed.");
+    if (!session.gate.ClosePending())
+        session.steps([&] { session.prompts.Ask({"Download failed.", kTitle, Icon::Warning, Buttons::Ok}); });
     ClearEEPROMBuffer(session.state.EepromBuffer);
     return false;
 }
@@ -74,12 +57,12 @@ void ShowDownloaded(Session& session) {
 
 void mnuDownload_Click(Session& session) {
     session.steps.Procedure([&](Steps&) {
-        session.state.AbortRequested = false;
         if (!OfferToSave(session, "Save advance table before downloading?", kTitle)) return;
+        if (session.gate.ClosePending()) return;
         session.gate.SetCloseAborts(true);
         ClearTable(session);
-        if (!IdentifyModule(session) || !ReadImage(session)) return;
-        if (!TakeImage(session)) return;
+        if (!IdentifyModule(session, kTitle, "download") || !ShowFirmwareId(session, kTitle)) return;
+        if (!ReadImage(session) || !TakeImage(session)) return;
         ShowDownloaded(session);
     });
 }

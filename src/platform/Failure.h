@@ -17,13 +17,6 @@ class PortFailure : public Failure {
     using Failure::Failure;
 };
 
-// A link failure: its source text is always "Comm Error".
-class LinkError : public Failure {
- public:
-    using Failure::Failure;
-    static constexpr const char* kSource = "Comm Error";
-};
-
 // A file that cannot be read or replaced.
 class FileFailure : public Failure {
  public:

@@ -12,7 +12,8 @@ enum class LineCondition { Framing, HardwareOverrun, ReceiveOverflow, Parity, Tr
 enum class Yielding { Yes, No };
 
 // The serial line to the ignition module and the time it is measured in, one port: every time-out,
-// delay and abort is a matter of both. Bytes are 0 to 255; times are of a monotonic clock.
+// delay and abort is a matter of both. Bytes are 0 to 255; times are of a clock that only moves forward, and
+// that goes on while the machine sleeps.
 //
 // A call that cannot be carried out (the port is missing, held by another program, closed, or went
 // away) throws PortFailure and leaves the line closed.
@@ -24,10 +25,13 @@ class Line {
     virtual ~Line() = default;
 
     virtual bool IsOpen() const = 0;
-    // Opens ComN with the fixed settings of SerialSettings.h. Only while closed.
+    // Opens ComN with the fixed settings of WireProtocol.h. Only while closed. From the first open on, nobody
+    // else who talks to modules gets the device, closed or not, until EndHold.
     virtual void Open(int commPort) = 0;
     // Safe at any time.
     virtual void Close() noexcept = 0;
+    // The command that opened the line has ended. Safe at any time.
+    virtual void EndHold() noexcept = 0;
 
     // Throws away every received byte that waits.
     virtual void Discard() = 0;
@@ -36,6 +40,9 @@ class Line {
     virtual void SendByte(std::uint8_t byte) = 0;
 
     virtual Clock Now() const = 0;
+    // When the last byte that has been received arrived, as exactly as the line knows; not while it waits
+    // without yielding to anyone.
+    virtual Clock LastArrival() const = 0;
     // Serves the window events that are pending.
     virtual void Pump() = 0;
     // Waits until count bytes are waiting or the clock has passed the deadline; returns how many are

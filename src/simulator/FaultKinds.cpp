@@ -1,6 +1,6 @@
 #include "simulator/FaultKinds.h"
 
-#include "link/WireBytes.h"
+#include "link/WireProtocol.h"
 #include "simulator/ModuleEeprom.h"
 
 #include <algorithm>

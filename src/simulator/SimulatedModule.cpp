@@ -1,6 +1,6 @@
 #include "simulator/SimulatedModule.h"
 
-#include "link/WireBytes.h"
+#include "link/WireProtocol.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
 #include "simulator/SimulatorHost.h"
 
-#include "link/SerialSettings.h"
+#include "link/WireProtocol.h"
 #include "platform/Failure.h"
 
 #include <algorithm>

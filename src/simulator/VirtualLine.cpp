@@ -1,6 +1,6 @@
 #include "simulator/VirtualLine.h"
 
-#include "link/SerialSettings.h"
+#include "link/WireProtocol.h"
 #include "platform/Failure.h"
 
 #include <algorithm>
@@ -133,6 +133,7 @@ void VirtualLine::TakeArrivals() {
             continue;
         }
         trace_.push_back({Direction::ToPc, *arrival->byte, arrival->time});
+        lastArrival_ = arrival->time;
         if (open_) waiting_.push_back(*arrival->byte);
     }
 }

@@ -24,10 +24,12 @@ class VirtualLine : public Line {
     bool IsOpen() const override { return open_; }
     void Open(int commPort) override;
     void Close() noexcept override;
+    void EndHold() noexcept override { ++holdsEnded_; }
     void Discard() override;
     std::uint8_t ReadByte() override;
     void SendByte(std::uint8_t byte) override;
     Clock Now() const override { return now_; }
+    Clock LastArrival() const override { return lastArrival_; }
     void Pump() override;
     int Await(int count, Clock deadline, Yielding yielding) override;
     void Pause(std::chrono::milliseconds duration) override;
@@ -63,6 +65,7 @@ class VirtualLine : public Line {
     int FailedOpens() const { return failedOpens_; }
     // Changes from open to closed, a hang-up being one.
     int Closes() const { return closes_; }
+    int HoldsEnded() const { return holdsEnded_; }
     // Every Pause in order.
     const std::vector<std::chrono::milliseconds>& Pauses() const { return pauses_; }
 
@@ -76,6 +79,7 @@ class VirtualLine : public Line {
 
     Wire wire_;
     Clock now_{0};
+    Clock lastArrival_{0};
     bool open_ = false;
     bool present_ = true;
     std::deque<std::uint8_t> waiting_;
@@ -91,6 +95,7 @@ class VirtualLine : public Line {
     std::vector<int> opens_;
     int failedOpens_ = 0;
     int closes_ = 0;
+    int holdsEnded_ = 0;
     std::vector<std::chrono::milliseconds> pauses_;
 };
 

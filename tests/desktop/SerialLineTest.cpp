@@ -1,6 +1,7 @@
 #include "platform/qt/SerialLine.h"
 #include "support/FailureOf.h"
 
+#include <QSerialPort>
 #include <QTimer>
 
 #include <fcntl.h>
@@ -95,9 +96,20 @@ TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {
     }
     const auto ours = "Com7 (" + device + ")";
     {
+        QSerialPort other(QString::fromStdString(device));
+        ASSERT_TRUE(other.open(QIODevice::ReadWrite));
+        EXPECT_EQ(OpenFailure(7), notOpened(ours, "another program is using it."));
+    }
+    line.EndHold();
+    {
         SerialLine other(devices);
         other.Open(7);
-        EXPECT_EQ(OpenFailure(7), notOpened(ours, "another program is using it."));
+        other.Close();  // while a box stands, or between an address and its bytes
+        EXPECT_EQ(OpenFailure(7), notOpened(ours, "another Corvane RV52 is at work on it."));
+        other.EndHold();
+        EXPECT_EQ(OpenFailure(7), "");
+        line.Close();
+        line.EndHold();
     }
     if (::geteuid() != 0) GTEST_SKIP() << "only root can make a device that is not for us";
     constexpr uid_t nobody = 65534;

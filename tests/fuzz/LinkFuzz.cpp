@@ -1,6 +1,6 @@
 #include "app/Commands.h"
 #include "fuzz/Target.h"
-#include "link/EditVin.h"
+#include "link/Vin.h"
 #include "link/LineErrors.h"
 #include "module/Download.h"
 #include "module/Upload.h"

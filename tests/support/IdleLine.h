@@ -12,6 +12,7 @@ class IdleLine : public Line {
     bool IsOpen() const override { return false; }
     void Open(int) override { ADD_FAILURE() << "the port was opened"; }
     void Close() noexcept override {}
+    void EndHold() noexcept override {}
     void Discard() override { ADD_FAILURE() << "the line was used"; }
     std::uint8_t ReadByte() override {
         ADD_FAILURE() << "the line was read";
@@ -19,6 +20,7 @@ class IdleLine : public Line {
     }
     void SendByte(std::uint8_t) override { ADD_FAILURE() << "a byte was sent"; }
     Clock Now() const override { return {}; }
+    Clock LastArrival() const override { return {}; }
     void Pump() override {}
     int Await(int, Clock, Yielding) override { return 0; }
     void Pause(std::chrono::milliseconds) override {}

@@ -1,8 +1,9 @@
 #include "platform/qt/SerialLine.h"
 
 #include "link/PortSetup.h"
-#include "link/SerialSettings.h"
+#include "link/WireProtocol.h"
 #include "platform/Failure.h"
+#include "platform/linux/BootClock.h"
 #include "platform/qt/Text.h"
 
 #include <QCoreApplication>
@@ -25,14 +26,6 @@ constexpr auto kSpin = 100us;
 constexpr auto kLongestSlice = 5ms;
 constexpr int kWriteTimeout = 1000;  // ms
 
-Line::Clock MonotonicNow() {
-    return std::chrono::steady_clock::now().time_since_epoch();
-}
-
-void SleepUntil(Line::Clock end) {
-    std::this_thread::sleep_until(std::chrono::steady_clock::time_point(end));
-}
-
 // Only a group that is let in helps whoever joins it.
 std::string WayIn(const QFileInfo& device) {
     if (!device.permission(QFileDevice::ReadGroup | QFileDevice::WriteGroup)) return {};
@@ -44,6 +37,7 @@ std::string WayIn(const QFileInfo& device) {
 SerialLine::SerialLine(const ComDevices& devices) : devices_(devices) {
     QObject::connect(&port_, &QSerialPort::errorOccurred, &port_,
                      [this](QSerialPort::SerialPortError error) { PortError(error); });
+    QObject::connect(&port_, &QSerialPort::readyRead, &port_, [this] { lastArrival_ = BootTime(); });
 }
 
 void SerialLine::Open(int commPort) {
@@ -52,6 +46,7 @@ void SerialLine::Open(int commPort) {
     name_ = CommPortName(commPort);
     if (device_.empty()) throw PortFailure(name_ + " has no serial device on this computer.");
     name_ += " (" + device_ + ")";
+    RequireHold();
 
     port_.setPortName(ToQt(device_));
     port_.setBaudRate(SerialSettings::kBitsPerSecond);
@@ -65,6 +60,15 @@ void SerialLine::Open(int commPort) {
     port_.setDataTerminalReady(SerialSettings::kDataTerminalReady);
     port_.setRequestToSend(SerialSettings::kRequestToSend);
     counters_.Start(port_.handle());
+}
+
+void SerialLine::RequireHold() {
+    try {
+        if (hold_.Take(device_)) return;
+    } catch (const std::system_error& failure) {
+        throw PortFailure(name_ + " could not be opened: " + failure.what() + ".");
+    }
+    throw PortFailure(name_ + " could not be opened: another Corvane RV52 is at work on it.");
 }
 
 void SerialLine::FailToOpen() {
@@ -134,7 +138,7 @@ void SerialLine::SendByte(std::uint8_t byte) {
 }
 
 Line::Clock SerialLine::Now() const {
-    return MonotonicNow();
+    return BootTime();
 }
 
 void SerialLine::Pump() {
@@ -167,7 +171,7 @@ void SerialLine::Pause(std::chrono::milliseconds duration) {
         const auto now = Now();
         if (now >= end) return;
         if (end - now > kSpin)
-            SleepUntil(std::min<Clock>(end - kSpin, now + kLongestSlice));
+            std::this_thread::sleep_for(std::min<Clock>(end - kSpin - now, kLongestSlice));
         else
             while (Now() < end) {
             }

@@ -2,6 +2,7 @@
 
 #include "platform/ComDevices.h"
 #include "platform/Line.h"
+#include "platform/linux/DeviceHold.h"
 #include "platform/linux/LineCounters.h"
 
 #include <QSerialPort>
@@ -19,10 +20,12 @@ class SerialLine : public Line {
     bool IsOpen() const override { return port_.isOpen(); }
     void Open(int commPort) override;
     void Close() noexcept override;
+    void EndHold() noexcept override { hold_.End(); }
     void Discard() override;
     std::uint8_t ReadByte() override;
     void SendByte(std::uint8_t byte) override;
     Clock Now() const override;
+    Clock LastArrival() const override { return lastArrival_; }
     void Pump() override;
     int Await(int count, Clock deadline, Yielding yielding) override;
     void Pause(std::chrono::milliseconds duration) override;
@@ -30,16 +33,19 @@ class SerialLine : public Line {
 
  private:
     void RequireOpen() const;
+    void RequireHold();
     [[noreturn]] void FailToOpen();
     void PortError(QSerialPort::SerialPortError error);
     void DeliverConditions();
 
     const ComDevices& devices_;
     QSerialPort port_;
+    DeviceHold hold_;
     LineCounters counters_;
     ConditionHandler handler_;
     std::string device_;
     std::string name_;  // "Com3 (/dev/ttyS2)", for messages
+    Clock lastArrival_{0};
     std::string lost_;  // why the device went away, while that is the reason for the port being closed
 };
 

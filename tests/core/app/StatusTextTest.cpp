@@ -1,3 +1,4 @@
+#include "app/Commands.h"
 #include "app/StatusText.h"
 #include "module/Upload.h"
 #include "support/ConnectedSession.h"
@@ -24,7 +25,8 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     ConnectedModule at(Options(TableType::RACE, false));
     auto& session = at.session;
     session.state.CommPort = 33;
-    EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
+    const std::string advice = "Open a table, make a new one, or download one from a module.   ·   ";
+    EXPECT_EQ(Told(session), advice + "Com33: /dev/ttyUSB0");
 
     ShowWith(session, TableType::RACE, {6, 3}, 27.75);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.75°, limit 45°   ·   Com33: /dev/ttyUSB0");
@@ -38,22 +40,41 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
     MoveGridCursor(session, {1, 6});
     HideTable(session);
-    EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
+    EXPECT_EQ(Told(session), advice + "Com33: /dev/ttyUSB0");
 }
 
-TEST(StatusTextTest, SaysOnceForEachTransferWhatMayBeDoneMeanwhile) {
-    ConnectedModule at(Options(TableType::RACE, true));
+// A letter that was flipped on the wire makes another module of the one at the other end: what the program
+// takes it for is there to be read before the engine is started.
+TEST(StatusTextTest, SaysWhomItTalksToWhatMayBeDoneMeanwhileAndHowItEnded) {
+    auto options = Options(TableType::EX, true);
+    options.identification = "RV52A EY SIM 8.1 of the longest name there is";
+    ConnectedModule at(options);
     ShowWith(at.session, TableType::RACE, {1, 1}, 10);
+    at.state.TableType = TableType::RACE;
     std::vector<std::string> told;
     at.shell.onStatus = [&] {
         if (at.state.LinkWork != LinkWork::None) told.push_back(Told(at.session));
     };
     at.prompts.ExpectNotice("Upload completed.", "Upload To EEPROM");
-    mnuUpload_Click(at.session);
+    RunCommand(at.session, mnuUpload_Click);
+    const std::string taken = "RV52A EY SIM 8.1 of the longest name th…, taken for RACE.";
     const std::string port = "   ·   Com1: /dev/ttyUSB0";
-    EXPECT_EQ(told, (std::vector{"Programming the module. It must not be interrupted." + port,
+    EXPECT_EQ(told, (std::vector{"Programming " + taken + " It must not be interrupted." + port,
                                  "Verifying the module. Escape stops it." + port}));
     EXPECT_EQ(at.state.LinkWork, LinkWork::None);
+    EXPECT_EQ(Told(at.session), "Upload completed: " + taken + port);
+    EXPECT_EQ(at.line.HoldsEnded(), 1);
+
+    // Until the next command, or the next key or click while none runs.
+    at.prompts.ExpectNotice("Upload completed.", "Upload To EEPROM");
+    RunCommand(at.session, [&](Session& running) {
+        EXPECT_EQ(running.state.LastOutcome, "");
+        mnuUpload_Click(running);
+        UserActed(running);
+    });
+    EXPECT_EQ(Told(at.session), "Upload completed: " + taken + port);
+    UserActed(at.session);
+    EXPECT_EQ(Told(at.session), "RPM 0, MAP 30: 10°, limit 45°" + port);
 }
 
 }  // namespace

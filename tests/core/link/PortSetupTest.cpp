@@ -1,4 +1,3 @@
-#include "link/ModuleProtocol.h"
 #include "link/PortSetup.h"
 #include "support/ConnectedSession.h"
 
@@ -10,12 +9,12 @@ namespace {
 TEST(PortSetupTest, StoresAPickedPortAtOnceAndUsesItNext) {
     ConnectedModule at(Options(TableType::RACE, true));
     auto& settings = at.connected.test.settings;
-    OpenLine(at.session);
+    at.line.Open(at.state.CommPort);
     cboPort_Click(at.session, 11);
     EXPECT_EQ(at.state.CommPort, 12);
     EXPECT_EQ(settings.values["Properties/CommPort"], "12");
     EXPECT_FALSE(at.line.IsOpen());
-    OpenLine(at.session);
+    at.line.Open(at.state.CommPort);
     EXPECT_EQ(at.line.Opens(), (std::vector{1, 12}));
 
     // A port that cannot be stored is used all the same.

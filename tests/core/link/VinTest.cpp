@@ -1,5 +1,5 @@
 #include "app/Commands.h"
-#include "link/EditVin.h"
+#include "link/LinkProcedures.h"
 #include "link/Vin.h"
 #include "support/ConnectedSession.h"
 #include "support/WireStory.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/Vin.h"
+#include "link/LinkProcedures.h"
 #include "platform/Prompts.h"
 #include "simulator/VirtualLine.h"
 

@@ -1,0 +1,422 @@
+#include "link/LinkProcedures.h"
+#include "link/LinkTexts.h"
+#include "platform/Failure.h"
+#include "simulator/ScriptedPeer.h"
+#include "support/DismissingUser.h"
+#include "support/PatternModule.h"
+
+#include <gtest/gtest.h>
+#include <tuple>
+
+namespace rv52::test {
+namespace {
+
+using namespace std::chrono_literals;
+using namespace std::string_literals;
+using Bytes = std::vector<std::uint8_t>;
+
+ModuleAt Module(const Session& session) {
+    return {session.state.CommPort, session.state.EchoMode};
+}
+
+// One exchange of each kind, and how it ended.
+using Exchange = std::function<LinkOutcome(Session&)>;
+
+const Exchange kIdentify = [](Session& session) { return session.link.Identify(1).outcome; };
+const Exchange kAddress = [](Session& session) { return session.link.SetAddress(Module(session), {0x0190}); };
+const Exchange kRead = [](Session& session) {
+    Bytes byte(1);
+    return session.link.ReadRange(Module(session), byte, [] { return true; });
+};
+const Exchange kWrite = [](Session& session) {
+    return session.link.WriteRange(Module(session), Bytes{0x2A}, LinkTexts::kNoAnswer, [] { return true; });
+};
+
+// Against a module that falls silent: what is missing, whether it echoes, its replies before, the exchange,
+// and what it has been sent.
+using Silence = std::tuple<const char*, bool, std::vector<Bytes>, Exchange, Bytes>;
+
+const Silence kSilences[] = {
+    {"no echo of the address command", true, {}, kAddress, {0x14}},
+    {"no echo of the low byte", true, {{0x14}}, kAddress, {0x14, 0x90}},
+    {"an echo but no acknowledge", true, {{0x14}, {0x90}, {0x01}}, kAddress, {0x14, 0x90, 0x01}},
+    {"no acknowledge", false, {}, kAddress, {0x14, 0x90, 0x01}},
+    {"an echo but no byte", true, {{0x15}}, kRead, {0x15}},
+    {"no byte", false, {}, kRead, {0x15}},
+    {"two echoes but no acknowledge", true, {{0x16}, {0x2A}}, kWrite, {0x16, 0x2A}},
+    {"no acknowledge of the byte", false, {}, kWrite, {0x16, 0x2A}}};
+
+TEST(ModuleLinkTest, SilenceAsksAndRetrySendsNothing) {
+    for (const auto& [missing, echo, replies, exchange, sent] : kSilences) {
+        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+            SCOPED_TRACE(missing);
+            ScriptedPeer peer;
+            for (const auto& reply : replies)
+                peer.Then(reply);
+            ConnectedSession at(peer);
+            at.state.EchoMode = echo;
+            for (const auto given : {Answer::Retry, Answer::Retry, answer})
+                at.prompts.ExpectError(kTimeoutText, given);
+            at.prompts.whileOpen = [&] { EXPECT_FALSE(at.line.IsOpen()); };
+            EXPECT_EQ(exchange(at.session), LinkOutcome::TimedOut);
+            EXPECT_TRUE(at.prompts.Done());
+            EXPECT_FALSE(at.line.IsOpen());
+            EXPECT_EQ(peer.received, sent);
+            EXPECT_EQ(at.line.Opens().size(), 1u);
+        }
+    }
+}
+
+TEST(ModuleLinkTest, AReplyHasOneSecondAndALateOneIsNotTakenForTheNext) {
+    constexpr auto latest = 1s - std::chrono::nanoseconds{2 * 178571};  // a request and a reply
+    using Case = std::pair<std::chrono::nanoseconds, bool>;
+    for (const auto& [delay, inTime] :
+         {Case{990ms, true}, Case{latest, true}, Case{latest + 1ns, false}, Case{1010ms, false}}) {
+        SCOPED_TRACE(delay.count());
+        ScriptedPeer peer;
+        peer.Then({0x2A}, delay).Then({}).Then({}).Then({0x06}).Then({0x42});
+        ConnectedSession at(peer);
+        at.state.EchoMode = false;
+        // Reading lets no event in before its byte is there.
+        std::chrono::nanoseconds ran{0};
+        at.line.At(100ms, [&] { ran = at.line.Now(); });
+        if (!inTime) at.prompts.ExpectError(kTimeoutText, Answer::Ignore);
+        Bytes byte(1);
+        const auto read = [&] { return at.session.link.ReadRange({1, false}, byte, [] { return true; }); };
+        EXPECT_EQ(read(), inTime ? LinkOutcome::Done : LinkOutcome::TimedOut);
+        EXPECT_TRUE(!inTime || (byte == Bytes{0x2A} && ran == delay + (1s - latest)));
+        at.line.Advance(50ms);
+        at.line.Close();
+        EXPECT_EQ(at.session.link.SetAddress({1, false}, {0}), LinkOutcome::Done);
+        EXPECT_EQ(read(), LinkOutcome::Done);
+        EXPECT_EQ(byte, Bytes{0x42});
+    }
+}
+
+Bytes BytesOf(const std::string& text) {
+    return {text.begin(), text.end()};
+}
+
+TEST(IdentificationTest, TellsNameTypeAndEchoFromTheReply) {
+    using Case = std::tuple<std::string, bool, std::string, bool, TableType>;
+    const Case cases[] = {
+        {"\x10"s + "ABC\r", false, "ABC", true, TableType::RACE},
+        {"EX 2.0\r", true, "EX 2.0", false, TableType::EX},
+        {"\x10v8ex1\r", false, "v8ex1", true, TableType::EX},
+        {"E X\r", true, "E X", false, TableType::RACE},
+        // Only codes 32 to 127 are kept, and a first byte that is neither says nothing about the echo.
+        {"\x10 A\x01"s + "B\x7F" + "C\x80\xFF\n~\r", false, " AB\x7F"s + "C~", true, TableType::RACE},
+        {"\x06"s + "A\x10" + "B\r", true, "AB", true, TableType::RACE},
+        {"\x80"s + "A\r", false, "A", false, TableType::RACE},
+        // An empty name is no success, but no error either.
+        {"\x10\r", false, "", true, TableType::RACE}};
+    for (const auto& [reply, echoBefore, id, echo, type] : cases) {
+        SCOPED_TRACE(id);
+        ScriptedPeer peer;
+        peer.Then(BytesOf(reply));
+        ConnectedSession at(peer);
+        at.state.EchoMode = echoBefore;
+        at.state.TableType = type == TableType::EX ? TableType::RACE : TableType::EX;
+        at.state.CommPort = 7;
+        at.state.FirmwareId = "OLD";
+        at.state.CommOK = true;
+        ReadFirmwareID(at.session);
+        EXPECT_EQ(at.state.CommOK, !id.empty());
+        EXPECT_EQ(at.state.FirmwareId, id);
+        EXPECT_EQ(at.state.EchoMode, echo);
+        EXPECT_EQ(at.state.TableType, type);
+        EXPECT_FALSE(at.line.IsOpen());
+        EXPECT_EQ(peer.received, Bytes{0x10});
+        EXPECT_EQ(at.line.Opens(), std::vector{7});
+        EXPECT_EQ(at.line.Pauses(), std::vector{5ms});
+    }
+}
+
+TEST(IdentificationTest, AsksWhenTheEndComesFirstOrNever) {
+    using Case = std::tuple<std::string, const char*, const char*>;
+    const char* terminator = "Firmware ID - unexpected terminator.";
+    for (const auto& [reply, error, id] :
+         {Case{"\rEX\r", terminator, ""}, Case{"EX 9", kTimeoutText, "EX 9"}}) {
+        for (const auto answer : {Answer::Abort, Answer::Ignore}) {
+            SCOPED_TRACE(error);
+            ScriptedPeer peer;
+            peer.Then(BytesOf(reply));
+            ConnectedSession at(peer);
+            at.state.FirmwareId = "OLD";
+            at.state.CommOK = true;
+            at.prompts.ExpectError(error, Answer::Retry);
+            at.prompts.ExpectError(error, answer);
+            at.prompts.whileOpen = [&] { EXPECT_FALSE(at.line.IsOpen()); };
+            ReadFirmwareID(at.session);
+            EXPECT_FALSE(at.state.CommOK);
+            EXPECT_EQ(at.state.FirmwareId, id);
+            EXPECT_EQ(at.state.TableType, TableType::RACE);
+            EXPECT_EQ(peer.received.size(), 1u);
+            EXPECT_EQ(at.line.Opens().size(), 1u);
+        }
+    }
+}
+
+// A box that stays open while the name arrives may take longer than the module's second.
+TEST(IdentificationTest, ANameLookedAtTooLateIsATimeout) {
+    ConnectedModule at(Options(TableType::RACE, true));
+    at.line.At(2ms, [&] { at.line.Advance(2s); });
+    at.prompts.ExpectError(kTimeoutText, Answer::Abort);
+    ReadFirmwareID(at.session);
+    EXPECT_FALSE(at.state.CommOK);
+}
+
+// The identification and the address try a port again for Retry and then go on; an upload's address does not.
+TEST(ModuleLinkTest, AnUnopenedPortFailsTheExchange) {
+    constexpr const char* notThere = "Com3 is not there.";
+    const Exchange uploads = [](Session& session) {
+        return session.link.SetAddress(Module(session), {16}, ModuleLink::FailedOpen::Ends);
+    };
+    for (const auto answer : {Answer::Abort, Answer::Ignore, Answer::Retry}) {
+        for (const auto* exchange : {&kIdentify, &kAddress, &uploads}) {
+            ConnectedModule at(Options(TableType::RACE, false));
+            at.line.FailOpens(notThere, 2);
+            at.prompts.ExpectError(notThere, Answer::Retry);
+            at.prompts.ExpectError(notThere, answer);
+            if (answer == Answer::Ignore && exchange != &uploads) {
+                // discard, send, wait; or discard, send, discard, send, discard, send, wait
+                const int steps = exchange == &kIdentify ? 3 : 7;
+                for (int step = 0; step < steps; ++step)
+                    at.prompts.ExpectError("The port is not open.", Answer::Ignore);
+                at.prompts.ExpectError(kTimeoutText, Answer::Ignore);
+            }
+            const auto outcome = (*exchange)(at.session);
+            // Meanwhile it has become free.
+            const bool goesOn = answer == Answer::Retry && exchange != &uploads;
+            EXPECT_EQ(outcome == LinkOutcome::Done, goesOn);
+            EXPECT_EQ(at.line.Trace().empty(), !goesOn);
+            EXPECT_EQ(at.line.FailedOpens(), 2);
+            EXPECT_FALSE(at.line.IsOpen());
+            EXPECT_TRUE(at.prompts.Done());
+        }
+    }
+}
+
+// A line that fails under one of the calls made to it, and could be used again at once.
+class FailingLine : public VirtualLine {
+ public:
+    FailingLine(Peer& peer, int callToFail) : VirtualLine(peer), callToFail_(callToFail) {}
+
+    void Open(int commPort) override { Call(), VirtualLine::Open(commPort); }
+    void Discard() override { Call(), VirtualLine::Discard(); }
+    std::uint8_t ReadByte() override { return Call(), VirtualLine::ReadByte(); }
+    void SendByte(std::uint8_t byte) override { Call(), VirtualLine::SendByte(byte); }
+    void Pump() override { Call(), VirtualLine::Pump(); }
+    int Await(int count, Clock deadline, Yielding yielding) override {
+        return Call(), VirtualLine::Await(count, deadline, yielding);
+    }
+    void Pause(std::chrono::milliseconds duration) override { Call(), VirtualLine::Pause(duration); }
+
+    bool HasFailed() const { return calls_ >= callToFail_; }
+
+ private:
+    void Call() {
+        if (++calls_ == callToFail_) throw PortFailure("The line failed.");
+    }
+
+    int callToFail_;
+    int calls_ = 0;
+};
+
+// Whichever move of an exchange fails: once it is left, it has closed the port, sends no more and is none
+// that went well.
+TEST(ModuleLinkTest, AnyMoveOfAnExchangeMayFail) {
+    for (const auto& exchange : {kIdentify, kAddress, kRead, kWrite}) {
+        bool failed = true;
+        for (int call = 1; failed; ++call) {
+            SCOPED_TRACE(call);
+            SimulatedModule module(Options(TableType::RACE, true));
+            FailingLine line(module, call);
+            OneAnswer user(Answer::Abort);
+            TestSession test(line);
+            std::size_t sentBefore = 0;
+            user.whileOpen = [&] { sentBefore = line.Trace().size(); };
+            Session session(PortsOf(test.session, user, line));
+            session.state.EchoMode = true;
+            const auto outcome = exchange(session);
+            failed = line.HasFailed();
+            EXPECT_EQ(outcome == LinkOutcome::Done, !failed);
+            EXPECT_TRUE(!failed || sentBefore == line.Trace().size());
+            EXPECT_FALSE(line.IsOpen() && failed);
+        }
+    }
+}
+
+// A user who gives the answers in their order, and remembers the boxes.
+class AnsweringUser : public DismissingUser {
+ public:
+    Answer Ask(const MessageBox& box) override {
+        const auto dismissal = DismissingUser::Ask(box);
+        return told.size() <= answers.size() ? answers[told.size() - 1] : dismissal;
+    }
+
+    std::vector<Answer> answers;
+};
+
+// What breaks the connection of a range, the answers to its boxes, the boxes, and what has come of it.
+struct Break {
+    const char* what;
+    std::function<void(VirtualLine&, AppState&)> strike;
+    std::vector<Answer> answers;
+    std::vector<std::string> boxes;
+    LinkOutcome outcome;
+};
+
+const std::string kAway = "The port went away.";
+const std::string kMissing = "There is no such port.";
+const std::string kClosed = "The port is not open.";
+
+const Break kBreaks[] = {
+    {"the plug pulled",
+     [](auto& line, auto&) { line.HangUp(); },
+     {Answer::Abort},
+     {kAway},
+     LinkOutcome::LineLost},
+    {"the plug pulled and tried",
+     [](auto& line, auto&) { line.HangUp(); },
+     {Answer::Retry, Answer::Retry, Answer::Ignore},
+     {kAway, kMissing, kMissing},
+     LinkOutcome::LineLost},
+    {"the plug shaken",
+     [](auto& line, auto&) { line.HangUp(), line.PlugIn(); },
+     {Answer::Ignore},
+     {kClosed},
+     LinkOutcome::LineLost},
+    {"the plug shaken, going on wanted",
+     [](auto& line, auto&) { line.HangUp(), line.PlugIn(); },
+     {Answer::Retry},
+     {kClosed},
+     LinkOutcome::LineLost},
+    {"a line condition",
+     [](auto& line, auto&) { line.Raise(LineCondition::Framing); },
+     {Answer::Retry},
+     {"Framing error."},
+     LinkOutcome::Abandoned},
+    {"a third line condition",
+     [](auto& line, auto& state) { state.LineErrorCount = 2, line.Raise(LineCondition::Framing); },
+     {Answer::Cancel, Answer::Abort},
+     {"Framing error.", kClosed},
+     LinkOutcome::LineLost},
+    {"a sleep of the machine",
+     [](auto& line, auto&) { line.Advance(1100ms); },
+     {},
+     {},
+     LinkOutcome::Abandoned}};
+
+// After this many bytes over the wire, at the next yield.
+TEST(ModuleLinkTest, ABreakAnywhereEndsARangeWithNothingMoreSent) {
+    constexpr std::size_t count = 4;
+    for (const auto& [what, strike, answers, boxes, outcome] : kBreaks) {
+        for (const bool writing : {false, true}) {
+            for (std::size_t moment = 0; moment <= (writing ? 5 : 3) * (count - 1); ++moment) {
+                SCOPED_TRACE(what + (writing ? ", writing, "s : ", reading, "s) + std::to_string(moment));
+                ConnectedModule at(Options(TableType::RACE, true));
+                AnsweringUser user;
+                user.answers = answers;
+                Session session(PortsOf(at.session, user, at.line));
+                HandleLineErrors(session);
+                session.link.SetAddress({1, true}, {16});
+                const auto& trace = at.line.Trace();
+                const auto before = trace.size();
+                std::size_t sent = 0;
+                at.line.OnYield([&, &act = strike] {
+                    if (sent > 0 || !at.line.IsOpen() || trace.size() < before + moment) return;
+                    sent = trace.size();
+                    act(at.line, session.state);
+                });
+                Bytes bytes(count, 0x2A);
+                const auto moved = [] { return true; };
+                const auto ended =
+                    writing ? session.link.WriteRange({1, true}, bytes, LinkTexts::kNoAnswer, moved)
+                            : session.link.ReadRange({1, true}, bytes, moved);
+                EXPECT_EQ(ended, outcome);
+                EXPECT_EQ(user.told, boxes);
+                EXPECT_FALSE(at.line.IsOpen());
+                EXPECT_GT(sent, 0u);
+                for (auto later = sent; later < trace.size(); ++later)
+                    EXPECT_EQ(trace[later].direction, Direction::ToPc);
+            }
+        }
+    }
+}
+
+// Behind the last byte: a line that is lost is of no more concern, but a condition is about that byte. A read
+// lets nothing in while it waits, so a condition behind a lost reply is told before the time-out is.
+TEST(ModuleLinkTest, WhatComesBehindTheLastByte) {
+    for (const bool lost : {false, true}) {
+        for (const bool condition : {false, true}) {
+            ConnectedModule at(Options(TableType::RACE, true), lost ? Faults({"lost-reply=2"}, 1) : Faults());
+            AnsweringUser user;
+            Session session(PortsOf(at.session, user, at.line));
+            HandleLineErrors(session);
+            session.link.SetAddress({1, true}, {16});
+            bool struck = false;
+            at.line.OnYield([&] {
+                if (std::exchange(struck, true)) return;
+                condition ? at.line.Raise(LineCondition::Framing) : at.line.HangUp();
+            });
+            Bytes byte(1);
+            const auto ended = session.link.ReadRange({1, true}, byte, [] { return true; });
+            SCOPED_TRACE(testing::Message() << "lost " << lost << ", condition " << condition);
+            EXPECT_EQ(ended, condition ? LinkOutcome::Abandoned
+                             : lost    ? LinkOutcome::LineLost
+                                       : LinkOutcome::Done);
+            EXPECT_EQ(user.told, condition ? std::vector<std::string>{"Framing error."}
+                                 : lost    ? std::vector{kAway}
+                                           : std::vector<std::string>{});
+            EXPECT_EQ(session.state.LineErrorCount, condition ? 1 : 0);
+        }
+    }
+}
+
+// From the request to the end of its last pause a line condition makes the identification none.
+TEST(IdentificationTest, ADamagedOneIsNone) {
+    for (const int errorsBefore : {0, 2}) {
+        for (int moment = 2;; ++moment) {
+            SCOPED_TRACE(moment);
+            ConnectedModule at(Options(TableType::EX, true));
+            AnsweringUser user;
+            Session session(PortsOf(at.session, user, at.line));
+            HandleLineErrors(session);
+            session.state.LineErrorCount = static_cast<std::int16_t>(errorsBefore);
+            session.state.CommOK = true;
+            int yields = 0;
+            at.line.OnYield([&] {
+                if (++yields == moment) at.line.Raise(LineCondition::Parity);
+            });
+            ReadFirmwareID(session);
+            EXPECT_FALSE(at.line.IsOpen());
+            if (yields < moment) {
+                EXPECT_GT(moment, 20);
+                EXPECT_TRUE(session.state.CommOK);
+                break;
+            }
+            EXPECT_EQ(user.told, std::vector<std::string>{"Parity error."});
+            EXPECT_FALSE(session.state.CommOK);
+            EXPECT_EQ(session.state.TableType, TableType::RACE);
+            EXPECT_EQ(at.line.Opens().size(), 1u);
+        }
+    }
+}
+
+// An address counts only if the port stayed open to the end of its last pause.
+TEST(ModuleLinkTest, AnAddressLostInItsLastPauseIsNone) {
+    for (const bool shaken : {false, true}) {
+        ConnectedModule at(Options(TableType::RACE, true));
+        at.line.OnYield([&] {
+            if (at.line.Trace().empty() || at.line.Trace().back().byte != 0x06) return;
+            at.line.HangUp();
+            if (shaken) at.line.PlugIn();
+        });
+        SetEEPROMAddress(at.session, {16});
+        EXPECT_FALSE(at.state.CommOK);
+    }
+}
+
+}  // namespace
+}  // namespace rv52::test
