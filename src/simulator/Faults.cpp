@@ -1,54 +1,9 @@
 #include "simulator/Faults.h"
 
 #include "simulator/FaultKinds.h"
-
-#include <algorithm>
-#include <charconv>
-#include <stdexcept>
+#include "simulator/FaultText.h"
 
 namespace rv52 {
-
-namespace {
-
-const FaultKind& KindNamed(std::string_view name) {
-    std::string known;
-    for (const auto& kind : FaultKinds()) {
-        if (kind.name == name) return kind;
-        if (!known.empty()) known += ", ";
-        known += kind.name;
-    }
-    throw std::invalid_argument("unknown fault \"" + std::string(name) + "\"; there are " + known);
-}
-
-long ParseCount(std::string_view name, std::string_view text) {
-    long count = 0;
-    const auto* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, count);
-    if (result.ec != std::errc{} || result.ptr != end || count < 1)
-        throw std::invalid_argument("fault " + std::string(name) + ": \"" + std::string(text) +
-                                    "\" is no whole number from 1");
-    return count;
-}
-
-}  // namespace
-
-FaultRequest ParseFault(std::string_view text) {
-    const auto equals = text.find('=');
-    const auto name = text.substr(0, equals);
-    FaultRequest request{&KindNamed(name), std::nullopt};
-    if (equals != std::string_view::npos) request.k = ParseCount(name, text.substr(equals + 1));
-    return request;
-}
-
-std::string DescribeFaults() {
-    std::string lines;
-    for (const auto& kind : FaultKinds()) {
-        std::string name(kind.name);
-        name.resize(std::max<std::size_t>(name.size(), 21), ' ');
-        lines += "  " + name + " " + std::string(kind.effect) + "\n";
-    }
-    return lines;
-}
 
 Faults::Faults(const std::vector<FaultRequest>& requests, std::uint64_t seed) {
     for (const auto& request : requests)
@@ -69,14 +24,16 @@ void Faults::Add(const FaultRequest& request, std::uint64_t seed) {
 
 void Faults::Shape(ModuleStep& step) {
     for (auto& fault : active_) {
-        const auto& [kind, k] = fault.request;
+        const auto& [asked, k, details] = fault.request;
+        const FaultKind& kind = *asked;
         const long before = fault.opportunities;
-        const int here = kind->opportunities(step);
+        const int here = kind.opportunities(step);
         fault.opportunities += here;
         // The last one first, since a strike may remove bytes.
         for (int i = here - 1; i >= 0; --i) {
             const long number = before + i + 1;
-            if (!k || number == *k || (kind->lasting && number > *k)) kind->strike(step, i, fault.random);
+            if (!k || number == *k || (kind.lasting && number > *k))
+                kind.strike(step, {i, details, fault.random});
         }
     }
 }

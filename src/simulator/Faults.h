@@ -1,33 +1,18 @@
 #pragma once
 
+#include "simulator/FaultRequest.h"
 #include "simulator/ModuleStep.h"
 
 #include <cstdint>
-#include <optional>
 #include <random>
-#include <string>
 #include <string_view>
 #include <vector>
 
 namespace rv52 {
 
-struct FaultKind;
-
-// One fault as it is asked for. Its opportunities (the moments at which it could strike) are counted from 1.
-struct FaultRequest {
-    const FaultKind* kind = nullptr;
-    // Only the kth opportunity; for a lasting fault, the kth and everything after it. Unset: every one.
-    std::optional<long> k;
-};
-
-// Reads "NAME" or "NAME=K". Throws std::invalid_argument with one line that tells what is wrong.
-FaultRequest ParseFault(std::string_view text);
-
-// A line for each fault: its name and what it does.
-std::string DescribeFaults();
-
-// The faults of one module. What they do depends only on the requests, their order, the seed and the bytes
-// that the module has received, so any failure seen can be had again. The seed chooses bits and bytes.
+// The faults of one module. What they do depends only on the requests, their order, the seed, and the bytes
+// and closings of the port as the module meets them, so any failure seen can be had again. The seed chooses
+// bits, bytes and addresses. The clock decides only which bytes come while the module has no power.
 class Faults {
  public:
     Faults() = default;

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/prctl.h>
 #include <sys/signalfd.h>
 #include <system_error>
@@ -44,8 +45,8 @@ constexpr int kDrainPatience = 1000;  // ms
 
 // By poll, which first makes the kernel hand over what it still carries; a count of the bytes that wait
 // (FIONREAD) misses those on a busy machine.
-bool HasUnread(int device) {
-    pollfd event{device, POLLIN, 0};
+bool HasUnread(int descriptor) {
+    pollfd event{descriptor, POLLIN, 0};
     return poll(&event, 1, 0) > 0;
 }
 
@@ -87,18 +88,38 @@ void PseudoTerminal::OpenDevice() {
     Checked(tcgetattr(device_, &raw), path_.c_str());
     cfmakeraw(&raw);
     Checked(tcsetattr(device_, TCSANOW, &raw), path_.c_str());
+    watch_.Begin(path_);
 }
 
 PseudoTerminal::Event PseudoTerminal::WaitUntil(std::optional<Clock> time) {
-    std::array<pollfd, 2> events{pollfd{signals_, POLLIN, 0}, pollfd{master_, POLLIN, 0}};
+    std::array<pollfd, 3> events{pollfd{signals_, POLLIN, 0}, pollfd{master_, POLLIN, 0},
+                                 pollfd{watch_.Descriptor(), POLLIN, 0}};
     const auto timeout = SleepBefore(time.value_or(Clock::zero()));
     const int ready = ppoll(events.data(), events.size(), time ? &timeout : nullptr, nullptr);
     if (ready < 0 && errno != EINTR) throw std::system_error(errno, std::generic_category(), "cannot wait");
     if (ready <= 0) return Event::Time;
-    return events[0].revents != 0 ? Event::Signal : Event::Bytes;
+    return events[0].revents != 0 ? Event::Signal : Event::Traffic;
 }
 
-std::vector<std::uint8_t> PseudoTerminal::Read() {
+// The bytes first: a closing noticed after them may be older than they, one that is not there yet is younger.
+PseudoTerminal::Traffic PseudoTerminal::Read() {
+    Traffic traffic{.bytes = ReadBytes()};
+    const auto seen = watch_.Look();
+    const bool lastIsYounger = seen.closings > 0 && !seen.openedSince;
+    traffic.closingsAfter = lastIsYounger ? 1 : 0;
+    traffic.closingsBefore = seen.closings - traffic.closingsAfter;
+    if (lastIsYounger) EndExclusiveMode();
+    return traffic;
+}
+
+// Not that of a program that has come since.
+void PseudoTerminal::EndExclusiveMode() {
+    int exclusive = 0;
+    if (ioctl(device_, TIOCGEXCL, &exclusive) == 0 && exclusive != 0 && !HasUnread(watch_.Descriptor()))
+        ioctl(device_, TIOCNXCL);
+}
+
+std::vector<std::uint8_t> PseudoTerminal::ReadBytes() {
     std::vector<std::uint8_t> bytes(256);
     const auto count = read(master_, bytes.data(), bytes.size());
     if (count < 0 && errno != EAGAIN && errno != EINTR)

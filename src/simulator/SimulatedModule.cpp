@@ -6,6 +6,17 @@
 
 namespace rv52 {
 
+namespace {
+
+using Expecting = ModuleState::Expecting;
+
+// The current address, which each read and write moves on by one.
+int TakeAddress(ModuleState& state) {
+    return std::exchange(state.address, (state.address + 1) % ModuleEeprom::kSize);
+}
+
+}  // namespace
+
 ModuleOptions::ModuleOptions(TableType moduleType)
     : type(moduleType),
       identification(moduleType == TableType::EX ? "RV52A EX SIM 8.1" : "RV52A SIM 8.1"),
@@ -15,36 +26,52 @@ SimulatedModule::SimulatedModule(ModuleOptions options, Faults faults)
     : options_(std::move(options)), faults_(std::move(faults)) {}
 
 PeerAnswer SimulatedModule::Receive(std::uint8_t byte) {
+    if (now_ < awayUntil_) return {};
     auto step = StepFor(byte);
+    Take(step);
+    return step;
+}
+
+void SimulatedModule::PortClosed() {
+    ModuleStep step;
+    step.cause = ModuleStep::Cause::PortClosed;
+    step.before = step.after = state_;
+    Take(step);
+}
+
+void SimulatedModule::Take(ModuleStep& step) {
     faults_.Shape(step);
     if (step.store) {
         options_.eeprom[step.store->address] = step.store->byte;
         ++stored_;
     }
-    return {std::move(step.bytes), step.hangUp};
+    state_ = step.after;
+    if (step.away) awayUntil_ = now_ + *step.away;
 }
 
 ModuleStep SimulatedModule::StepFor(std::uint8_t byte) {
     ModuleStep step;
+    step.before = step.after = state_;
+    step.after.expecting = Expecting::Command;
     if (options_.echo) step.Send(byte);
     step.echoes = step.bytes.size();
 
-    switch (std::exchange(expecting_, Expecting::Command)) {
+    switch (step.before.expecting) {
         case Expecting::Command:
             Obey(byte, step);
             break;
         case Expecting::AddressLow:
-            addressLow_ = byte;
-            expecting_ = Expecting::AddressHigh;
+            step.after.addressLow = byte;
+            step.after.expecting = Expecting::AddressHigh;
             break;
         case Expecting::AddressHigh:
-            address_ = addressLow_ + 256 * byte;
+            step.after.address = step.before.addressLow + 256 * byte;
             step.completed = ModuleStep::Completed::Address;
             step.Send(WireBytes::kAcknowledge);
             break;
         case Expecting::Data:
             step.completed = ModuleStep::Completed::Write;
-            step.store = {NextAddress(), byte};
+            step.store = {TakeAddress(step.after), byte};
             step.Send(WireBytes::kAcknowledge);
             break;
     }
@@ -60,24 +87,18 @@ void SimulatedModule::Obey(std::uint8_t command, ModuleStep& step) {
             step.Send(WireBytes::kEndOfText);
             break;
         case WireBytes::kSetAddress:
-            expecting_ = Expecting::AddressLow;
+            step.after.expecting = Expecting::AddressLow;
             break;
         case WireBytes::kRead:
             step.completed = ModuleStep::Completed::Read;
-            step.Send(options_.eeprom[NextAddress()]);
+            step.Send(options_.eeprom[TakeAddress(step.after)]);
             break;
         case WireBytes::kWrite:
-            expecting_ = Expecting::Data;
+            step.after.expecting = Expecting::Data;
             break;
         default:
             break;
     }
-}
-
-int SimulatedModule::NextAddress() {
-    const int current = address_;
-    address_ = (address_ + 1) % ModuleEeprom::kSize;
-    return current;
 }
 
 }  // namespace rv52

@@ -19,32 +19,35 @@ struct ModuleOptions {
     ModuleEeprom eeprom;
 };
 
-// The ignition module's side of the wire, one received byte at a time. It knows no time: a command whose
-// arguments have not all come waits for them for ever, and takes the next byte for one, whatever it is.
+// The ignition module's side of the wire, one received byte at a time. But for its power, time is nothing to
+// it: a command whose arguments have not all come waits for them for ever, and takes the next byte for one,
+// whatever it is.
 // Bytes that are no command are echoed, where it echoes, and otherwise ignored.
 class SimulatedModule : public Peer {
  public:
     explicit SimulatedModule(ModuleOptions options, Faults faults = {});
 
     PeerAnswer Receive(std::uint8_t byte) override;
+    void PassTime(Clock now) override { now_ = now; }
+    void PortClosed() override;
 
     const ModuleEeprom& Eeprom() const { return options_.eeprom; }
     ModuleEeprom& Eeprom() { return options_.eeprom; }
     // Times that a byte was stored, whatever its value.
     long Stored() const { return stored_; }
+    // Where it stands: the current address, and what it takes the next byte for.
+    const ModuleState& State() const { return state_; }
 
  private:
-    enum class Expecting { Command, AddressLow, AddressHigh, Data };
-
     ModuleStep StepFor(std::uint8_t byte);
     void Obey(std::uint8_t command, ModuleStep& step);
-    int NextAddress();
+    void Take(ModuleStep& step);
 
     ModuleOptions options_;
     Faults faults_;
-    Expecting expecting_ = Expecting::Command;
-    int address_ = 0;
-    std::uint8_t addressLow_ = 0;
+    ModuleState state_;
+    Clock now_{0};
+    Clock awayUntil_{0};
     long stored_ = 0;
 };
 

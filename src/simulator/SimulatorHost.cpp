@@ -56,15 +56,25 @@ bool SimulatorHost::Serve() {
         if (saveAt_ && *saveAt_ <= Now()) Save();
         const auto event = Wait();
         if (event == PseudoTerminal::Event::Signal) break;
-        if (event == PseudoTerminal::Event::Bytes) ReceiveBytes();
+        if (event == PseudoTerminal::Event::Traffic) Receive();
     }
     return Save();
 }
 
-void SimulatorHost::ReceiveBytes() {
+void SimulatorHost::Receive() {
+    const auto traffic = terminal_.Read();
     const auto now = Now();
+    for (int left = traffic.closingsBefore; left > 0; --left)
+        wire_.ClosePort(now);
+    ReceiveBytes(traffic.bytes, now);
+    for (int left = traffic.closingsAfter; left > 0; --left)
+        wire_.ClosePort(now);
+}
+
+void SimulatorHost::ReceiveBytes(const std::vector<std::uint8_t>& bytes, Clock now) {
+    if (bytes.empty()) return;
     attentiveUntil_ = now + kAttention;
-    for (const auto byte : terminal_.Read()) {
+    for (const auto byte : bytes) {
         wire_.Send(byte, now);
         Trace(Direction::ToModule, byte, now);
     }

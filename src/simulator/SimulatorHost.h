@@ -9,6 +9,7 @@
 
 #include <fstream>
 #include <memory>
+#include <vector>
 
 namespace rv52 {
 
@@ -28,7 +29,8 @@ class SimulatorHost {
  private:
     using Clock = Wire::Clock;
 
-    void ReceiveBytes();
+    void Receive();
+    void ReceiveBytes(const std::vector<std::uint8_t>& bytes, Clock now);
     // False when the line has been hung up.
     bool SendDueBytes();
     std::optional<Clock> NextMoment() const;

@@ -1,6 +1,7 @@
 #include "simulator/SimulatorOptions.h"
 
 #include "platform/OneLine.h"
+#include "simulator/FaultText.h"
 
 #include <algorithm>
 #include <charconv>
@@ -125,8 +126,11 @@ std::string SimulatorUsage() {
            "  --echo on|off     whether it echoes every byte that it receives (on)\n"
            "  --image FILE      keep its EEPROM in FILE: 512 bytes, created if missing\n"
            "  --pace BAUD       take a real line's time for every byte, for example 56000\n"
-           "  --fault NAME[=K]  fail at the Kth opportunity, without K at every one; repeatable\n"
-           "  --seed N          choose other random bits and bytes in faults (1)\n"
+           "  --fault NAME[=K]  fail at the Kth opportunity, without K at every one; repeatable. The details "
+           "that\n"
+           "                    are named below with their defaults may follow: "
+           "power-cycle=300,for=500,at=16\n"
+           "  --seed N          choose other random bits, bytes and addresses in faults (1)\n"
            "  --trace FILE      write each byte with its time and direction to FILE\n"
            "  --help            print this\n"
            "\n"

@@ -38,6 +38,7 @@ void VirtualLine::Close() noexcept {
     ++closes_;
     waiting_.clear();
     raised_.clear();
+    wire_.ClosePort(now_);
 }
 
 void VirtualLine::Discard() {

@@ -25,6 +25,8 @@ class Wire {
 
     // The PC puts a byte on the wire.
     void Send(std::uint8_t byte, Clock now);
+    // The PC closes the port: the bytes sent before still reach the peer.
+    void ClosePort(Clock now);
     // A byte that nobody asked for sets out towards the PC.
     void Inject(std::uint8_t byte, Clock now);
 
@@ -34,6 +36,8 @@ class Wire {
     std::optional<Arrival> TakeArrival(Clock now);
 
  private:
+    void LosePower();
+
     Peer& peer_;
     Clock byteTime_;
     Clock toModuleFree_{0};

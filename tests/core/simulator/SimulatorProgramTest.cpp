@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <stdexcept>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -64,6 +65,16 @@ TEST(SimulatorOptionsTest, AreRefusedInOneLineThatNamesWhatIsWrong) {
                         {{"--fault", "silent=0"}, "silent"},
                         {{"--fault", "silent="}, "silent"},
                         {{"--fault", "silent=1x"}, "silent"},
+                        {{"--fault=silent,for=5"}, "no details"},
+                        {{"--fault=power-cycle,bit=5"}, "it takes for, at"},
+                        {{"--fault=power-cycle,for"}, "wants a number"},
+                        {{"--fault=power-cycle=1,"}, "power-cycle"},
+                        {{"--fault=power-cycle=1,for="}, "3600000"},
+                        {{"--fault=power-cycle=1,for=3600001"}, "3600000"},
+                        {{"--fault=second-talker,at=512"}, "511"},
+                        {{"--fault=second-talker,at=5,at=5"}, "twice"},
+                        {{"--fault=flipped-echo,bit=8"}, "bit"},
+                        {{"--fault=flipped-identification,character=0"}, "character"},
                         {{"--id", "Exhaust"}, "EX"},
                         {{"--type=EX", "--id", "a\rb"}, "--id"}};
     for (const auto& [arguments, named] : rows) {
@@ -189,6 +200,80 @@ TEST(SimulatorProgramTest, HangsUpSoThatTheDeviceIsGone) {
     EXPECT_EQ(Exchange(simulator.FirstLine(), {0x10}, 18), (Bytes{'R', 'V'}));
     EXPECT_EQ(simulator.End(0), 0);
     EXPECT_FALSE(fs::exists(simulator.FirstLine()));
+}
+
+// Bytes sent without waiting, on a device that stays open.
+TEST(SimulatorProgramTest, IsGoneWithoutPowerAndComesBackByTheRealClock) {
+    SimulatorProgram simulator("--echo off --fault power-cycle=4,for=300,at=432");
+    const auto& path = simulator.FirstLine();
+    EXPECT_EQ(Exchange(path, {0x14, 0x00, 0x01}, 1), Bytes{0x06});
+    const int device = open(path.c_str(), O_RDWR | O_NOCTTY);
+    const auto start = std::chrono::steady_clock::now();
+    pollfd event{device, POLLIN, 0};
+    const std::uint8_t command = 0x15;
+    std::uint8_t reply = 0;
+    do {
+        ASSERT_EQ(write(device, &command, 1), 1);
+        ASSERT_LT(std::chrono::steady_clock::now() - start, 5s);
+    } while (poll(&event, 1, 10) == 0);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 300ms);
+    EXPECT_EQ(read(device, &reply, 1), 1);
+    EXPECT_EQ(reply, FactoryEeprom(TableType::RACE)[432]);
+    close(device);
+}
+
+TEST(SimulatorProgramTest, NoticesEveryClosingHoweverSoonTheDeviceIsOpenedAgain) {
+    constexpr int rounds = 300;
+    SimulatorProgram simulator("--echo off --fault second-talker=" + std::to_string(rounds + 1) + ",at=432");
+    const auto& path = simulator.FirstLine();
+    const auto eeprom = FactoryEeprom(TableType::RACE);
+    EXPECT_EQ(Exchange(path, {0x14, 0x00, 0x01}, 1), Bytes{0x06});
+    // Some with a byte between, some without; who may not write does not count.
+    for (int round = 1; round < rounds; ++round) {
+        if (round % 3 == 0) close(open(path.c_str(), O_RDONLY | O_NOCTTY));
+        if (round % 2 == 0)
+            EXPECT_EQ(Exchange(path, {0x14, 0x00, 0x01}, 1), Bytes{0x06}) << round;
+        else
+            close(open(path.c_str(), O_RDWR | O_NOCTTY));
+    }
+    EXPECT_EQ(Exchange(path, {0x14, 0x00, 0x01, 0x15}, 2), (Bytes{0x06, eeprom[256]}));
+    EXPECT_EQ(Exchange(path, {0x15}, 1), Bytes{eeprom[432]});
+    EXPECT_EQ(Exchange(path, {0x15}, 1), Bytes{eeprom[433]});
+}
+
+bool IsExclusive(int device) {
+    int exclusive = 0;
+    EXPECT_EQ(ioctl(device, TIOCGEXCL, &exclusive), 0);
+    return exclusive != 0;
+}
+
+// A program that has the device to itself leaves it so when it is killed. One that lives keeps it to itself.
+TEST(SimulatorProgramTest, LetsTheNextProgramInAfterOneThatWasKilled) {
+    SimulatorProgram simulator("");
+    const auto& path = simulator.FirstLine();
+    const int watching = open(path.c_str(), O_RDONLY | O_NOCTTY);
+    const auto killed = fork();
+    if (killed == 0) {
+        ioctl(open(path.c_str(), O_RDWR | O_NOCTTY), TIOCEXCL);
+        raise(SIGKILL);
+    }
+    EXPECT_EQ(waitpid(killed, nullptr, 0), killed);
+    const auto start = std::chrono::steady_clock::now();
+    while (IsExclusive(watching) && std::chrono::steady_clock::now() - start < 5s)
+        poll(nullptr, 0, 1);
+    EXPECT_FALSE(IsExclusive(watching));
+    for (int round = 0; round < 300; ++round) {
+        const int device = open(path.c_str(), O_RDWR | O_NOCTTY);
+        ASSERT_EQ(ioctl(device, TIOCEXCL), 0);
+        const std::uint8_t sent = 0x99;
+        std::uint8_t echo = 0;
+        EXPECT_EQ(write(device, &sent, 1), 1);
+        EXPECT_EQ(read(device, &echo, 1), 1);
+        ASSERT_TRUE(IsExclusive(watching)) << round;
+        ioctl(device, TIOCNXCL);
+        close(device);
+    }
+    close(watching);
 }
 
 TEST(SimulatorProgramTest, RefusesBadOptionsWithStatusTwo) {
