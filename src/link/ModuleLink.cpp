@@ -99,13 +99,20 @@ LinkOutcome ModuleLink::SendAddress(bool echoes, EepromAddress address) {
     steps_([&] { line_.Discard(); });
     if (!SendAddressByte(echoes, WireBytes::kSetAddress)) return LinkOutcome::TimedOut;
     if (!SendAddressByte(echoes, low)) return LinkOutcome::TimedOut;
+    const auto sent = line_.Now();
     steps_([&] { line_.SendByte(high); });
     if (!AwaitReply(echoes ? 2 : 1)) return LinkOutcome::TimedOut;
-    const bool acknowledged = TakeReply(echoes ? 1 : 0) == WireBytes::kAcknowledge;
+    const bool acknowledged = TakeReply(echoes ? 1 : 0) == WireBytes::kAcknowledge && Answers(sent);
     steps_([&] { line_.Discard(); });
     steps_([&] { line_.Pause(WireTimes::kAfterAddress); });
     if (!acknowledged) return LinkOutcome::Refused;
     return line_.IsOpen() ? LinkOutcome::Done : LinkOutcome::Abandoned;
+}
+
+// What came before the byte that it would acknowledge is none: a module that still waited for the rest of a
+// command cut short has taken these bytes for it, and acknowledges another address, or another byte.
+bool ModuleLink::Answers(Line::Clock sent) const {
+    return line_.LastArrival() >= sent;
 }
 
 // The echo is only waited for: the discard takes it away.
@@ -216,12 +223,14 @@ LinkOutcome ModuleLink::WriteEEPROM(bool echoes, std::uint8_t byte) {
     line_.Discard();
     if (!SendUnbroken(WireBytes::kWrite)) return LinkOutcome::Abandoned;
     line_.Pause(WireTimes::kBeforeWrittenByte);
+    const auto sent = line_.Now();
     if (!SendUnbroken(byte)) return LinkOutcome::Abandoned;
     const int replyLength = echoes ? 3 : 1;  // the command and the byte are echoed
     const auto deadline = line_.Now() + WireTimes::kReply;
     if (line_.Await(replyLength, deadline, Yielding::Yes) < replyLength)
         return disturbed_ ? LinkOutcome::Abandoned : LinkOutcome::TimedOut;
-    if (LastOf(replyLength, deadline) != WireBytes::kAcknowledge) return LinkOutcome::Refused;
+    const auto reply = LastOf(replyLength, deadline);
+    if (reply != WireBytes::kAcknowledge || !Answers(sent)) return LinkOutcome::Refused;
     line_.Pause(WireTimes::kAfterWrite);
     return LinkOutcome::Done;
 }

@@ -86,6 +86,7 @@ class ModuleLink {
     bool SendAddressByte(bool echoes, std::uint8_t byte);
     bool AwaitReply(int count);
     std::optional<std::uint8_t> TakeReply(int echoes);
+    bool Answers(Line::Clock sent) const;
 
     template <class MoveBytes>
     LinkOutcome Unbroken(int commPort, const char* noAnswer, MoveBytes&& moveBytes);

@@ -404,6 +404,31 @@ TEST(IdentificationTest, ADamagedOneIsNone) {
     }
 }
 
+// A module that waits for the rest of an address, or for a byte, takes the next command for it and
+// acknowledges what was not meant. Each time it is asked it takes fewer of them, until it is at the beginning
+// again.
+TEST(ModuleLinkTest, AnAcknowledgeThatComesTooEarlyIsNone) {
+    for (const bool echo : {false, true}) {
+        for (const Bytes& cut : {Bytes{0x14}, Bytes{0x14, 0x10}, Bytes{0x16}}) {
+            SCOPED_TRACE(testing::Message() << "echo " << echo << ", cut short: " << cut.size());
+            ConnectedModule at(Options(TableType::RACE, echo));
+            for (const auto byte : cut)
+                at.module.Receive(byte);
+            AnsweringUser user;
+            Session session(PortsOf(at.session, user, at.line));
+            const auto outcome = session.link.SetAddress({1, echo}, {0x1B0});
+            EXPECT_TRUE(outcome == LinkOutcome::Refused || outcome == LinkOutcome::TimedOut);
+        }
+    }
+    // The byte's acknowledge is there before the byte.
+    ScriptedPeer peer;
+    peer.Then({}).Then({}).Then({0x06}).Then({0x06}).Then({});
+    ConnectedSession at(peer);
+    EXPECT_EQ(at.session.link.SetAddress({1, false}, {16}), LinkOutcome::Done);
+    at.state.EchoMode = false;
+    EXPECT_EQ(kWrite(at.session), LinkOutcome::Refused);
+}
+
 // An address counts only if the port stayed open to the end of its last pause.
 TEST(ModuleLinkTest, AnAddressLostInItsLastPauseIsNone) {
     for (const bool shaken : {false, true}) {

@@ -26,6 +26,10 @@ struct SoakCount {
     long uploaded = 0;
     long downloaded = 0;
     long vins = 0;
+    // What no program can notice on this wire.
+    long misnamed =
+        0;  // a letter of the name was damaged, and the module programmed as one of the other type
+    long repointed = 0;  // somebody else had moved the module's address from under a range
 };
 
 // One run of the program, whose user makes a few transfers while everything that can go wrong does so, all by
@@ -36,6 +40,8 @@ class SoakRun {
         module_.line = &line_;
         HandleLineErrors(session_);
         line_.OnYield([this] { MakeTrouble(); });
+        user_.onFailure = [this] { module_.NoteBreak(); };
+        user_.onCondition = [this] { module_.NoteCondition(); };
         if (!calm_ && dice_.OneIn(20)) test_.files.contents.erase("/program/RV52_Chart.oc3");
         test_.files.failWrites = dice_.OneIn(4);
         session_.shell.SetCaption(state_.BaseCaption);
@@ -134,8 +140,36 @@ class SoakRun {
         const auto [command, judge] = dice_.Of(transfers);
         const Before before{state_.TableType, state_.TableShown, shell_.caption, state_.ModuleParameters,
                             session_.table.HasTable() ? std::optional(session_.table.Table()) : std::nullopt};
+        const auto eeprom = module_.Module().Eeprom();
+        const auto begun = module_.Module().State();
         RunCommand(session_, command);
+        conduct_ = module_.TakeConduct();
         (this->*judge)(before);
+        JudgeMemory(command, eeprom, begun);
+    }
+
+    // Nothing has changed outside the ranges of the module that is there, but for a byte begun by the command
+    // before, and what no program can prevent.
+    void JudgeMemory(void (*command)(Session&), const ModuleEeprom& before, const ModuleState& begun) {
+        EXPECT_EQ(conduct_.sentAfterBreak, 0);
+        EXPECT_EQ(conduct_.writtenAfterSilence, 0);
+        if (conduct_.repointed) ++count_.repointed;
+        const bool misnamed = command == mnuUpload_Click && module_.Module().Eeprom() != before &&
+                              TypeNamedIn(state_.FirmwareId) != module_.Options().type;
+        if (misnamed) ++count_.misnamed;
+        if (conduct_.repointed || misnamed) return;
+        std::set<int> writable;
+        if (begun.expecting == ModuleState::Expecting::Data) writable.insert(begun.address);
+        const auto allow = [&](std::span<const TransferRange> ranges) {
+            for (const auto& range : ranges)
+                for (int offset = 0; offset < range.Count(); ++offset)
+                    writable.insert(range.address.value + offset);
+        };
+        if (command == mnuUpload_Click) allow(WriteExtent(module_.Options().type).ranges);
+        if (command == mnuEditVIN_Click) allow(kVinRanges);
+        for (int address = 0; address < ModuleEeprom::kSize; ++address)
+            EXPECT_TRUE(module_.Module().Eeprom()[address] == before[address] || writable.contains(address))
+                << address;
     }
 
     void JudgeRest(std::size_t panels) {
@@ -227,6 +261,7 @@ class SoakRun {
         for (const auto& range : ranges) {
             for (int index = range.first; index <= range.last; ++index) {
                 const int address = range.address.value + index - range.first;
+                if (conduct_.repointed) continue;
                 const auto seen = module_.SeenAt(address);
                 const bool right =
                     module_.Module().Eeprom()[address] == wanted[static_cast<std::size_t>(index)];
@@ -250,8 +285,9 @@ class SoakRun {
     RecordingShell& shell_ = test_.shell;
     Session session_{PortsOf(test_.session, user_, line_)};
     AppState& state_ = session_.state;
-    bool calm_;             // nothing will go wrong
-    bool closing_ = false;  // the window has been asked to close
+    bool calm_;                         // nothing will go wrong
+    bool closing_ = false;              // the window has been asked to close
+    WitnessedModule::Conduct conduct_;  // of the last transfer
     long yields_ = 0;
     std::multiset<long> trouble_;  // the yields at which it comes
 };

@@ -35,8 +35,9 @@ TEST_P(SoakTest, NothingIsClaimedThatIsNotSo) {
     while (count_.transfers < share && !HasFailure())
         Soak(++seed);
 
-    std::printf("%ld transfers: %ld uploaded, %ld downloaded, %ld VINs\n", count_.transfers, count_.uploaded,
-                count_.downloaded, count_.vins);
+    std::printf(
+        "%ld transfers: %ld uploaded, %ld downloaded, %ld VINs; unnoticeable: %ld misnamed, %ld repointed\n",
+        count_.transfers, count_.uploaded, count_.downloaded, count_.vins, count_.misnamed, count_.repointed);
     // A soak in which hardly anything ever succeeds or fails shows nothing.
     EXPECT_GT(count_.uploaded, share / 20);
     EXPECT_GT(count_.downloaded, share / 20);

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
@@ -49,6 +50,8 @@ class SoakUser : public Prompts {
     }
 
     Answer Ask(const MessageBox& box) override {
+        if (box.buttons == Buttons::AbortRetryIgnore && onFailure) onFailure();
+        if (box.buttons == Buttons::RetryCancel && onCondition) onCondition();
         TakeTime();
         return given_[box.text] = Choose(box.buttons);
     }
@@ -60,6 +63,10 @@ class SoakUser : public Prompts {
     }
     std::string AskOpenPath(const FileDialog&) override { return {}; }
     std::string AskSavePath(const FileDialog&) override { return dice_.OneIn(2) ? "" : "/home/soak.tbl"; }
+
+    // The user sees a failure box, or the box of a line condition.
+    std::function<void()> onFailure;
+    std::function<void()> onCondition;
 
  private:
     static constexpr int kPatience = 4;
