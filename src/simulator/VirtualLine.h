@@ -50,6 +50,7 @@ class VirtualLine : public Line {
     // The device goes away, as a peer's hang-up does it: the line is closed, opening it fails until PlugIn.
     void HangUp();
     void PlugIn() { present_ = true; }
+    bool IsPresent() const { return present_; }
     // The next opens fail with this text.
     void FailOpens(std::string text, int times = std::numeric_limits<int>::max());
 

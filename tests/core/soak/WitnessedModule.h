@@ -41,6 +41,12 @@ class WitnessedModule : public Peer {
         talkedTo_ = talkedTo_ || module_->State().address != before;
     }
     PeerAnswer Receive(std::uint8_t byte) override {
+        // A module that was without power has forgotten a command begun, one that lost its byte still waits
+        // for it.
+        using Expecting = ModuleState::Expecting;
+        const auto expecting = module_->State().expecting;
+        arguments_ = expecting == Expecting::Command ? 0 : expecting == Expecting::AddressLow ? 2 : 1;
+        if (expecting == Expecting::Data) command_ = 0x16;
         NoteConduct(byte);
         auto answer = module_->Receive(byte);
         // Two echoes, if any, of which one belongs to this byte, and one byte of reply.
