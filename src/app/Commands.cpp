@@ -16,6 +16,18 @@ void ForgetOutcome(Session& session) {
     session.shell.RenewStatus();
 }
 
+// However a command ends, others may then have its module.
+class DeviceForOneCommand {
+ public:
+    explicit DeviceForOneCommand(Line& line) : line_(line) {}
+    ~DeviceForOneCommand() { line_.EndHold(); }
+    DeviceForOneCommand(const DeviceForOneCommand&) = delete;
+    DeviceForOneCommand& operator=(const DeviceForOneCommand&) = delete;
+
+ private:
+    Line& line_;
+};
+
 }  // namespace
 
 void RunCommand(Session& session, const std::function<void(Session&)>& command) {
@@ -24,11 +36,11 @@ void RunCommand(Session& session, const std::function<void(Session&)>& command) 
     {
         const CommandGate::Stay stay(session.gate);
         if (session.view.CommitEditor()) {
+            const DeviceForOneCommand device(session.line);
             ChartDragLost(session);  // commands read the grid's texts, which lag behind a drag
             session.state.AbortRequested = false;
             ForgetOutcome(session);
             command(session);
-            session.line.EndHold();
         }
         if (session.gate.SettingsPending()) Form_Resize(session);
         close = session.gate.ClosePending();

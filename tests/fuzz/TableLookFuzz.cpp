@@ -40,6 +40,13 @@ double DegreesOf(Bytes& bytes) {
     return std::isfinite(degrees) ? degrees : 0;
 }
 
+// A system without printers: the pages become documents.
+struct NoSpooler : PrintSystem {
+    std::vector<PrintQueue> Queues() override { return {}; }
+    PrintMedia Media(const std::string&) override { return {}; }
+    void Send(const PrintOrder&, const std::string&) override {}
+};
+
 // A desk with the real chart, grid and printer, which writes into memory.
 struct Desk {
     test::IdleLine line;
@@ -48,13 +55,15 @@ struct Desk {
     ChartView chart{session, [](const auto& event) { event(); }};
     GridView grid{session, [](const auto& event) { event(); }, [](const auto&) {}};
     test::MemoryFiles files;
-    QtPrinter printer{files};
+    NoSpooler spooler;
+    QtPrinter printer{files, spooler};
 };
 
 void Print(Desk& desk) {
     const ReportNotes notes{"today", "fuzz"};
     desk.printer.SetChartDrawing(
         [&](QPainter& painter, const QRectF& place) { desk.chart.DrawOnPaper(painter, place); });
+    Require(desk.printer.Target() == PrintTarget::Documents, "there is no printer");
     desk.printer.Begin({"Chart", "Courier New", 8, 500, "/chart.pdf"});
     for (const auto& text : ChartPageLines(desk.session, notes))
         desk.printer.PrintLine(text);
