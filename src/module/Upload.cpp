@@ -21,6 +21,7 @@ bool LacksRows(const Session& session) {
     return session.table.Table().Type() != TableType::EX && session.state.TableType == TableType::EX;
 }
 
+// False when it failed, which has been told: whatever the buffer held before is never programmed.
 bool Encode(Session& session) {
     auto& state = session.state;
     return session.steps.Value(
@@ -41,11 +42,8 @@ void mnuUpload_Click(Session& session) {
         const TableTypeGuard guard(session.state);
         if (!IdentifyModule(session, kTitle, "upload")) return;
         if (LacksRows(session)) return Refuse(session, "Cannot upload race data to EX version", Icon::None);
-        session.state.CommOK = false;
-        // Whatever the buffer held before is never programmed.
-        const bool encoded = Encode(session);
-        if (session.gate.ClosePending()) return;
-        if (encoded) WriteEEPROMData(session);
+        if (!Encode(session) || session.gate.ClosePending()) return;
+        WriteEEPROMData(session);
         ReportUpload(session, kTitle, "Upload completed.");
     });
 }

@@ -53,14 +53,16 @@ TEST(StatusTextTest, SaysWhomItTalksToWhatMayBeDoneMeanwhileAndHowItEnded) {
     at.state.TableType = TableType::RACE;
     std::vector<std::string> told;
     at.shell.onStatus = [&] {
-        if (at.state.LinkWork != LinkWork::None) told.push_back(Told(at.session));
+        if (at.state.LinkWork != LinkWork::None || !at.state.LastOutcome.empty())
+            told.push_back(Told(at.session));
     };
     at.prompts.ExpectNotice("Upload completed.", "Upload To EEPROM");
     RunCommand(at.session, mnuUpload_Click);
     const std::string taken = "RV52A EY SIM 8.1 of the longest name th…, taken for RACE.";
     const std::string port = "   ·   Com1: /dev/ttyUSB0";
     EXPECT_EQ(told, (std::vector{"Programming " + taken + " It must not be interrupted." + port,
-                                 "Verifying the module. Escape stops it." + port}));
+                                 "Verifying the module. Escape stops it." + port,
+                                 "Upload completed: " + taken + port}));
     EXPECT_EQ(at.state.LinkWork, LinkWork::None);
     EXPECT_EQ(Told(at.session), "Upload completed: " + taken + port);
     EXPECT_EQ(at.line.HoldsEnded(), 1);

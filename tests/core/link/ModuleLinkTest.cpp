@@ -374,6 +374,24 @@ TEST(ModuleLinkTest, WhatComesBehindTheLastByte) {
     }
 }
 
+// A range may begin a second after the address's acknowledge, and no later. An address that a line condition
+// interrupts goes on, and so does the range behind it.
+TEST(ModuleLinkTest, ARangeBeginsWithinASecondOfItsAddress) {
+    for (const auto& [beyond, ended] :
+         {std::pair(0ns, LinkOutcome::Done), std::pair(1ns, LinkOutcome::Abandoned)}) {
+        ConnectedModule at(Options(TableType::RACE, true));
+        at.line.At(1ms, [&] { at.line.Raise(LineCondition::Parity); });
+        AnsweringUser user;
+        Session session(PortsOf(at.session, user, at.line));
+        HandleLineErrors(session);
+        EXPECT_EQ(session.link.SetAddress({1, true}, {16}), LinkOutcome::Done);
+        EXPECT_EQ(user.told, std::vector<std::string>{"Parity error."});
+        at.line.Advance(1s - (at.line.Now() - at.line.LastArrival()) + beyond);
+        Bytes byte(1);
+        EXPECT_EQ(session.link.ReadRange({1, true}, byte, [] { return true; }), ended);
+    }
+}
+
 // From the request to the end of its last pause a line condition makes the identification none.
 TEST(IdentificationTest, ADamagedOneIsNone) {
     for (const int errorsBefore : {0, 2}) {

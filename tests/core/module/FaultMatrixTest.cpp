@@ -389,6 +389,7 @@ TEST(FaultMatrix, EscapeAndClosingAtAnyMoment) {
                 EXPECT_EQ(last, asked       ? "Save advance table before exiting?"
                                 : verifying ? kUnverified
                                             : kCompleted);
+                EXPECT_FALSE(verifying && workshop.session.state.AbortRequested);
                 if (!asked) continue;
                 // Before the programming it ends there without a word; from then on all is done and told.
                 const auto& told = workshop.user.told;
