@@ -42,7 +42,7 @@ void mnuUpload_Click(Session& session) {
         const TableTypeGuard guard(session.state);
         if (!IdentifyModule(session, kTitle, "upload")) return;
         if (LacksRows(session)) return Refuse(session, "Cannot upload race data to EX version", Icon::None);
-        if (!Encode(session) || session.gate.ClosePending()) return;
+        if (!Encode(session)) return;
         WriteEEPROMData(session);
         ReportUpload(session, kTitle, "Upload completed.");
     });
