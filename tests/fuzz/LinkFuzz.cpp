@@ -1,7 +1,7 @@
 #include "app/Commands.h"
 #include "fuzz/Target.h"
-#include "link/Vin.h"
 #include "link/LineErrors.h"
+#include "link/Vin.h"
 #include "module/Download.h"
 #include "module/Upload.h"
 #include "simulator/SimulatedModule.h"

@@ -22,6 +22,17 @@ class DismissingUser : public Prompts {
     std::vector<std::string> told;
 };
 
+// A user who gives the answers in their order, and remembers the boxes.
+class AnsweringUser : public DismissingUser {
+ public:
+    Answer Ask(const MessageBox& box) override {
+        const auto dismissal = DismissingUser::Ask(box);
+        return told.size() <= answers.size() ? answers[told.size() - 1] : dismissal;
+    }
+
+    std::vector<Answer> answers;
+};
+
 // One who gives every failure box the same answer, and can do something while it is open.
 class OneAnswer : public DismissingUser {
  public:

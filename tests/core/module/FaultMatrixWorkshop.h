@@ -1,0 +1,141 @@
+#pragma once
+
+#include "app/Commands.h"
+#include "link/Vin.h"
+#include "link/WireProtocol.h"
+#include "module/Download.h"
+#include "module/EepromImage.h"
+#include "module/EepromMap.h"
+#include "module/Upload.h"
+#include "support/DismissingUser.h"
+#include "support/PatternModule.h"
+#include "table/TableDisplay.h"
+
+#include <gtest/gtest.h>
+
+namespace rv52::test {
+
+// A module with someone at its plug, who may change each byte on its way in and each answer on its way out;
+// both are told how many bytes have come in before.
+struct TamperedModule : Peer {
+    TamperedModule(const ModuleOptions& moduleOptions, Faults faults)
+        : options(moduleOptions), module(moduleOptions, std::move(faults)) {}
+
+    PeerAnswer Receive(std::uint8_t byte) override {
+        auto answer = module.Receive(in ? in(received, byte) : byte);
+        if (out) out(received, answer);
+        ++received;
+        return answer;
+    }
+    void PassTime(Clock now) override { module.PassTime(now); }
+    void PortClosed() override {
+        module.PortClosed();
+        if (closed) closed();
+    }
+    // The ignition is off and on: its memory stays, and it stands at another address.
+    void CycleIgnition() {
+        auto restarted = options;
+        restarted.eeprom = module.Eeprom();
+        module = SimulatedModule(restarted);
+        for (const int byte : {WireBytes::kSetAddress + 0, 0xC0, 0x00})
+            module.Receive(static_cast<std::uint8_t>(byte));
+    }
+
+    ModuleOptions options;
+    SimulatedModule module;
+    std::function<void()> closed;
+    std::function<std::uint8_t(int, std::uint8_t)> in;
+    std::function<void(int, PeerAnswer&)> out;
+    int received = 0;
+};
+
+// Gives every failure box the same answer, wants the VIN that it is offered with a 9 in front, and confirms
+// it.
+struct MatrixUser : OneAnswer {
+    using OneAnswer::OneAnswer;
+
+    Answer Ask(const MessageBox& box) override {
+        const auto answer = OneAnswer::Ask(box);
+        return box.buttons == Buttons::OkCancel ? Answer::Ok : answer;
+    }
+    std::string AskText(const InputBox&) override { return kVin; }
+
+    static constexpr const char* kVin = "9XYRV52A7SM123456";
+};
+
+// The program connected to it, with the pattern's table on screen.
+inline constexpr const char* kVinDone = "Upload completed.\r\n";
+
+struct Workshop {
+    explicit Workshop(const ModuleOptions& options, const std::string& fault = {},
+                      Answer answer = Answer::Abort)
+        : peer(options, fault.empty() ? Faults() : Faults({fault}, 7)), before(options.eeprom), user(answer) {
+        HandleLineErrors(session);
+        session.table.Replace(
+            DecodeEepromImage(PatternBuffer(), options.type, session.state.ModuleParameters));
+        session.state.TableType = options.type;
+        SetUpTableGrid(session, options.type);
+        ShowTable(session);
+    }
+
+    // What the user read last. Nothing that is so for every outcome may be otherwise: each byte has gone to
+    // its own place or nowhere.
+    std::string Upload() {
+        const auto type = session.state.TableType;
+        RunCommand(session, mnuUpload_Click);
+        const auto outcome = user.told.empty() ? "" : user.told.back();
+        const auto& after = peer.module.Eeprom();
+        const auto wanted = Programmed(before, type);
+        int strayed = 0;
+        for (int address = 0; address < ModuleEeprom::kSize; ++address)
+            strayed += after[address] != wanted[address] &&
+                       (after[address] != before[address] || outcome == kCompleted);
+        EXPECT_TRUE(strayed == 0 || (repointed && outcome != kCompleted)) << strayed << " strayed";
+        EXPECT_EQ(session.state.TableType, type);
+        EXPECT_TRUE(session.state.TableShown);
+        ExpectRest();
+        return outcome;
+    }
+
+    // The same of a VIN, whose bytes are each the old or the new one.
+    std::string EditVin() {
+        RunCommand(session, mnuEditVIN_Click);
+        auto wanted = before;
+        std::copy_n(MatrixUser::kVin, ModuleEeprom::kVinLength, wanted.bytes.begin() + ModuleEeprom::kVin);
+        const auto outcome = user.told.empty() ? "" : user.told.back();
+        const auto& after = peer.module.Eeprom();
+        for (int address = 0; address < ModuleEeprom::kSize; ++address)
+            EXPECT_TRUE(after[address] == wanted[address] ||
+                        (after[address] == before[address] && outcome != kVinDone))
+                << address;
+        ExpectRest();
+        return outcome;
+    }
+
+    // True when the table was downloaded, which is then the module's; else the screen is empty.
+    bool Download() {
+        HideTable(session);
+        RunCommand(session, mnuDownload_Click);
+        const bool done = at.test.shell.caption.ends_with(" - Downloaded Data");
+        EXPECT_EQ(session.state.TableShown, done);
+        EepromBuffer read{};
+        if (done)
+            for (const auto& range : ReadExtent(session.state.TableType).ranges)
+                for (int index = range.first; index <= range.last; ++index)
+                    read[static_cast<std::size_t>(index)] = peer.module.Eeprom()[AddressOf(index).value];
+        EXPECT_EQ(session.state.EepromBuffer, read);
+        ExpectRest();
+        return done;
+    }
+
+    void ExpectRest() const { EXPECT_FALSE(at.line.IsOpen() || at.test.shell.progressShown); }
+
+    bool repointed = false;  // by somebody else, which no program can notice
+    TamperedModule peer;
+    ConnectedSession at{peer};
+    ModuleEeprom before;
+    MatrixUser user;
+    Session session{PortsOf(at.session, user, at.line)};
+};
+
+}  // namespace rv52::test
