@@ -8,7 +8,7 @@ namespace rv52 {
 void AdvanceTable::SetValues(std::span<const double> values) {
     if (values.size() != Size())
         throw std::logic_error("an advance table takes 16 values for each of its rows");
-    std::ranges::copy(values, cells_.begin());
+    std::ranges::transform(values, cells_.begin(), WithoutSignedZero);
 }
 
 std::size_t AdvanceTable::IndexOf(Cell cell) const {

@@ -25,7 +25,8 @@ constexpr int MapOfRow(int row) {
     return 32 - 2 * row;
 }
 
-// 16 columns × R rows of ignition advance in degrees, as doubles that nothing here rounds or clamps.
+// 16 columns × R rows of ignition advance in degrees, as doubles that nothing here rounds or clamps. A
+// negative zero, as -100 % of nothing leaves it, is the zero that it is equal to.
 class AdvanceTable {
  public:
     // Every cell 0.
@@ -36,7 +37,7 @@ class AdvanceTable {
     static constexpr int ColumnCount() { return kColumnCount; }
 
     double GetCell(Cell cell) const { return cells_[IndexOf(cell)]; }
-    void SetCell(Cell cell, double degrees) { cells_[IndexOf(cell)] = degrees; }
+    void SetCell(Cell cell, double degrees) { cells_[IndexOf(cell)] = WithoutSignedZero(degrees); }
 
     // All 16 × R cells, row 1 first, within a row column 1 first.
     std::span<const double> GetValues() const { return {cells_.data(), Size()}; }
@@ -49,6 +50,7 @@ class AdvanceTable {
  private:
     std::size_t Size() const { return static_cast<std::size_t>(RowCount()) * kColumnCount; }
     std::size_t IndexOf(Cell cell) const;
+    static double WithoutSignedZero(double degrees) { return degrees == 0 ? 0 : degrees; }
 
     TableType type_;
     std::array<double, 11 * kColumnCount> cells_{};

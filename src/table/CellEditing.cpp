@@ -14,6 +14,14 @@ std::string Refusal(const Session& session, GridCell at) {
            FormatTenths(UpperLimit(session, at)) + " degrees.";
 }
 
+// What another program's clipboard hangs on to a number, and what the grid's own copies part cells with.
+std::string WithoutCellEnds(const std::string& text) {
+    constexpr const char* ends = "\t\r\n";
+    const auto first = text.find_first_not_of(ends);
+    if (first == std::string::npos) return {};
+    return text.substr(first, text.find_last_not_of(ends) + 1 - first);
+}
+
 }  // namespace
 
 double UpperLimit(const Session& session, GridCell at) {
@@ -38,7 +46,8 @@ void AcceptEdit(Session& session, GridCell at, const std::string& text) {
     session.chart.SetLabelText(FormatTenths(degrees));
 }
 
-bool EndEdit(Session& session, GridCell at, const std::string& text) {
+bool EndEdit(Session& session, GridCell at, const std::string& typed) {
+    const auto text = WithoutCellEnds(typed);
     bool accepted = false;
     session.steps.Procedure([&](Steps& step) {
         accepted = ValidateEdit(session, at, text);

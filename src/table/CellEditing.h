@@ -20,7 +20,8 @@ bool ValidateEdit(Session& session, GridCell at, const std::string& text);
 // its one-decimal form.
 void AcceptEdit(Session& session, GridCell at, const std::string& text);
 
-// The user ends the edit of a cell. False when the text is refused and the editor has to stay open.
-bool EndEdit(Session& session, GridCell at, const std::string& text);
+// The user ends the edit of a cell. Tabs and line ends around what was typed or pasted are no part of the
+// text. False when the text is refused and the editor has to stay open.
+bool EndEdit(Session& session, GridCell at, const std::string& typed);
 
 }  // namespace rv52

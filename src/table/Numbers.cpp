@@ -1,5 +1,6 @@
 #include "table/Numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -51,13 +52,12 @@ std::optional<Reading> ReadNumber(std::string_view text) {
             text.substr(0, text.find('.')).find_first_of("123456789") != std::string_view::npos;
         value = large ? std::numeric_limits<double>::infinity() : 0.0;
     }
-    return Reading{negative ? -value : value, text.substr(length)};
+    return Reading{negative && value != 0 ? -value : value, text.substr(length)};
 }
 
-// Adds one to the last digit of a run of digits, carrying; the point is passed over.
+// Adds one to the last of a run of digits, carrying.
 void CountUp(std::string& digits) {
     for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
-        if (*digit == '.') continue;
         if (*digit != '9') {
             ++*digit;
             return;
@@ -65,6 +65,31 @@ void CountUp(std::string& digits) {
         *digit = '0';
     }
     digits.insert(digits.begin(), '1');
+}
+
+constexpr int kReliableDigits = 15;  // that every double holds, whatever the arithmetic before it left behind
+
+// The digits of a finite number from its whole part on, rounded to those that are reliable: 12.5 gives "125…"
+// with a whole part of two digits, and so does 0.05 give "005…" with one.
+struct Digits {
+    std::string run;
+    std::size_t whole;
+};
+
+Digits DigitsOf(double value) {
+    std::array<char, 32> text{};
+    const auto* end = std::to_chars(text.data(), text.data() + text.size(), std::abs(value),
+                                    std::chars_format::scientific, kReliableDigits - 1)
+                          .ptr;
+    const auto* mark = text.data() + kReliableDigits + 1;  // a point stands after the first digit
+    int exponent = 0;
+    std::from_chars(mark[1] == '+' ? mark + 2 : mark + 1, end, exponent);
+
+    const auto before = static_cast<std::size_t>(std::max(0, -exponent));
+    std::string run(before, '0');
+    run += text.front();
+    run.append(text.data() + 2, kReliableDigits - 1);
+    return {std::move(run), static_cast<std::size_t>(std::max(0, exponent)) + 1};
 }
 
 }  // namespace
@@ -88,23 +113,14 @@ std::string ShortestDecimal(double value) {
 }
 
 std::string FormatTenths(double value) {
-    // The longest fixed text of a double has 309 digits before the point, or some 760 after it. Not cleared
-    // first: that would take longer than the digits.
-    std::array<char, 1200> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init)
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                      std::chars_format::fixed);
-    std::string text(buffer.data(), result.ptr);
-    if (!std::isfinite(value)) return value < 0 ? "-" + text : text;
-
-    const auto point = text.find('.');
-    if (point == std::string::npos) {
-        text += ".0";
-    } else if (text.size() > point + 2) {
-        const bool up = text[point + 2] >= '5';
-        text.resize(point + 2);
-        if (up) CountUp(text);
-    }
-    return value < 0 && text != "0.0" ? "-" + text : text;
+    if (!std::isfinite(value)) return value < 0 ? "-inf" : std::isnan(value) ? "nan" : "inf";
+    auto [digits, whole] = DigitsOf(value);
+    digits.resize(std::max(digits.size(), whole + 2), '0');
+    const bool up = digits[whole + 1] >= '5';
+    digits.resize(whole + 1);
+    if (up) CountUp(digits);
+    digits.insert(digits.size() - 1, 1, '.');
+    return value < 0 && digits != "0.0" ? "-" + digits : digits;
 }
 
 std::optional<double> StoredNumber(std::string_view text) {

@@ -11,13 +11,14 @@ namespace rv52 {
 // To the nearest whole number, halves to the even neighbour.
 double RoundHalfEven(double value);
 
-// "#0.0": one decimal, at least one digit before the point, halves away from zero judged on the shortest
-// decimal that reads back as the value (0.15 gives 0.2, 27.75 gives 27.8). Never "-0.0".
+// "#0.0": one decimal, at least one digit before the point, halves away from zero (27.75 gives 27.8). Judged
+// on fifteen digits, which binary arithmetic leaves right: 9.0 lowered by 5 % is 8.549999999999999 in binary
+// and 8.55 to everyone else, and gives 8.6. Never "-0.0".
 std::string FormatTenths(double value);
 
 // The leading decimal number of a text: blanks, an optional sign, digits with at most one decimal point and
 // at least one digit; what follows is not looked at. Nothing when there is none. A number too large for a
-// double is infinite.
+// double is infinite, and "-0" is 0.
 std::optional<double> LeadingNumber(std::string_view text);
 
 // As LeadingNumber, but the number must be the whole text but for blanks around it.

@@ -4,6 +4,7 @@
 #include "table/Numbers.h"
 #include "table/SelectionCommands.h"
 
+#include <cmath>
 #include <random>
 #include <tuple>
 #include <utility>
@@ -78,7 +79,19 @@ TEST_F(GridCommandsTest, EditTakesRaceTextsFromZeroTo45AndNothingElse) {
         // The label keeps its place on the cursor's cell.
         EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {7, 2}, label}));
     }
-    for (const std::string text : {"", "abc", "45.01", "-0.1", "1,5", "1e1", "5-", "nan", "0x10"})
+    // As other programs' clipboards give a cell; and nothing but the text stays, which Copy will take.
+    for (const std::string text : {"30\n", "30\r\n", "30\t", "\t30\r"}) {
+        EXPECT_TRUE(EndEdit(session, {2, 3}, text)) << text;
+        ExpectCell({2, 3}, "30", 30);
+    }
+    EXPECT_TRUE(EndEdit(session, {2, 3}, "-0"));
+    ExpectCell({2, 3}, "-0", 0);
+    EXPECT_FALSE(std::signbit(Degrees(GridCell{2, 3})));
+    EXPECT_EQ(session.chart.Label().text, "0.0");
+    EXPECT_TRUE(EndEdit(session, {2, 3}, "0.1234"));
+    redraws = 0;
+    for (const std::string text :
+         {"", "\n", "30\t31", "abc", "45.01", "-0.1", "1,5", "1e1", "5-", "nan", "0x10"})
         ExpectRefused({2, 3}, text, "Advance must be numeric value between zero and 45 degrees.");
     ExpectCell({2, 3}, "0.1234", 0.1234);
     EXPECT_EQ(session.chart.Label().text, "0.1");
@@ -105,18 +118,19 @@ TEST_F(GridCommandsTest, EditHoldsExCellsUnderTheirOwnMaximum) {
 TEST_F(GridCommandsTest, ModifyStartsFromTheTextThatTheGridShows) {
     const std::string nines = "-" + std::string(10000, '9') + "%";
     const std::tuple<const char*, double, double> cases[] = {
-        {"  30  ", 30, 30},    {"-5", 30, 25},        {"+10", 30, 40},  {"80%", 30, 24},
-        {"-7.5%", 30, 27.75},  {"+15%", 30, 34.5},    {"+20", 30, 45},  {"50", 30, 45},
-        {"-100%", 30, 0},      {"-31", 30, 0},        {"-  5", 30, 25}, {" - 7.5 %", 30, 27.75},
-        {"%80", 30, 24},       {"5-", 30, 35},        {"+-5", 30, 25},  {"-+5", 30, 25},
-        {"1.2.3", 30, 1.2},    {"1e-3", 30, 31},      {"", 30, 30},     {"-", 30, 30},
-        {"+%", 30, 30},        {"--5", 30, 30},       {"x5", 30, 30},   {"+10%", 33.04, 36.3},
-        {nines.c_str(), 0, 0}, {nines.c_str(), 30, 0}};
+        {"  30  ", 30, 30},    {"-5", 30, 25},         {"+10", 30, 40},  {"80%", 30, 24},
+        {"-7.5%", 30, 27.75},  {"+15%", 30, 34.5},     {"+20", 30, 45},  {"50", 30, 45},
+        {"-100%", 30, 0},      {"-31", 30, 0},         {"-  5", 30, 25}, {" - 7.5 %", 30, 27.75},
+        {"%80", 30, 24},       {"5-", 30, 35},         {"+-5", 30, 25},  {"-+5", 30, 25},
+        {"1.2.3", 30, 1.2},    {"1e-3", 30, 31},       {"", 30, 30},     {"-", 30, 30},
+        {"+%", 30, 30},        {"--5", 30, 30},        {"x5", 30, 30},   {"+10%", 33.04, 36.3},
+        {nines.c_str(), 0, 0}, {nines.c_str(), 30, 0}, {"-5%", 9, 8.55}, {"-150%", 0, 0}};
     for (const auto& [answer, before, degrees] : cases) {
         ShowFlat(TableType::RACE, before);
         Select({2, 3}, {3, 4});
         Modify(answer);
         ExpectCell({3, 4}, FormatTenths(degrees), degrees);
+        EXPECT_FALSE(std::signbit(Degrees(GridCell{3, 4}))) << answer;
         ExpectCell({4, 4}, FormatTenths(before), before);
     }
     ASSERT_TRUE(EndEdit(session, {3, 4}, "10.25"));
