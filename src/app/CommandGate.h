@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
+
 namespace rv52 {
 
 // Admits one command at a time, and remembers what has to wait until it has ended.
@@ -20,6 +23,19 @@ class CommandGate {
     bool CloseAborts() const { return closeAborts_; }
     void SetCloseAborts(bool aborts) { closeAborts_ = aborts; }
 
+    // While a command runs that the system has asked to make way: whatever box it would show is as good as
+    // closed.
+    bool DismissesBoxes() const { return dismissesBoxes_; }
+    void SetDismissesBoxes(bool dismisses) { dismissesBoxes_ = dismisses; }
+
+    // While the exit sequence runs.
+    bool Leaving() const { return leaving_; }
+    void SetLeaving(bool leaving) { leaving_ = leaving; }
+
+    // When the system first asked for the end that the program has not come to yet.
+    std::optional<std::chrono::nanoseconds> EndAskedAt() const { return endAskedAt_; }
+    void SetEndAskedAt(std::optional<std::chrono::nanoseconds> when) { endAskedAt_ = when; }
+
     // A command's stay behind the gate.
     class Stay {
      public:
@@ -27,7 +43,10 @@ class CommandGate {
             gate_.busy_ = true;
             gate_.closeAborts_ = false;
         }
-        ~Stay() { gate_.busy_ = gate_.closePending_ = gate_.settingsPending_ = gate_.closeAborts_ = false; }
+        ~Stay() {
+            gate_.busy_ = gate_.closePending_ = gate_.settingsPending_ = gate_.closeAborts_ = false;
+            gate_.dismissesBoxes_ = gate_.leaving_ = false;
+        }
         Stay(const Stay&) = delete;
         Stay& operator=(const Stay&) = delete;
 
@@ -40,6 +59,9 @@ class CommandGate {
     bool closePending_ = false;
     bool settingsPending_ = false;
     bool closeAborts_ = false;
+    bool dismissesBoxes_ = false;
+    bool leaving_ = false;
+    std::optional<std::chrono::nanoseconds> endAskedAt_;
 };
 
 }  // namespace rv52

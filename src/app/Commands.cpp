@@ -10,6 +10,9 @@ namespace rv52 {
 
 namespace {
 
+// A terminal that is closed tells so up to three times, and a shutdown by two signals in a row.
+constexpr std::chrono::seconds kOneRequest(1);
+
 void ForgetOutcome(Session& session) {
     if (session.state.LastOutcome.empty()) return;
     session.state.LastOutcome.clear();
@@ -55,9 +58,32 @@ void RequestExit(Session& session) {
         return;
     }
     const CommandGate::Stay stay(session.gate);
+    session.gate.SetLeaving(true);
     session.view.AbandonEditor();
     Exit(session);
+    session.gate.SetEndAskedAt({});
     if (session.gate.SettingsPending()) Form_Resize(session);
+}
+
+EndAct AskedToEnd(Session& session) {
+    auto& gate = session.gate;
+    const auto now = session.line.Now();
+    const auto before = gate.EndAskedAt();
+    if (before && now - *before < kOneRequest) return EndAct::Nothing;
+    if (!before) gate.SetEndAskedAt(now);
+
+    const auto work = session.state.LinkWork;
+    if (work == LinkWork::Programming || work == LinkWork::Verifying) {
+        gate.DeferClose();
+        return EndAct::CloseBoxes;
+    }
+    if (before) return EndAct::LeaveAtOnce;
+    if (gate.Leaving()) return EndAct::Nothing;
+    if (gate.Busy()) {
+        RequestExit(session);
+        gate.SetDismissesBoxes(true);
+    }
+    return EndAct::CloseBoxes;
 }
 
 void Exit(Session& session) {

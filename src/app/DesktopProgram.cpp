@@ -55,6 +55,7 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
     QGuiApplication::setWindowIcon(
         QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.png")));
     prompts_.SetParent(&window_);
+    prompts_.SetDismissing([this] { return session_.gate.DismissesBoxes(); });
     printer_.SetParent(&window_);
     printer_.SetChartDrawing(
         [this](QPainter& painter, const QRectF& place) { window_.DrawChart(painter, place); });
@@ -74,6 +75,7 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
         devices_.Override(session_.state.CommPort, simulator_.Start(*options_.simulate), "simulated module");
     window_.Compose(session_, devices_);
     window_.show();
+    systemEnd_ = std::make_unique<SystemEnd>(session_, window_);
     // A message about the file would stand far from a window that has no place yet.
     if (!options_.tableFile.empty())
         new WhenPlaced(*window_.windowHandle(), [this] { OpenTableOfCommandLine(); });

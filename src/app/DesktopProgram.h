@@ -5,6 +5,7 @@
 #include "app/Session.h"
 #include "app/SimulatorProcess.h"
 #include "app/SplashWindow.h"
+#include "app/SystemEnd.h"
 #include "platform/ComDevices.h"
 #include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/QtFiles.h"
@@ -12,6 +13,8 @@
 #include "platform/qt/QtPrompts.h"
 #include "platform/qt/QtSettings.h"
 #include "platform/qt/SerialLine.h"
+
+#include <memory>
 
 namespace rv52 {
 
@@ -30,6 +33,7 @@ class DesktopProgram {
 
     MainWindow& Window() { return window_; }
     Session& Running() { return session_; }
+    SystemEnd& End() { return *systemEnd_; }  // once it has started
 
  private:
     void OpenTableOfCommandLine();
@@ -45,6 +49,7 @@ class DesktopProgram {
     SimulatorProcess simulator_;
     MainWindow window_;
     Session session_{Ports{line_, prompts_, window_, window_, files_, settings_, printer_}};
+    std::unique_ptr<SystemEnd> systemEnd_;  // from when there is a window to close
 };
 
 }  // namespace rv52

@@ -38,6 +38,7 @@ void ReportUpload(Session& session, const std::string& title, const std::string&
                                            : "Upload aborted - EEPROM programming failed.";
     state.LastOutcome = verified ? "Upload completed: " + IdentifiedAs(state) + "." : aborted;
     session.shell.RenewStatus();
+    session.gate.SetDismissesBoxes(false);  // what has become of a module is never left unsaid
     Tell(session, verified ? completed : aborted, title, verified ? Icon::Warning : Icon::Information);
 }
 

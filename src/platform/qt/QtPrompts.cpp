@@ -148,6 +148,7 @@ QWidget* QtPrompts::Parent() const {
 }
 
 Answer QtPrompts::Ask(const MessageBox& box) {
+    if (dismissing_()) return DismissAnswer(box.buttons);
     QMessageBox window(Parent());
     window.setObjectName(QStringLiteral("MessageBox"));
     window.setTextFormat(Qt::PlainText);
@@ -172,6 +173,7 @@ Answer QtPrompts::Ask(const MessageBox& box) {
 }
 
 std::string QtPrompts::AskText(const InputBox& box) {
+    if (dismissing_()) return {};
     InputDialog dialog(box, Parent());
     return dialog.exec() == QDialog::Accepted ? FromQt(dialog.Text()) : std::string();
 }
@@ -185,6 +187,7 @@ std::string QtPrompts::AskSavePath(const FileDialog& dialog) {
 }
 
 std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
+    if (dismissing_()) return {};
     if (folder_.isEmpty() || !QDir(folder_).exists())
         folder_ = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     if (!QDir(folder_).exists()) folder_ = QDir::homePath();

@@ -5,6 +5,7 @@
 #include "app/StartUp.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
+#include "support/ShownTable.h"
 #include "support/TestSession.h"
 #include "table/FileCommands.h"
 #include "table/GridCursor.h"
@@ -15,6 +16,7 @@
 namespace rv52 {
 namespace {
 
+using test::ShowAs;
 using test::TestSession;
 
 class ProgramTest : public testing::Test {
@@ -117,6 +119,74 @@ TEST_F(ProgramTest, OneCommandAtATimeAndWhatHadToWaitFollowsIt) {
     EXPECT_FALSE(second);
     EXPECT_EQ(session_.state.LineErrorCount, 0);
     EXPECT_TRUE(test_.shell.closed);
+}
+
+// Whether the system asked the program to end just now, or a good while ago.
+enum class Earlier { Never, JustNow, Before };
+
+TEST_F(ProgramTest, TheSystemAsksOnceAsAUserWouldAndThenNoMoreButNeverStopsProgramming) {
+    struct Moment {
+        const char* name;
+        Earlier earlier;
+        bool running;
+        LinkWork work;
+        EndAct act;
+        bool closeFollows, boxesDismissed, readEnds;
+    };
+    using enum EndAct;
+    constexpr auto none = LinkWork::None;
+    const Moment moments[] = {
+        {"idle", Earlier::Never, false, none, CloseBoxes, false, false, false},
+        {"idle, the same closing terminal", Earlier::JustNow, false, none, Nothing, false, false, false},
+        {"idle, again", Earlier::Before, false, none, LeaveAtOnce, false, false, false},
+        {"a box", Earlier::Never, true, none, CloseBoxes, true, true, false},
+        {"reading", Earlier::Never, true, LinkWork::Reading, CloseBoxes, true, true, true},
+        {"reading, again", Earlier::Before, true, LinkWork::Reading, LeaveAtOnce, false, false, false},
+        {"programming", Earlier::Never, true, LinkWork::Programming, CloseBoxes, true, false, false},
+        {"programming, again", Earlier::Before, true, LinkWork::Programming, CloseBoxes, true, false, false},
+        {"verifying", Earlier::Never, true, LinkWork::Verifying, CloseBoxes, true, false, false},
+        {"verifying, again", Earlier::Before, true, LinkWork::Verifying, CloseBoxes, true, false, false},
+    };
+    for (const auto& moment : moments) {
+        SCOPED_TRACE(moment.name);
+        auto& gate = session_.gate;
+        gate.SetEndAskedAt({});
+        const auto ask = [&] {
+            session_.state.LinkWork = moment.work;
+            if (moment.earlier != Earlier::Never) gate.SetEndAskedAt(line_.Now());
+            if (moment.earlier == Earlier::Before) line_.Pause(std::chrono::seconds(1));
+            EXPECT_EQ(AskedToEnd(session_), moment.act);
+            EXPECT_EQ(gate.ClosePending(), moment.closeFollows);
+            EXPECT_EQ(gate.DismissesBoxes(), moment.boxesDismissed);
+            EXPECT_EQ(session_.state.AbortRequested, moment.readEnds);
+            session_.state.LinkWork = LinkWork::None;
+        };
+        test_.shell.closed = false;
+        if (!moment.running) {
+            ask();
+            continue;
+        }
+        RunCommand(session_, [&](Session&) {
+            gate.SetCloseAborts(moment.work == LinkWork::Reading);
+            ask();
+        });
+        EXPECT_EQ(test_.shell.closed, moment.closeFollows);
+        EXPECT_FALSE(gate.DismissesBoxes());
+    }
+}
+
+TEST_F(ProgramTest, WhileLeavingTheSystemAddsNoQuestionAndAfterACancelAsksAnew) {
+    ShowAs(session_, AdvanceTable(TableType::RACE));
+    for (int times = 0; times < 2; ++times) {
+        test_.prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::Cancel);
+        test_.prompts.whileOpen = [this] {
+            EXPECT_EQ(AskedToEnd(session_), EndAct::Nothing);
+            line_.Pause(std::chrono::seconds(1));
+            EXPECT_EQ(AskedToEnd(session_), EndAct::LeaveAtOnce);
+        };
+        RequestExit(session_);
+    }
+    EXPECT_FALSE(test_.shell.closed);
 }
 
 TEST_F(ProgramTest, LeavingGivesUpARefusedCellEdit) {
