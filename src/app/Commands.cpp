@@ -44,6 +44,7 @@ void RunCommand(Session& session, const std::function<void(Session&)>& command) 
             session.state.AbortRequested = false;
             ForgetOutcome(session);
             command(session);
+            session.drawing.Tell(session.steps);
         }
         if (session.gate.SettingsPending()) Form_Resize(session);
         close = session.gate.ClosePending();

@@ -7,8 +7,8 @@ namespace rv52 {
 struct Session;
 
 // Runs one command behind the gate: nothing when another one is running, or when an open cell editor
-// refuses its text. What had to wait meanwhile (serial settings, a close) follows in any case. An Escape from
-// before the command has no effect on it.
+// refuses its text. What had to wait meanwhile (a failure to draw, serial settings, a close) follows in any
+// case. An Escape from before the command has no effect on it.
 void RunCommand(Session& session, const std::function<void(Session&)>& command);
 
 // The main window is asked to close. Runs the exit sequence, or after the running command has ended.

@@ -1,5 +1,6 @@
 #include "app/DesktopProgram.h"
 
+#include "app/Application.h"
 #include "app/StartUp.h"
 #include "table/FileCommands.h"
 
@@ -54,6 +55,7 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
     // A bitmap: the libraries that draw a vector picture would stay in memory for this one icon.
     QGuiApplication::setWindowIcon(
         QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.png")));
+    Application::KeepFailuresIn(&session_.drawing);
     prompts_.SetParent(&window_);
     prompts_.SetDismissing([this] { return session_.gate.DismissesBoxes(); });
     printer_.SetParent(&window_);
@@ -63,6 +65,7 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
 
 // The session goes before the window, and a window that is still on screen would tell it so on its way out.
 DesktopProgram::~DesktopProgram() {
+    Application::KeepFailuresIn(nullptr);
     window_.hide();
 }
 

@@ -45,6 +45,7 @@ void MainWindow::Compose(Session& session, const ComDevices& devices) {
     status_ = new StatusStrip(client_);
     session.table.OnRedraw([this] { RenewStatus(); });
     session.sheet.OnChange([this](GridSheet::Change) { RenewStatus(); });
+    session.drawing.OnKept([this] { TellDrawFailuresLater(); });
     RenewStatus();
     progress_ = new ProgressPanel(client_);
     // A pick that was not taken, because a command is running, shows the port that holds.
@@ -67,6 +68,14 @@ void MainWindow::Dispatch(const std::function<void()>& handler) {
 
 void MainWindow::Run(const std::function<void(Session&)>& command) {
     Dispatch([&] { RunCommand(*session_, command); });
+}
+
+// Out of whatever is being changed or painted now. A command that runs tells of them at its end.
+void MainWindow::TellDrawFailuresLater() {
+    const auto tell = [this] {
+        if (!session_->gate.Busy()) session_->drawing.Tell(session_->steps);
+    };
+    QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
 void MainWindow::SetCaption(const std::string& caption) {

@@ -61,6 +61,8 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+    void TellDrawFailuresLater();
+
     Session* session_ = nullptr;
     const ComDevices* devices_ = nullptr;
     QWidget* client_;

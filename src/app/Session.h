@@ -2,6 +2,7 @@
 
 #include "app/AppState.h"
 #include "app/CommandGate.h"
+#include "app/DrawFailures.h"
 #include "chart/ChartGesture.h"
 #include "chart/ChartState.h"
 #include "link/ModuleLink.h"
@@ -35,10 +36,11 @@ struct Session : Ports {
     Session& operator=(const Session&) = delete;
 
     AppState state;
-    TableStore table;
+    DrawFailures drawing;
+    TableStore table{drawing};
     ChartState chart{table};
     ChartGesture gesture;
-    GridSheet sheet;
+    GridSheet sheet{drawing};
     Steps steps{prompts};
     ModuleLink link{line, prompts};
     CommandGate gate;

@@ -1,10 +1,10 @@
+#include "app/Application.h"
 #include "app/DesktopProgram.h"
 #include "app/Version.h"
 #include "platform/Failure.h"
 #include "platform/qt/HighContrast.h"
 #include "platform/qt/Text.h"
 
-#include <QApplication>
 #include <QFileInfo>
 
 #include <cstdio>
@@ -32,7 +32,7 @@ CommandLine Resolved(CommandLine options) {
 
 int RunProgram(char** argv, const CommandLine& options) {
     int argc = 1;  // every option is this program's own
-    const QApplication application(argc, argv);
+    const Application application(argc, argv);
     ServeHighContrast();
     try {
         DesktopProgram program(Resolved(options));

@@ -83,9 +83,9 @@ void ReleasePoint(Session& session, Steps& step) {
 void ReleaseSurface(Session& session, Steps& step) {
     step([&] {
         const RedrawHold hold(session.table);
+        session.chart.HideLabel();
         // A shift of 0 leaves also those values as they are that lie outside the limits.
         if (session.gesture.PendingOffset != 0) session.table.Replace(ShiftedTable(session));
-        session.chart.HideLabel();
     });
     step([&] { CopyChartToGrid(session); });
 }
@@ -110,7 +110,11 @@ void ChartPress(Session& session, PressKey key, std::optional<Cell> hit) {
     // The cursor may be about to leave a cell that is open in the editor.
     const bool cursorMoves = hit || key == PressKey::Shift;
     if (cursorMoves && !session.view.CommitEditor()) return;
-    session.steps.Procedure([&](Steps& step) {
+    const auto drop = [&] {
+        EndGesture(session);
+        Pick(session.gesture, std::nullopt);
+    };
+    session.steps.Procedure(drop, [&](Steps& step) {
         if (key == PressKey::Shift)
             PressSurface(session, step, hit);
         else
@@ -141,7 +145,7 @@ void ChartRelease(Session& session) {
 }
 
 void ChartDoubleClick(Session& session) {
-    EndGesture(session);
+    ChartDragLost(session);
     session.gesture.ReleaseSuppressed = true;
 }
 

@@ -55,7 +55,7 @@ ChartView::ChartView(Session& session, Dispatch dispatch, QWidget* parent)
 
 const std::optional<Scene>& ChartView::Shown() {
     const auto& chartTemplate = session_.chart.Template();
-    if (!scene_ && session_.table.HasTable() && chartTemplate) {
+    if (!scene_ && !broken_ && session_.table.HasTable() && chartTemplate) {
         const Area whole{0, 0, static_cast<double>(width()), static_cast<double>(height())};
         scene_ = SceneOf(session_.table.Table(), *chartTemplate, viewpoint_, whole, MeasureOn(font(), this));
     }
@@ -64,12 +64,24 @@ const std::optional<Scene>& ChartView::Shown() {
 
 void ChartView::Renew() {
     scene_.reset();
+    broken_ = false;
     if (templateSerial_ != session_.chart.TemplateSerial()) {
         templateSerial_ = session_.chart.TemplateSerial();
         viewpoint_ = ViewpointOf(*session_.chart.Template());
     }
-    UpdateLabel();
     update();
+    Try([this] { UpdateLabel(); });
+}
+
+void ChartView::Try(const std::function<void()>& draw) {
+    if (broken_) return;
+    bool drawn = false;
+    const auto whole = [&] {
+        draw();
+        drawn = true;
+    };
+    session_.drawing.Guard(whole, [this] { Renew(); });
+    broken_ = !drawn;
 }
 
 void ChartView::Look(const Viewpoint& viewpoint) {
@@ -137,21 +149,19 @@ void ChartView::DrawOnPaper(QPainter& painter, const QRectF& place) const {
 
 void ChartView::paintEvent(QPaintEvent*) {
     ++paints_;
-    dispatch_([this] { Paint(); });
+    Try([this] { Paint(); });
+    if (broken_) QPainter(this).fillRect(rect(), ScreenColours(palette()).background);
 }
 
 // The mouse's way to a value is measured on the plot as it was.
 void ChartView::resizeEvent(QResizeEvent*) {
-    dispatch_([this] {
-        DropDrags();
-        Renew();
-    });
+    dispatch_([this] { DropDrags(); });
+    Renew();
 }
 
 void ChartView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange)
-        dispatch_([this] { Renew(); });
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange) Renew();
 }
 
 void ChartView::hideEvent(QHideEvent*) {

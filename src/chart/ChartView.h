@@ -57,6 +57,8 @@ class ChartView : public QWidget {
  private:
     // Something that the plot shows has changed: it is made anew when next needed.
     void Renew();
+    // Once something could not be drawn there is no plot, until something changes or Retry asks for it.
+    void Try(const std::function<void()>& draw);
     void Look(const Viewpoint& viewpoint);
     void UpdateLabel();
     ChartMarks LabelMarks() const;
@@ -65,7 +67,8 @@ class ChartView : public QWidget {
 
     // Turning, shifting and zooming: for interactive charts, and not while a point is being dragged.
     bool CanMovePlot();
-    void StartPlotDrag(PlotDrag::Kind kind, Point mouse);
+    void StartPlotDrag(PlotDrag::Kind kind, Point mouse, Qt::MouseButton button);
+    void EndPlotDrag();
     void PressLeft(Point mouse, Qt::KeyboardModifiers modifiers);
     void Move(Point mouse, Qt::MouseButtons buttons);
     void Hover(std::optional<Point> mouse);
@@ -80,8 +83,10 @@ class ChartView : public QWidget {
     std::optional<Scene> scene_;
     std::optional<Grab> grab_;
     std::optional<PlotDrag> plotDrag_;
+    Qt::MouseButton plotButton_ = Qt::NoButton;  // that drags it
     std::optional<Cell> hover_;
     bool focusShown_ = false;
+    bool broken_ = false;  // the plot as it is now could not be drawn
     int paints_ = 0;
 };
 

@@ -37,18 +37,25 @@ bool ChartView::CanMovePlot() {
     return session_.chart.Interactive() && !grab_ && Shown();
 }
 
-void ChartView::StartPlotDrag(PlotDrag::Kind kind, Point mouse) {
+void ChartView::StartPlotDrag(PlotDrag::Kind kind, Point mouse, Qt::MouseButton button) {
     if (!CanMovePlot()) return;
     plotDrag_.emplace(kind, mouse);
+    plotButton_ = button;
     hover_.reset();
     update();
     setCursor(kind == PlotDrag::Kind::Shift ? Qt::ClosedHandCursor : Qt::SizeAllCursor);
 }
 
+void ChartView::EndPlotDrag() {
+    if (!plotDrag_) return;
+    plotDrag_.reset();
+    unsetCursor();
+}
+
 void ChartView::PressLeft(Point mouse, Qt::KeyboardModifiers modifiers) {
     if (plotDrag_) return;
     const auto key = KeyOf(modifiers);
-    if (modifiers == Qt::ControlModifier) StartPlotDrag(PlotDrag::Kind::Turn, mouse);
+    if (modifiers == Qt::ControlModifier) StartPlotDrag(PlotDrag::Kind::Turn, mouse, Qt::LeftButton);
     ChartPress(session_, key, key == PressKey::Other ? std::nullopt : CellNear(Shown(), mouse));
     grab_.reset();
     if (session_.gesture.kind == ChartGesture::Kind::None) return;
@@ -65,6 +72,7 @@ void ChartView::PressLeft(Point mouse, Qt::KeyboardModifiers modifiers) {
 void ChartView::Move(Point mouse, Qt::MouseButtons buttons) {
     if (!Shown()) return;
     if (!buttons.testFlag(Qt::LeftButton)) DropGrab();
+    if (!buttons.testFlag(plotButton_)) EndPlotDrag();
     if (plotDrag_) Look(plotDrag_->MovedTo(mouse, viewpoint_, scene_->areas.plot));
     if (grab_)
         ChartDrag(session_, ValueAtMouse(*grab_, mouse, scene_->projection, scene_->chartTemplate.advance));
@@ -84,7 +92,7 @@ void ChartView::Hover(std::optional<Point> mouse) {
 
 // A menu, a message box or a hidden chart can take the button's release away.
 void ChartView::DropDrags() {
-    plotDrag_.reset();
+    EndPlotDrag();
     DropGrab();
 }
 
@@ -108,8 +116,9 @@ void ChartView::mousePressEvent(QMouseEvent* event) {
         setFocus(Qt::MouseFocusReason);
         if (event->buttons() == event->button()) DropDrags();
         if (event->button() == Qt::LeftButton) PressLeft(mouse, event->modifiers() & ~Qt::KeypadModifier);
-        if (event->button() == Qt::RightButton) StartPlotDrag(PlotDrag::Kind::Turn, mouse);
-        if (event->button() == Qt::MiddleButton) StartPlotDrag(PlotDrag::Kind::Shift, mouse);
+        if (event->button() == Qt::RightButton) StartPlotDrag(PlotDrag::Kind::Turn, mouse, Qt::RightButton);
+        if (event->button() == Qt::MiddleButton)
+            StartPlotDrag(PlotDrag::Kind::Shift, mouse, Qt::MiddleButton);
     });
 }
 
@@ -129,15 +138,21 @@ void ChartView::mouseReleaseEvent(QMouseEvent* event) {
             ChartRelease(session_);
             update();
         }
+        if (event->button() == plotButton_) EndPlotDrag();
         if (event->buttons() != Qt::NoButton) return;
-        plotDrag_.reset();
+        EndPlotDrag();
         Hover(WholePixel(event->position()));
     });
 }
 
 void ChartView::mouseDoubleClickEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) return mousePressEvent(event);
-    dispatch_([&] { ChartDoubleClick(session_); });
+    // With Ctrl the left button turns the plot, however soon it is pressed again.
+    const bool turns = (event->modifiers() & ~Qt::KeypadModifier) == Qt::ControlModifier;
+    if (event->button() != Qt::LeftButton || turns) return mousePressEvent(event);
+    dispatch_([&] {
+        DropGrab();
+        ChartDoubleClick(session_);
+    });
 }
 
 void ChartView::wheelEvent(QWheelEvent* event) {

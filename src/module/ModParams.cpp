@@ -34,11 +34,6 @@ void mnuEditModParams_Click(Session& session) {
     session.steps.Procedure([&](Steps& step) { step([&] { session.shell.ShowModParams(); }); });
 }
 
-int SliderScale::PositionOf(int value) const {
-    const double position = RoundHalfEven(sum - static_cast<double>(value) / unit);
-    return std::clamp(static_cast<int>(position), first, last);
-}
-
 void OpenModParams(Session& session) {
     auto& parameters = Parameters(session);
     if (session.state.TableType == TableType::EX) parameters.RearOffset = 0;

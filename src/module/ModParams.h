@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SliderScale.h"
+
 #include <string>
 
 namespace rv52 {
@@ -10,19 +12,6 @@ struct Session;
 // here touches the flag byte, the table or its type.
 
 void mnuEditModParams_Click(Session& session);
-
-// A slider's positions count from its top, where the highest value sits: position + value / unit is constant.
-struct SliderScale {
-    int first;     // position at the top
-    int last;      // position at the bottom
-    int pageStep;  // positions
-    int sum;       // position + value / unit
-    int unit;      // of the parameter, for one position
-
-    constexpr int ValueAt(int position) const { return (sum - position) * unit; }
-    // The nearest position, halves to the even one, within the slider.
-    int PositionOf(int value) const;
-};
 
 constexpr SliderScale kRPMLimitScale{30, 99, 10, 129, 100};
 constexpr SliderScale kInitTimingScale{0, 10, 2, 5, 1};

@@ -42,7 +42,7 @@ ModParamsControls::Setting::Setting(const char* name, const QString& title, cons
     value->setObjectName(QLatin1String("lbl" + plain + "Val"));
     value->setTextFormat(Qt::PlainText);
     slider = new SettingSlider("sld" + plain, title, frame);
-    slider->SetPositions(scale.first, scale.last, scale.pageStep);
+    slider->SetScale(scale);
 
     auto* column = new QVBoxLayout(frame);
     SetMargins(*column, 60);

@@ -41,7 +41,8 @@ ModParamsDialog::ModParamsDialog(Session& session, Dispatch dispatch, QWidget* p
 }
 
 void ModParamsDialog::done(int result) {
-    // What was typed but never left stays unapplied.
+    // What was typed and left counts; what was never left stays unapplied.
+    controls_.vssFreq->Settle();
     controls_.vssFreq->disconnect(this);
     QDialog::done(result);
 }
@@ -79,7 +80,7 @@ void ModParamsDialog::ShowValues() {
     const auto& parameters = session_.state.ModuleParameters;
     const auto show = [](const ModParamsControls::Setting& setting, int value) {
         setting.value->setText(QString::number(value));
-        setting.slider->setAccessibleDescription(setting.value->text());
+        setting.slider->Tell(value);
     };
     show(controls_.rpmLimit, parameters.RPMLimit);
     show(controls_.initTiming, parameters.InitialTiming);
@@ -90,7 +91,9 @@ void ModParamsDialog::ShowValues() {
 void ModParamsDialog::ConnectOptions() {
     const auto choose = [this](QRadioButton* option, void (*click)(Session&)) {
         connect(option, &QRadioButton::toggled, this, [this, click](bool chosen) {
-            if (chosen) dispatch_([&] { click(session_); });
+            if (!chosen) return;
+            controls_.vssFreq->Settle();
+            dispatch_([&] { click(session_); });
         });
     };
     choose(controls_.eepromTable, optEEPROMAdvTable_Click);

@@ -4,6 +4,8 @@
 #include <QFocusEvent>
 #include <QTimer>
 
+#include <utility>
+
 namespace rv52 {
 
 VssFrequencyEdit::VssFrequencyEdit(QWidget* parent) : QLineEdit(QStringLiteral("1424"), parent) {
@@ -17,18 +19,22 @@ void VssFrequencyEdit::focusOutEvent(QFocusEvent* event) {
         case Qt::ActiveWindowFocusReason:
             return;  // a menu or a box, which gives the focus back
         case Qt::MouseFocusReason:
-            // A box in the middle of a click would rob the clicked control of the button's release.
+            waiting_ = true;
             return QCoreApplication::instance()->installEventFilter(this);
         default:
             Q_EMIT Left();
     }
 }
 
+void VssFrequencyEdit::Settle() {
+    if (!std::exchange(waiting_, false)) return;
+    QCoreApplication::instance()->removeEventFilter(this);
+    Q_EMIT Left();
+}
+
 bool VssFrequencyEdit::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseButtonRelease) {
-        QCoreApplication::instance()->removeEventFilter(this);
-        QTimer::singleShot(0, this, &VssFrequencyEdit::Left);
-    }
+    // Once the clicked control has had it.
+    if (event->type() == QEvent::MouseButtonRelease) QTimer::singleShot(0, this, &VssFrequencyEdit::Settle);
     return QLineEdit::eventFilter(watched, event);
 }
 

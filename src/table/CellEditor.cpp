@@ -28,7 +28,14 @@ void CellEditor::PlaceOver(const QRect& cell) {
     setGeometry(place);
 }
 
+// Keys without a meaning here end here too: in the grid beneath they would take the cursor off this cell.
 void CellEditor::keyPressEvent(QKeyEvent* event) {
+    constexpr int toTheEdge = 100;  // rows: more than any table has
+    event->accept();
+    if (event->matches(QKeySequence::MoveToStartOfDocument)) return home(false);
+    if (event->matches(QKeySequence::MoveToEndOfDocument)) return end(false);
+    if (event->matches(QKeySequence::SelectStartOfDocument)) return home(true);
+    if (event->matches(QKeySequence::SelectEndOfDocument)) return end(true);
     switch (event->key()) {
         case Qt::Key_Escape:
             return Abandoned();
@@ -39,8 +46,13 @@ void CellEditor::keyPressEvent(QKeyEvent* event) {
             return Ended(-1, 0);
         case Qt::Key_Down:
             return Ended(1, 0);
+        case Qt::Key_PageUp:
+            return Ended(-toTheEdge, 0);
+        case Qt::Key_PageDown:
+            return Ended(toTheEdge, 0);
         default:
             QLineEdit::keyPressEvent(event);
+            event->accept();
     }
 }
 

@@ -15,8 +15,8 @@ class CellEditor : public QLineEdit {
     void PlaceOver(const QRect& cell);
 
  Q_SIGNALS:
-    // Enter, Tab, an up or down key, or the focus went elsewhere in the window. The cursor shall then go
-    // rows down and columns to the right.
+    // Enter, Tab, a key up or down, or the focus went elsewhere in the window. The cursor shall then go rows
+    // down and columns to the right, as far as there are any.
     void Ended(int rows, int columns);
     void Abandoned();
 

@@ -3,6 +3,8 @@
 #include "app/Session.h"
 #include "table/SelectionCommands.h"
 
+#include <QKeyEvent>
+
 namespace rv52 {
 
 GridMenu::GridMenu(Session& session, RunCommand runCommand, QWidget* grid)
@@ -25,6 +27,18 @@ void GridMenu::ShowAt(const QPoint& screen) {
     if (isVisible()) return;
     OfferPaste();
     popup(screen);
+}
+
+void GridMenu::keyPressEvent(QKeyEvent* event) {
+    for (auto* action : actions()) {
+        const bool meant = !event->text().isEmpty() && action->isEnabled() &&
+                           action->text().startsWith(event->text(), Qt::CaseInsensitive);
+        if (!meant) continue;
+        setActiveAction(action);
+        QKeyEvent choose(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+        return QMenu::keyPressEvent(&choose);
+    }
+    QMenu::keyPressEvent(event);
 }
 
 QAction* GridMenu::AddCommand(const QString& name, const QString& caption, void (*command)(Session&)) {

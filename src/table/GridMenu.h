@@ -21,6 +21,10 @@ class GridMenu : public QMenu {
     void OfferPaste();
     void ShowAt(const QPoint& screen);
 
+ protected:
+    // The items' captions mark no letter: their first one chooses them.
+    void keyPressEvent(QKeyEvent* event) override;
+
  private:
     QAction* AddCommand(const QString& name, const QString& caption, void (*command)(Session&));
 

@@ -59,7 +59,7 @@ std::size_t GridSheet::IndexOf(GridCell at) const {
 
 void GridSheet::Notify(Change change) {
     for (const auto& listener : listeners_)
-        listener(change);
+        drawing_.Guard([listener, change] { listener(change); });
 }
 
 }  // namespace rv52

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DrawFailures.h"
 #include "table/AdvanceTable.h"
 
 #include <functional>
@@ -41,6 +42,8 @@ class GridSheet {
  public:
     enum class Change { Layout, Texts, Cursor, Editability };
 
+    explicit GridSheet(DrawFailures& drawing) : drawing_(drawing) {}
+
     // Headers and empty cells for a table type; the cursor goes to the corner.
     void SetUp(TableType type);
 
@@ -64,12 +67,14 @@ class GridSheet {
     // One notification for all the texts changed between Hold and Release.
     void Hold() { ++held_; }
     void Release();
+    // A listener's failure is told when the change is over.
     void OnChange(std::function<void(Change)> listener) { listeners_.push_back(std::move(listener)); }
 
  private:
     std::size_t IndexOf(GridCell at) const;
     void Notify(Change change);
 
+    DrawFailures& drawing_;
     TableType type_ = TableType::RACE;
     int rows_ = 0;
     std::vector<std::string> texts_;

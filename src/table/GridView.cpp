@@ -231,14 +231,20 @@ void GridView::ReflectCursor() {
 void GridView::TellSheet() {
     const auto selection = selectionModel()->selection();
     if (syncing_ || (!currentIndex().isValid() && selection.isEmpty())) return;
-    const QScopedValueRollback telling(syncing_, true);
-    const auto cursor = GridModel::CellOf(
-        currentIndex().isValid() ? currentIndex() : QModelIndex(selection.first().topLeft()));
-    GridRange range{cursor, cursor};
-    if (!selection.isEmpty())
-        range = {GridModel::CellOf(selection.first().topLeft()),
-                 GridModel::CellOf(selection.first().bottomRight())};
-    dispatch_([&] { SelectGridCells(session_, range, cursor); });
+    bool taken = false;
+    {
+        const QScopedValueRollback telling(syncing_, true);
+        // Selecting everything makes no cell current where none was.
+        if (!currentIndex().isValid())
+            selectionModel()->setCurrentIndex(selection.first().topLeft(), QItemSelectionModel::NoUpdate);
+        const auto cursor = GridModel::CellOf(currentIndex());
+        GridRange range{cursor, cursor};
+        if (!selection.isEmpty())
+            range = {GridModel::CellOf(selection.first().topLeft()),
+                     GridModel::CellOf(selection.first().bottomRight())};
+        dispatch_([&] { taken = SelectGridCells(session_, range, cursor); });
+    }
+    if (!taken) ReflectCursor();
 }
 
 void GridView::ShowMenu(const QPoint& screen) {

@@ -52,7 +52,7 @@ int TimingSliderStop(TableType type, int position) {
 }
 
 double NewAdvance(double minimum, double maximum, int advSlope, int initTiming) {
-    constexpr int whole = kLastSliderPosition;
+    constexpr int whole = kSwitchScale.last;
     // The ends are the limits to the last bit, which nine times a limit divided by nine need not be.
     const double between = advSlope == 0       ? minimum
                            : advSlope == whole ? maximum
@@ -100,6 +100,8 @@ void CreateNewTable(Session& session, const NewTable& newTable) {
         });
         FillAndShowTable(session, {3, 3});
     });
+    // The dialog stays open, and the command with it: its end is too late for what this change has met.
+    session.drawing.Tell(session.steps);
 }
 
 }  // namespace rv52

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/SliderScale.h"
 #include "table/AdvanceTable.h"
 
 #include <cstdint>
@@ -18,10 +19,9 @@ struct NewTable {
     AdvanceTable MaxTable{TableType::RACE};
 };
 
-// The sliders count their positions from the top, the settings from the bottom.
-constexpr int kLastSliderPosition = 9;
+constexpr SliderScale kSwitchScale{0, 9, 1, 9, 1};
 constexpr std::int16_t SettingAt(int position) {
-    return static_cast<std::int16_t>(kLastSliderPosition - position);
+    return static_cast<std::int16_t>(kSwitchScale.ValueAt(position));
 }
 
 // Where the timing slider stands when it is moved to a position: for EX not above position 4, so that no EX

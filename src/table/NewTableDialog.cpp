@@ -62,8 +62,8 @@ NewTableDialog::NewTableDialog(Session& session, NewTable& newTable, Dispatch di
             [this] { dispatch_([this] { sldInitTiming_Change(); }); });
     connect(slope_.slider, &QSlider::valueChanged, this,
             [this] { dispatch_([this] { sldAdvSlope_Change(); }); });
-    timing_.slider->setValue(kLastSliderPosition);
-    slope_.slider->setValue(kLastSliderPosition);
+    timing_.slider->setValue(kSwitchScale.last);
+    slope_.slider->setValue(kSwitchScale.last);
     timing_.slider->setFocus();
 }
 
@@ -98,7 +98,7 @@ NewTableDialog::Switch NewTableDialog::AddSwitch(const char* suffix, const char*
 
     const auto name = QByteArray("sld") + suffix;
     auto* slider = new SettingSlider(name, caption, frame);
-    slider->SetPositions(0, kLastSliderPosition, 1);
+    slider->SetScale(kSwitchScale);
     slider->setTickPosition(QSlider::TicksRight);  // the handle under the value
     slider->setGeometry(ToPixels(kSlider));
     label->setBuddy(slider);
@@ -116,8 +116,7 @@ QPushButton* NewTableDialog::AddButton(const char* name, const QString& caption,
 
 void NewTableDialog::ShowSetting(const Switch& control, int setting) {
     control.value->setText(QString::number(setting));
-    // The slider by itself tells its position, which counts the other way.
-    control.slider->setAccessibleDescription(QStringLiteral("Setting %1").arg(setting));
+    control.slider->Tell(setting);
 }
 
 void NewTableDialog::sldAdvSlope_Change() {

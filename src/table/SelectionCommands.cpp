@@ -43,22 +43,22 @@ bool IsEx(const Session& session) {
 }
 
 struct Changed {
+    GridCell at;
     std::string text;
     double degrees;
 };
+using Changes = std::vector<Changed>;
 
-// Hides the label and puts change(at) into each cell of a block, under one redraw of chart and grid.
-template <class Change>
-void ChangeCells(Session& session, const GridRange& block, Change&& change) {
+// Hides the label and puts the changes into their cells, under one redraw of chart and grid. They were worked
+// out before the first cell changes, so that doing it once more is no second change.
+void ChangeCells(Session& session, const Changes& changes) {
     const RedrawHold redrawHold(session.table);
     const SheetHold sheetHold(session.sheet);
     session.chart.HideLabel();
-    const auto type = session.table.Table().Type();
-    ForEachCellOf(block, [&](GridCell at) {
-        const Changed changed = change(at);
-        session.table.SetCell(CellAt(at, type), changed.degrees);
-        session.sheet.SetText(at, changed.text);
-    });
+    for (const auto& changed : changes) {
+        session.table.SetCell(CellAt(changed.at, session.table.Table().Type()), changed.degrees);
+        session.sheet.SetText(changed.at, changed.text);
+    }
 }
 
 // RACE stays within 0 to 45. EX has the cell's maximum above and nothing below but what a double can hold.
@@ -67,11 +67,13 @@ double Limited(const Session& session, GridCell at, double degrees) {
     return std::clamp(degrees, lowest, UpperLimit(session, at));
 }
 
-void Modify(Session& session, const GridRange& block, const ModifyExpression& expression) {
-    ChangeCells(session, block, [&](GridCell at) {
+Changes Modified(const Session& session, const GridRange& block, const ModifyExpression& expression) {
+    Changes changes;
+    ForEachCellOf(block, [&](GridCell at) {
         const double degrees = Limited(session, at, expression.Apply(Spelled(session.sheet.Text(at))));
-        return Changed{FormatTenths(degrees), degrees};
+        changes.push_back({at, FormatTenths(degrees), degrees});
     });
+    return changes;
 }
 
 // The copied cells by rows, as CopyBuffer holds them.
@@ -95,17 +97,19 @@ GridRange PasteTarget(const Session& session, const GridRange& selection) {
              std::min(selection.first.column + columns, session.sheet.ColumnCount() - 1)}};
 }
 
-void Paste(Session& session, const GridRange& target) {
+Changes Pasted(const Session& session, const GridRange& target) {
     const auto texts = CopiedTexts(session.state.CopyBuffer);
     const int columns = session.state.CopyCols + 1;
-    ChangeCells(session, target, [&](GridCell at) {
+    Changes changes;
+    ForEachCellOf(target, [&](GridCell at) {
         const int index = (at.row - target.first.row) * columns + at.column - target.first.column;
         auto text = texts.size() == 1 ? texts.front() : texts.at(static_cast<std::size_t>(index));
         if (IsEx(session) && Spelled(text) > UpperLimit(session, at))
             text = FormatTenths(UpperLimit(session, at));
         const double degrees = Spelled(text);
-        return Changed{std::move(text), degrees};
+        changes.push_back({at, std::move(text), degrees});
     });
+    return changes;
 }
 
 }  // namespace
@@ -127,12 +131,13 @@ void mnuPopupPaste3D_Click(Session& session) {
     session.steps.Procedure([&](Steps& step) {
         const auto selection = session.sheet.SelectedData();
         if (!selection || session.state.CopyBuffer.empty()) return;
+        const auto target = PasteTarget(session, *selection);
+        const auto changes = step.Value([&] { return Pasted(session, target); }, Changes{});
         step([&] {
             const RedrawHold hold(session.table);
-            const auto target = PasteTarget(session, *selection);
             if (session.state.CopyRows > 0 || session.state.CopyCols > 0)
                 SelectGridCells(session, target, target.first);
-            Paste(session, target);
+            ChangeCells(session, changes);
         });
     });
 }
@@ -146,7 +151,9 @@ void mnuPopUpModify3D_Click(Session& session) {
             std::string{});
         const auto expression = ParseModifyExpression(answer);
         const auto block = session.sheet.SelectedData();
-        if (expression && block) step([&] { Modify(session, *block, *expression); });
+        if (!expression || !block) return;
+        const auto changes = step.Value([&] { return Modified(session, *block, *expression); }, Changes{});
+        step([&] { ChangeCells(session, changes); });
     });
 }
 

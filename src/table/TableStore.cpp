@@ -17,7 +17,7 @@ void TableStore::Touch() {
     if (suspended_ > 0) return;
     touched_ = false;
     for (const auto& redraw : redraws_)
-        redraw();
+        drawing_.Guard(redraw);
 }
 
 void TableStore::Resume() {

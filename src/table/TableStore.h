@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/DrawFailures.h"
 #include "table/AdvanceTable.h"
 
 #include <functional>
@@ -12,6 +13,8 @@ namespace rv52 {
 // read. Redrawing can be suspended, counted: many changes between, one redraw at the end.
 class TableStore {
  public:
+    explicit TableStore(DrawFailures& drawing) : drawing_(drawing) {}
+
     bool HasTable() const { return table_.has_value(); }
     // Only with a table.
     const AdvanceTable& Table() const { return table_.value(); }
@@ -24,10 +27,12 @@ class TableStore {
     void Suspend() { ++suspended_; }
     void Resume();
 
-    // Called once after every change, or once after a suspended run of changes.
+    // Called once after every change, or once after a suspended run of changes. Whoever changes the table
+    // never hears of a failure there: it is told when the change is over.
     void OnRedraw(std::function<void()> redraw) { redraws_.push_back(std::move(redraw)); }
 
  private:
+    DrawFailures& drawing_;
     std::optional<AdvanceTable> table_;
     std::vector<std::function<void()>> redraws_;
     int suspended_ = 0;

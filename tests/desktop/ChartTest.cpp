@@ -221,6 +221,70 @@ TEST_F(ChartTest, ADragEndsWhenItsButtonIsFoundUpOrTheChartIsHidden) {
     EXPECT_EQ(session.table.Table(), before);
 }
 
+// Each button has its own drag, whatever the others do.
+TEST_F(ChartTest, APlotDragEndsWithItsOwnButton) {
+    Show(TableType::RACE);
+    const QPoint from(5, 200);
+    const auto send = [&](QEvent::Type type, QPoint at, Qt::MouseButton button, Qt::MouseButtons held) {
+        QMouseEvent event(type, at, view.mapToGlobal(QPointF(at)), button, held, Qt::NoModifier);
+        QApplication::sendEvent(&view, &event);
+    };
+    for (const bool released : {true, false}) {
+        send(QEvent::MouseButtonPress, from, Qt::RightButton, Qt::RightButton);
+        send(QEvent::MouseMove, from + QPoint(10, 0), Qt::NoButton, Qt::RightButton);
+        send(QEvent::MouseButtonPress, from + QPoint(10, 0), Qt::LeftButton,
+             Qt::LeftButton | Qt::RightButton);
+        auto before = view.SeenFrom();
+        send(QEvent::MouseMove, from + QPoint(20, 0), Qt::NoButton, Qt::LeftButton | Qt::RightButton);
+        EXPECT_NE(view.SeenFrom(), before) << "the right button is still down";
+        if (released) send(QEvent::MouseButtonRelease, from + QPoint(20, 0), Qt::RightButton, Qt::LeftButton);
+        before = view.SeenFrom();
+        send(QEvent::MouseMove, from + QPoint(60, 0), Qt::NoButton, Qt::LeftButton);
+        send(QEvent::MouseMove, from + QPoint(90, 0), Qt::NoButton, Qt::LeftButton);
+        EXPECT_EQ(view.SeenFrom(), before);
+        EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
+        send(QEvent::MouseButtonRelease, from, Qt::LeftButton, Qt::NoButton);
+    }
+}
+
+TEST_F(ChartTest, CtrlAndTheLeftButtonTurnHoweverSoonItIsPressedAgain) {
+    Show(TableType::RACE);
+    const QPoint from(5, 5);
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::ControlModifier, from);
+    QMouseEvent again(QEvent::MouseButtonDblClick, from, view.mapToGlobal(QPointF(from)), Qt::LeftButton,
+                      Qt::LeftButton, Qt::ControlModifier);
+    QApplication::sendEvent(&view, &again);
+    const auto before = view.SeenFrom();
+    MoveHeld(view, from + QPoint(60, 0), Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_GT(view.SeenFrom().azimuth, before.azimuth);
+    QTest::mouseRelease(&view, Qt::LeftButton, Qt::ControlModifier, from + QPoint(60, 0));
+    const QPoint at = PixelOf(kVisible);
+    Press(at);
+    EXPECT_EQ(session.gesture.kind, ChartGesture::Kind::Point) << "and the next press works normally";
+    MoveHeld(view, at + WayFor(5));
+    QTest::mouseDClick(&view, Qt::LeftButton, {}, at + WayFor(5));
+    EXPECT_EQ(Text(kVisible), FormatTenths(Degrees(kVisible))) << "a double click in the middle of a drag";
+}
+
+// A limit mark of no point: the drawing fails, which is no reason to stop, nor to ask at every paint.
+TEST_F(ChartTest, WhatCannotBePaintedIsKeptAndPaintedAgainOnRetry) {
+    Show(TableType::EX);
+    const auto whole = view.grab().toImage();
+    int kept = 0;
+    session.drawing.OnKept([&] { ++kept; });
+    session.gesture.kind = ChartGesture::Kind::Point;
+    session.table.Touch();
+    view.repaint();
+    view.repaint();
+    EXPECT_EQ(kept, 1);
+    EXPECT_EQ(view.grab().toImage().pixelColor(300, 175), ScreenColours(view.palette()).background);
+    session.gesture = {};
+    test.prompts.ExpectError("no such cell in an advance table", Answer::Retry);
+    session.drawing.Tell(session.steps);
+    EXPECT_EQ(view.grab().toImage(), whole);
+    EXPECT_EQ(kept, 1);
+}
+
 TEST_F(ChartTest, PaperGetsThePlotIntoItsRectangleAndNowhereElse) {
     Show(TableType::EX, Limit::Maximum);
     const QRect place(100, 200, 2000, 1200);

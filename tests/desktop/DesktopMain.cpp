@@ -1,4 +1,5 @@
-#include <QApplication>
+#include "app/Application.h"
+
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -10,6 +11,6 @@ int main(int argc, char** argv) {
     qputenv("XDG_CONFIG_HOME", settings.path().toLocal8Bit());
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);
-    const QApplication application(argc, argv);
+    const rv52::Application application(argc, argv);
     return RUN_ALL_TESTS();
 }

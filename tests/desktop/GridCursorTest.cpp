@@ -16,6 +16,16 @@ TEST_F(GridTest, HasNoCurrentCellAfterLoadingUntilAKeyOrAClick) {
     EXPECT_EQ(Editor(), nullptr);
     Key(Qt::Key_Down);
     EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {1, 8}, "30.0"}));
+    Show(TableType::RACE);
+    Key(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(Selection(), (GridRange{{1, 1}, {8, 16}}));
+    EXPECT_EQ(Cursor(), (GridCell{1, 1}));
+    EXPECT_EQ(grid.currentIndex(), grid.model()->index(0, 0)) << "the cell that the sheet says";
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {1, 8}, "30.0"}));
+    Type("5");
+    ASSERT_NE(Editor(), nullptr);
+    Key(Qt::Key_Return);
+    EXPECT_EQ(Text({1, 1}), "5");
     Show(TableType::EX);
     EXPECT_FALSE(grid.currentIndex().isValid());
     ClickCell({2, 16});

@@ -1,5 +1,7 @@
 #include "GridFixture.h"
+#include "table/GridCursor.h"
 
+#include <QClipboard>
 #include <QMessageBox>
 #include <QTimer>
 
@@ -10,6 +12,8 @@ TEST_F(GridTest, AcceptsATypedAdvanceHoweverTheEditEnds) {
     for (const auto& [text, key, cursor] : {std::tuple("12.34", Qt::Key_Return, GridCell{2, 3}),
                                             {"7", Qt::Key_Tab, {2, 4}},
                                             {"8", Qt::Key_Down, {3, 3}},
+                                            {"10", Qt::Key_PageUp, {1, 3}},
+                                            {"11", Qt::Key_PageDown, {8, 3}},
                                             {"9", Qt::Key_unknown, {1, 1}}}) {
         ClickCell({2, 3});
         Type(text);
@@ -29,6 +33,65 @@ TEST_F(GridTest, AcceptsATypedAdvanceHoweverTheEditEnds) {
     ClickCell({5, 5});
     QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, PlaceOf({5, 5}).center());
     EXPECT_EQ(Editor()->selectedText(), QStringLiteral("30.0"));
+}
+
+// Keys that go somewhere in the grid go nowhere while a cell is open in it, nor does anybody else.
+TEST_F(GridTest, TheCursorStaysWithItsOpenEditor) {
+    Show(TableType::RACE);
+    ClickCell({2, 3});
+    Type("44");
+    const struct {
+        Qt::Key key;
+        Qt::KeyboardModifiers keys;
+        int place;  // in the typed text
+    } stays[] = {{Qt::Key_Home, Qt::ControlModifier, 0},
+                 {Qt::Key_End, Qt::ControlModifier, 2},
+                 {Qt::Key_Left, Qt::ControlModifier, 0},
+                 {Qt::Key_Right, Qt::ControlModifier, 2},
+                 {Qt::Key_A, Qt::ControlModifier, 2},
+                 {Qt::Key_F2, {}, 2},
+                 {Qt::Key_Home, Qt::ControlModifier, 0},
+                 {Qt::Key_Insert, {}, 0},
+                 {Qt::Key_End, Qt::ControlModifier | Qt::ShiftModifier, 2}};
+    for (const auto& [key, keys, place] : stays) {
+        Key(key, keys);
+        ASSERT_TRUE(Editor() != nullptr && Editor()->hasFocus()) << key;
+        EXPECT_EQ(Editor()->cursorPosition(), place) << key;
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(1, 2)) << key;
+        EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {3, 7}, "30.0"})) << key;
+    }
+    EXPECT_EQ(Editor()->selectedText(), QStringLiteral("44"));
+    Type("46");
+    for (const Act& move : {Act([this] { grid.setCurrentIndex(grid.model()->index(5, 5)); }), Act([this] {
+                                MoveGridCursor(session, {6, 6});
+                            }),
+                            Act([] { Key(Qt::Key_PageDown, Qt::ControlModifier); })}) {
+        test.prompts.ExpectNotice("Advance must be numeric value between zero and 45 degrees.",
+                                  "Advance Edit", Icon::Critical);
+        move();
+        EXPECT_EQ(Cursor(), (GridCell{2, 3}));
+        EXPECT_EQ(Selection(), (GridRange{{2, 3}, {2, 3}}));
+        EXPECT_EQ(grid.currentIndex(), grid.model()->index(1, 2));
+        ASSERT_TRUE(Editor() != nullptr);
+    }
+    Type("12");
+    grid.setCurrentIndex(grid.model()->index(5, 5));
+    EXPECT_EQ(Text({2, 3}), "12");
+    EXPECT_EQ(Cursor(), (GridCell{6, 6}));
+    EXPECT_EQ(Editor(), nullptr);
+}
+
+TEST_F(GridTest, ACellFromAnotherProgramsClipboardIsItsNumber) {
+    Show(TableType::RACE);
+    for (const auto* copied : {"31\n", "32\r\n", "33\t", "34"}) {
+        ClickCell({2, 3});
+        Key(Qt::Key_F2);
+        QApplication::clipboard()->setText(QString::fromLatin1(copied));
+        Key(Qt::Key_V, Qt::ControlModifier);
+        Key(Qt::Key_Return);
+        EXPECT_EQ(Text({2, 3}), std::string(copied, 2));
+        EXPECT_EQ(Degrees({2, 3}), std::atoi(copied));
+    }
 }
 
 // Each way of ending an edit asks once, and the editor stays with its text selected.

@@ -11,6 +11,7 @@ namespace rv52::test {
 class GridTest : public WidgetTest {
  protected:
     GridTest() {
+        test.view.commit = [this] { return grid.CommitEditor(); };
         grid.setGeometry(0, 0, 592, 102);
         elsewhere.setGeometry(0, 200, 100, 30);
         window.resize(640, 260);
@@ -40,10 +41,13 @@ class GridTest : public WidgetTest {
     QWidget window;
     GridView grid{session, [](const auto& event) { event(); },
                   [this](const auto& command) {
-                      if (grid.CommitEditor()) command(session);
+                      ++commands;
+                      if (commandsRun && grid.CommitEditor()) command(session);
                   },
                   &window};
     QLineEdit elsewhere{&window};
+    bool commandsRun = true;
+    int commands = 0;
 };
 
 }  // namespace rv52::test

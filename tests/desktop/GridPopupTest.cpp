@@ -1,8 +1,11 @@
 #include "GridFixture.h"
 #include "table/GridCursor.h"
+#include "table/GridMenu.h"
 
 #include <QClipboard>
 #include <QMenu>
+#include <QStyle>
+#include <QStyleFactory>
 
 namespace rv52::test {
 
@@ -34,6 +37,37 @@ TEST_F(GridTest, OffersItsCommandsWhereTheyAreAskedFor) {
         EXPECT_EQ(Selection(), (GridRange{{2, 3}, {4, 5}}));
     }
     EXPECT_TRUE(paste.isEnabled());
+}
+
+TEST_F(GridTest, TheMenusItemsAnswerToTheirFirstLetters) {
+    auto& menu = Find<GridMenu>(grid, "mnuPopUpEdit3D");
+    Show(TableType::RACE);
+    const auto choose = [&](char letter, Qt::KeyboardModifiers keys = {}) {
+        const int before = commands;
+        menu.ShowAt(grid.mapToGlobal(QPoint(50, 50)));
+        QTest::keyClick(&menu, letter, keys);
+        EXPECT_EQ(menu.isVisible(), commands == before) << letter;
+        menu.close();
+        return commands - before;
+    };
+    EXPECT_EQ(choose('p'), 0) << "there is nothing to paste yet";
+    for (const auto& style : QStyleFactory::keys()) {
+        SCOPED_TRACE(FromQt(style));
+        auto* look = QStyleFactory::create(style);
+        look->setParent(&menu);
+        menu.setStyle(look);
+        SelectGridCells(session, {{2, 3}, {2, 3}}, {2, 3});
+        EXPECT_EQ(choose('c'), 1);
+        EXPECT_EQ(session.state.CopyBuffer, "30.0");
+        session.state.CopyBuffer = "12";
+        SelectGridCells(session, {{4, 4}, {4, 4}}, {4, 4});
+        EXPECT_EQ(choose('P', Qt::ShiftModifier), 1);
+        EXPECT_EQ(Text({4, 4}), "12");
+        commandsRun = false;
+        EXPECT_EQ(choose('m'), 1);
+        EXPECT_EQ(choose('x'), 0);
+        commandsRun = true;
+    }
 }
 
 TEST_F(GridTest, CopiesAndPastesByShortcutWithoutTheDesktopsClipboard) {

@@ -1,6 +1,7 @@
 #include "Hands.h"
 #include "module/ModParamsDialog.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -20,6 +21,10 @@ class ModParamsTest : public WidgetTest {
     QSlider& Slider(const std::string& setting) const { return Find<QSlider>(*dialog, "sld" + setting); }
     std::string Label(const std::string& setting) const {
         return FromQt(Find<QLabel>(*dialog, "lbl" + setting + "Val").text());
+    }
+    // What a screen reader says of the slider.
+    std::string Spoken(const std::string& setting) const {
+        return FromQt(QAccessible::queryAccessibleInterface(&Slider(setting))->text(QAccessible::Value));
     }
     QLineEdit& Vss() const { return Find<QLineEdit>(*dialog, "txtVSSFreq"); }
     void TypeVss(const char* text) const {
@@ -50,6 +55,7 @@ TEST_F(ModParamsTest, OpensOnTheParametersAndIsUsableByKeyboardAlone) {
                                                   {"CrankRevs", 1, "2"}}) {
         EXPECT_EQ(Slider(setting).value(), position) << setting;
         EXPECT_EQ(Label(setting), text);
+        EXPECT_EQ(Spoken(setting), text) << "also of 5750, which is between two positions";
     }
     EXPECT_TRUE(Find<QCheckBox>(*dialog, "chkTachEnable").isChecked());
     EXPECT_EQ(Vss().text(), QStringLiteral("1000"));
@@ -79,7 +85,7 @@ TEST_F(ModParamsTest, SlidersRaiseTheirValueUpwards) {
         Slider(setting).setFocus();
         Key(key);
         EXPECT_EQ(Label(setting), shown);
-        EXPECT_EQ(FromQt(Slider(setting).accessibleDescription()), shown);
+        EXPECT_EQ(Spoken(setting), shown);
     }
     EXPECT_EQ(std::tuple(parameters.RPMLimit, parameters.CrankRevs, parameters.RearOffset),
               std::tuple(3000, 3, -3));
@@ -164,6 +170,36 @@ TEST_F(ModParamsTest, ValidatesTheVssFrequencyHoweverTheFocusLeaves) {
         EXPECT_EQ(parameters.VSSFreq, 910);
     }
     EXPECT_TRUE(parameters.TachEnableFlag) << "the click that left the box has done its own work too";
+}
+
+TEST_F(ModParamsTest, TheVssMessageComesBeforeWhatTheClickThatLeftTheBoxAsks) {
+    Open();
+    TypeVss("abc");
+    test.prompts.ExpectNotice("Value must be greater than or equal to 910", "VSS Frequency");
+    test.prompts.ExpectNotice("Selecting this option disables any advance table that you upload to EEPROM.",
+                              "Advance Table Options");
+    Click(Part("optFLASHAdvTable"));
+    EXPECT_TRUE(test.prompts.Done());
+    EXPECT_EQ(parameters.VSSFreq, 910);
+    EXPECT_FALSE(parameters.SelEEPROMTblFlag);
+}
+
+TEST_F(ModParamsTest, AKeyThatClosesTheDialogWithTheButtonStillDownLosesNoTypedValue) {
+    std::int16_t typed = 1000;
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+        Open();
+        TypeVss(std::to_string(++typed).c_str());
+        auto& slider = Slider("CrankRevs");
+        const QPoint at = slider.mapTo(dialog.get(), slider.rect().center());
+        QTest::mousePress(dialog->windowHandle(), Qt::LeftButton, {}, at);
+        EXPECT_FALSE(Vss().hasFocus());
+        Key(key);
+        EXPECT_FALSE(dialog->isVisible());
+        EXPECT_EQ(parameters.VSSFreq, typed);
+        QTest::mouseRelease(dialog->windowHandle(), Qt::LeftButton, {}, at);
+        QTest::qWait(0);
+        EXPECT_EQ(parameters.VSSFreq, typed);
+    }
 }
 
 TEST_F(ModParamsTest, KeepsItsDesignSizeAndCutsNothingAtLargerFonts) {

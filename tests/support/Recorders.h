@@ -16,11 +16,12 @@ class RecordingView : public TableView {
  public:
     void Show() override { shown = true; }
     void Hide() override { shown = false; }
-    bool CommitEditor() override { return editorAccepts; }
+    bool CommitEditor() override { return commit ? commit() : editorAccepts; }
     void AbandonEditor() override { ++abandoned; }
 
     bool shown = false;
     bool editorAccepts = true;
+    std::function<bool()> commit;  // in the place of editorAccepts
     int abandoned = 0;
 };
 

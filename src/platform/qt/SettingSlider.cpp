@@ -1,5 +1,6 @@
 #include "platform/qt/SettingSlider.h"
 
+#include <QAccessibleWidget>
 #include <QStyleOptionSlider>
 #include <QStylePainter>
 
@@ -19,10 +20,45 @@ void DrawTicks(QStylePainter& painter, QStyleOptionSlider option) {
     painter.drawComplexControl(QStyle::CC_Slider, option);
 }
 
+class SpokenSlider : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+    explicit SpokenSlider(SettingSlider& slider)
+        : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type != QAccessible::ValueInterface) return QAccessibleWidget::interface_cast(type);
+        return static_cast<QAccessibleValueInterface*>(this);
+    }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? QString::number(slider_.Shown()) : QAccessibleWidget::text(kind);
+    }
+
+    QVariant currentValue() const override { return slider_.Shown(); }
+    void setCurrentValue(const QVariant& value) override {
+        slider_.setValue(slider_.Scale().PositionOf(value.toDouble()));
+    }
+    QVariant maximumValue() const override { return slider_.Scale().ValueAt(slider_.minimum()); }
+    QVariant minimumValue() const override { return slider_.Scale().ValueAt(slider_.maximum()); }
+    QVariant minimumStepSize() const override { return slider_.Scale().unit; }
+
+ private:
+    SettingSlider& slider_;
+};
+
+QAccessibleInterface* SpeakFor(const QString&, QObject* object) {
+    auto* slider = qobject_cast<SettingSlider*>(object);
+    return slider == nullptr ? nullptr : new SpokenSlider(*slider);
+}
+
 }  // namespace
 
 SettingSlider::SettingSlider(const char* name, const QString& accessibleName, QWidget* parent)
     : QSlider(Qt::Vertical, parent) {
+    static const bool spoken = [] {
+        QAccessible::installFactory(SpeakFor);
+        return true;
+    }();
+    Q_UNUSED(spoken)
     setObjectName(QLatin1String(name));
     setAccessibleName(accessibleName);
     setInvertedAppearance(true);
@@ -30,12 +66,22 @@ SettingSlider::SettingSlider(const char* name, const QString& accessibleName, QW
     setSingleStep(1);
 }
 
-void SettingSlider::SetPositions(int first, int last, int pageStep) {
-    setRange(first, last);
-    setPageStep(pageStep);
+void SettingSlider::SetScale(const SliderScale& scale) {
+    scale_ = scale;
+    setRange(scale.first, scale.last);
+    setPageStep(scale.pageStep);
     setTickPosition(TicksBothSides);
     constexpr int mostTicks = 20;
-    setTickInterval(last - first > mostTicks ? pageStep : 1);
+    setTickInterval(scale.last - scale.first > mostTicks ? scale.pageStep : 1);
+}
+
+void SettingSlider::Tell(int shown) {
+    const int before = Shown();
+    shown_ = shown;
+    shownAt_ = value();
+    if (shown == before) return;
+    QAccessibleValueChangeEvent changed(this, shown);
+    QAccessible::updateAccessibility(&changed);
 }
 
 void SettingSlider::paintEvent(QPaintEvent*) {

@@ -125,6 +125,32 @@ TEST_F(ChartEditingTest, TheReleaseOfADoubleClickIsNotTheEndOfADrag) {
     EXPECT_EQ(Degrees(Cell{6, 6}), 25);
 }
 
+TEST_F(ChartEditingTest, ADoubleClickInTheMiddleOfADragLeavesGridAndTableAgreeing) {
+    ShowFlat(TableType::RACE, 20);
+    Gesture(PressKey::Plain, Cell{6, 6}, 25, ChartDoubleClick);
+    EXPECT_EQ(Text(Cell{6, 6}), "25.0");
+    EXPECT_TRUE(session.gesture.ReleaseSuppressed);
+}
+
+TEST_F(ChartEditingTest, APressThatWasAbandonedDragsNothing) {
+    ShowFlat(TableType::RACE, 20);
+    for (const auto key : {PressKey::Plain, PressKey::Shift}) {
+        int asked = 0;
+        test.view.commit = [&] {
+            if (++asked == 2) throw Failure("no grid");
+            return true;
+        };
+        MoveGridCursor(session, {1, 1});
+        asked = 0;
+        prompts.ExpectError("no grid", Answer::Abort);
+        ChartPress(session, key, Cell{6, 6});
+        EXPECT_EQ(session.gesture.kind, ChartGesture::Kind::None);
+        ChartDrag(session, 30);
+        ChartRelease(session);
+        ExpectFlat(20);
+    }
+}
+
 TEST_F(ChartEditingTest, NothingStartsWithoutATableOrWhileACommandRuns) {
     Gesture(PressKey::Plain, std::nullopt, 3);
     ShowFlat(TableType::RACE, 20);

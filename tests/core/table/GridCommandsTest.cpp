@@ -22,7 +22,8 @@ class GridCommandsTest : public Desk {
     void Select(GridCell first, GridCell last) { SelectGridCells(session, {first, last}, last); }
     void Select(GridCell at) { Select(at, at); }
 
-    void Modify(std::string answer) {
+    void Modify(
+        std::string answer, const std::function<void()>& expectMore = [] {}) {
         prompts.ExpectText({"Enter a new value. See examples below or Help for details.\r\n"
                             "   Enter 30 to set all cells in selection to 30\r\n"
                             "   Enter -5 to subtract 5 from each cell in selection\r\n"
@@ -32,6 +33,7 @@ class GridCommandsTest : public Desk {
                             "   Enter +15% to increase each cell in selection by 15%",
                             "Modify Selection", ""},
                            std::move(answer));
+        expectMore();
         mnuPopUpModify3D_Click(session);
     }
     void Copy(GridCell first, GridCell last) {
@@ -208,6 +210,41 @@ TEST_F(GridCommandsTest, NothingChangesOnHeadersOrWithoutACopy) {
     EXPECT_EQ(session.state.CopyBuffer, "");
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 30));
     EXPECT_EQ(Text(GridCell{0, 1}), "0");
+}
+
+// A table of eleven rows on the screen, one of eight in the store: a failed download leaves it so. The
+// failure comes with half of the cells changed, and Retry has to bring what the first try would have brought.
+TEST_F(GridCommandsTest, ARetryStartsFromTheTextsBeforeTheCommand) {
+    for (const bool modify : {true, false}) {
+        ShowFlat(TableType::EX, 10);
+        session.state.CopyBuffer = "7";
+        Select({2, 3}, {11, 3});
+        session.table.Replace(FlatTable(TableType::RACE, 10));
+        prompts.whileOpen = [&] {
+            if (Text(GridCell{2, 3}) != "10.0") session.table.Replace(FlatTable(TableType::EX, 10));
+        };
+        if (!modify) prompts.ExpectError("no such cell in an advance table", Answer::Retry);
+        if (modify) {
+            Modify("+10%", [&] { prompts.ExpectError("no such cell in an advance table", Answer::Retry); });
+        } else {
+            mnuPopupPaste3D_Click(session);
+        }
+        for (const int row : {2, 8, 11})
+            ExpectCell({row, 3}, modify ? "11.0" : "7", modify ? 11 : 7);
+        prompts.whileOpen = {};
+    }
+}
+
+// The cursor stays where a refused text is, whoever wants to move it.
+TEST_F(GridCommandsTest, TheCursorLeavesNoCellUnderEdit) {
+    ShowFlat(TableType::RACE, 30);
+    Select({2, 3});
+    test.view.editorAccepts = false;
+    EXPECT_FALSE(MoveGridCursor(session, {5, 5}));
+    EXPECT_FALSE(SelectGridCells(session, {{1, 1}, {8, 16}}, {1, 1}));
+    EXPECT_TRUE(SelectGridCells(session, {{2, 3}, {4, 4}}, {2, 3}));
+    EXPECT_EQ(session.sheet.Cursor(), (GridCell{2, 3}));
+    EXPECT_EQ(session.chart.Label().at, (Cell{3, 7}));
 }
 
 // Whatever is done to a table in whatever order, each cell's text and value say the same: the text is the

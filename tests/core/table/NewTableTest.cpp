@@ -1,5 +1,6 @@
 #include "core/Desk.h"
 #include "table/NewTable.h"
+#include "table/Numbers.h"
 
 #include <limits>
 #include <tuple>
@@ -99,6 +100,10 @@ TEST_F(NewTableTest, CreatesAndShowsTheTable) {
                 newTable.AdvSlope = static_cast<std::int16_t>(advSlope);
                 newTable.InitTiming = static_cast<std::int16_t>(initTiming);
                 CreateNewTable(session, newTable);
+                const double degrees = session.table.Table().GetCell(CellAt({3, 3}, session.state.TableType));
+                EXPECT_EQ(session.chart.Label(),
+                          (ValueLabel{true, CellAt({3, 3}, session.state.TableType), FormatTenths(degrees)}))
+                    << "at every Update";
                 return session.table.Table();
             };
             EXPECT_EQ(create(9, 5), newTable.MaxTable);
