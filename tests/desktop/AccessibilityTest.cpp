@@ -27,6 +27,7 @@ class Tree {
             const bool called = qobject_cast<const QAbstractButton*>(object) != nullptr ||
                                 qobject_cast<const QAction*>(object) != nullptr;
             EXPECT_FALSE(called && object->objectName().isEmpty()) << FromQt(name);
+            CheckValue(*at, FromQt(name));
         }
     }
 
@@ -38,13 +39,27 @@ class Tree {
             if (at->role() == role) names.push_back(FromQt(at->text(QAccessible::Name)));
         return names;
     }
+    QAccessibleInterface& Of(const char* object) const {
+        for (auto* at : all_)
+            if (at->object() != nullptr && at->object()->objectName() == QLatin1String(object)) return *at;
+        throw std::runtime_error("nothing is called " + std::string(object));
+    }
     // Of the object called so.
     std::string Text(const char* object, QAccessible::Text kind = QAccessible::Name) const {
-        for (auto* at : all_)
-            if (at->object() != nullptr && at->object()->objectName() == QLatin1String(object))
-                return FromQt(at->text(kind));
-        return "nothing is called so";
+        return FromQt(Of(object).text(kind));
     }
+    // "now of lowest to highest, by step", as a tool that reads the screen can say of what has a value.
+    std::string Value(const char* object) const {
+        auto* value = Of(object).valueInterface();
+        if (value == nullptr) return "no value";
+        const auto say = [](const QVariant& number) { return FromQt(number.toString()); };
+        return say(value->currentValue()) + " of " + say(value->minimumValue()) + " to " +
+               say(value->maximumValue()) + ", by " + say(value->minimumStepSize());
+    }
+    void SetValue(const char* object, int value) const {
+        Of(object).valueInterface()->setCurrentValue(value);
+    }
+    bool Checked(const char* object) const { return Of(object).state().checked; }
 
  private:
     void Collect(QAccessibleInterface* at) {
@@ -52,6 +67,14 @@ class Tree {
         all_.push_back(at);
         for (int child = 0; child < at->childCount(); ++child)
             Collect(at->child(child));
+    }
+    // A value is said as it is shown, and lies within what is said of its range.
+    static void CheckValue(QAccessibleInterface& at, const std::string& name) {
+        const auto* value = at.valueInterface();
+        if (value == nullptr || at.role() == QAccessible::ScrollBar || at.state().invisible) return;
+        EXPECT_EQ(at.text(QAccessible::Value), value->currentValue().toString()) << name;
+        EXPECT_LE(value->minimumValue().toDouble(), value->currentValue().toDouble()) << name;
+        EXPECT_GE(value->maximumValue().toDouble(), value->currentValue().toDouble()) << name;
     }
     // What only holds other things, or can be used without a name.
     static bool NeedsNoName(const QAccessibleInterface& at) {
@@ -189,11 +212,55 @@ TEST_F(AccessibilityTest, TheDialogsAreNamed) {
               EXPECT_EQ(box.Named(QAccessible::ComboBox), (Names{"PDF document", "A4", "Automatic"}));
               EXPECT_EQ(box.Named(QAccessible::Button), (Names{"OK", "Cancel"}));
           });
+}
+
+TEST_F(AccessibilityTest, TheParametersDialogSaysWhatItShowsAndCanBeSet) {
+    auto& parameters = State().ModuleParameters;
+    parameters = {.InitialTiming = -3,
+                  .RearOffset = 4,
+                  .CrankRevs = 2,
+                  .RPMLimit = 5750,
+                  .VSSFreq = 1000,
+                  .FixedLimFlag = true,
+                  .SelEEPROMTblFlag = false,
+                  .FixedInitialTmgFlag = true,
+                  .TachEnableFlag = false};
     InBox([this] { robot_->Choose("mnuEdit", "mnuEditModParams"); },
-          [](const Tree& box) { EXPECT_GT(box.Size(), 20u); });
-    robot_->ExpectInput("Race");
+          [&](const Tree& box) {
+              EXPECT_EQ(box.Value("sldRPMLimit"), "5750 of 3000 to 9900, by 100");
+              EXPECT_EQ(box.Value("sldInitTiming"), "-3 of -5 to 5, by 1");
+              EXPECT_EQ(box.Value("sldRearOffset"), "4 of -5 to 5, by 1");
+              EXPECT_EQ(box.Value("sldCrankRevs"), "2 of 0 to 3, by 1");
+              for (const std::string setting : {"RPMLimit", "InitTiming", "RearOffset", "CrankRevs"})
+                  EXPECT_EQ(box.Text(("lbl" + setting + "Val").c_str()),
+                            box.Text(("sld" + setting).c_str(), QAccessible::Value));
+              EXPECT_EQ(box.Text("txtVSSFreq", QAccessible::Value), "1000");
+              EXPECT_TRUE(box.Checked("optFLASHAdvTable") && box.Checked("chkFixedRPMLimit"));
+              EXPECT_FALSE(box.Checked("optEEPROMAdvTable") || box.Checked("chkTachEnable"));
+              box.SetValue("sldRPMLimit", 6449);
+              box.SetValue("sldInitTiming", 5);
+              box.SetValue("sldCrankRevs", -100);
+              EXPECT_EQ(box.Value("sldRPMLimit"), "6400 of 3000 to 9900, by 100");
+              EXPECT_EQ(box.Text("lblRPMLimitVal"), "6400");
+          });
+    EXPECT_EQ(std::tuple(parameters.RPMLimit, parameters.InitialTiming, parameters.CrankRevs),
+              std::tuple(6400, 5, 0));
+}
+
+TEST_F(AccessibilityTest, TheNewTableDialogSaysWhatItShowsAndCanBeSet) {
+    robot_->ExpectInput("EX");
     InBox([this] { robot_->Choose("mnuFile", "mnuNewTable"); },
-          [](const Tree& box) { EXPECT_GT(box.Size(), 5u); });
+          [](const Tree& box) {
+              for (const auto* slider : {"sldInitTiming", "sldAdvSlope"})
+                  EXPECT_EQ(box.Value(slider), "0 of 0 to 9, by 1") << slider;
+              box.SetValue("sldAdvSlope", 7);
+              EXPECT_EQ(box.Value("sldAdvSlope"), "7 of 0 to 9, by 1");
+              box.SetValue("sldInitTiming", 9);
+              EXPECT_EQ(box.Value("sldInitTiming"), "5 of 0 to 9, by 1") << "where it ends for EX";
+              for (const std::string setting : {"InitTiming", "AdvSlope"})
+                  EXPECT_EQ(box.Text(("lbl" + setting + "Val").c_str()),
+                            box.Text(("sld" + setting).c_str(), QAccessible::Value));
+          });
 }
 
 }  // namespace rv52::test

@@ -64,6 +64,39 @@ TEST_F(MainWindowTest, ShowsNothingBeforeTheSplashIsGoneAndThenNoTable) {
     EXPECT_EQ(Window().windowHandle()->title(), QStringLiteral("Corvane RV52 - my [*] table.tbl"));
 }
 
+// The chart cannot be painted, for a limit mark of no point; nor can another widget. Nobody but the user is
+// asked, once for each, and out of the painting.
+TEST_F(MainWindowTest, AsksOnceAboutWhatCannotBePainted) {
+    Start();
+    AdvanceTable table(TableType::EX);
+    Running().state.TableType = TableType::EX;
+    Running().table.Replace(table);
+    LoadChartTemplate(Running(), TableType::EX);
+    SetUpTableGrid(Running(), TableType::EX);
+    FillAndShowTable(Running(), {0, 0});
+    Running().gesture.kind = ChartGesture::Kind::Point;
+    Running().table.Touch();
+    robot_->Expect("the failure box", [this](QWidget& box) {
+        Running().gesture = {};
+        Find<QAbstractButton>(box, "cmdRetry").click();
+    });
+    QTest::qWait(50);
+    EXPECT_TRUE(robot_->Done());
+
+    struct Unpaintable : QWidget {
+        using QWidget::QWidget;
+        void paintEvent(QPaintEvent*) override { throw Failure("no colours"); }
+    };
+    Unpaintable patch(&Window());
+    patch.resize(50, 50);
+    robot_->ExpectBox("no colours", "cmdIgnore");
+    patch.show();
+    QTest::qWait(50);
+    patch.repaint();
+    QTest::qWait(50);
+    EXPECT_TRUE(robot_->Done());
+}
+
 TEST_F(MainWindowTest, OpensTheTableOfTheCommandLineOnceTheWindowIsInItsPlace) {
     const TemporaryFolder folder;
     CommandLine options;
