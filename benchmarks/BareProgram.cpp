@@ -1,4 +1,4 @@
-#include "app/Layout.h"
+#include "app/state/WindowLayout.h"
 #include "platform/qt/Twips.h"
 
 #include <QApplication>

@@ -3,12 +3,12 @@
 #include "Samples.h"
 #include "ShownProgram.h"
 #include "WholeProcess.h"
-#include "chart/ChartPainter.h"
-#include "chart/ChartView.h"
-#include "chart/SurfacePainter.h"
-#include "table/GridCursor.h"
-#include "table/NewTable.h"
-#include "table/SelectionCommands.h"
+#include "chart/ui/ChartPainter.h"
+#include "chart/ui/ChartView.h"
+#include "chart/ui/SurfacePainter.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/NewTable.h"
+#include "table/commands/SelectionCommands.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -4,12 +4,12 @@
 #include "Samples.h"
 #include "module/EepromImage.h"
 #include "platform/qt/QtFiles.h"
-#include "table/GridCursor.h"
-#include "table/NewTable.h"
-#include "table/SelectionCommands.h"
 #include "table/TableBlock.h"
-#include "table/TableDisplay.h"
 #include "table/TableFile.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/NewTable.h"
+#include "table/commands/SelectionCommands.h"
+#include "table/commands/TableDisplay.h"
 
 #include <filesystem>
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "app/state/WindowPorts.h"
 #include "platform/Printer.h"
 #include "platform/Prompts.h"
 #include "platform/Storage.h"
-#include "platform/Views.h"
 
 namespace rv52::bench {
 

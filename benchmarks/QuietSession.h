@@ -1,7 +1,7 @@
 #pragma once
 
 #include "QuietPorts.h"
-#include "app/Session.h"
+#include "app/state/Session.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/qt/QtFiles.h"
 #include "table/LimitTables.h"
-#include "table/NewTable.h"
+#include "table/commands/NewTable.h"
 
 #include <filesystem>
 #include <stdexcept>

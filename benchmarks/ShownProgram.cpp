@@ -2,7 +2,7 @@
 
 #include "Samples.h"
 #include "app/StartUp.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <QCoreApplication>
 

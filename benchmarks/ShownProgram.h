@@ -1,8 +1,8 @@
 #pragma once
 
 #include "QuietPorts.h"
-#include "app/MainWindow.h"
-#include "app/Session.h"
+#include "app/state/Session.h"
+#include "app/ui/MainWindow.h"
 #include "platform/ComDevices.h"
 #include "platform/qt/QtFiles.h"
 #include "platform/qt/SerialLine.h"

@@ -1,8 +1,8 @@
 #include "SimulatedLine.h"
 
-#include "link/WireProtocol.h"
+#include "platform/Line.h"
 #include "platform/linux/ChildLife.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QCoreApplication>
 

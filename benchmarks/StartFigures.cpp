@@ -1,9 +1,9 @@
 #include "Groups.h"
 #include "Samples.h"
 #include "WholeProcess.h"
-#include "module/ModuleParameters.h"
 #include "platform/qt/QtFiles.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
+#include "table/ModuleParameters.h"
 #include "table/TableFile.h"
 
 #include <QFile>

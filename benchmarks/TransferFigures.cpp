@@ -3,10 +3,10 @@
 #include "Samples.h"
 #include "ShownProgram.h"
 #include "SimulatedLine.h"
-#include "link/LinkProcedures.h"
-#include "link/WireProtocol.h"
+#include "link/commands/LinkProcedures.h"
 #include "module/EepromImage.h"
-#include "table/TableDisplay.h"
+#include "platform/Line.h"
+#include "table/commands/TableDisplay.h"
 
 #include <QTimer>
 

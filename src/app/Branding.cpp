@@ -1,7 +1,7 @@
 #include "app/Branding.h"
 
 #include "platform/CodePage.h"
-#include "table/Text.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
-#include "link/PortSetup.h"
-#include "platform/OneLine.h"
+#include "platform/ComDevices.h"
+#include "platform/Text.h"
 
 #include <charconv>
 #include <string_view>

@@ -1,10 +1,10 @@
 #include "app/Commands.h"
 
 #include "app/Branding.h"
-#include "app/FormResize.h"
-#include "app/Session.h"
-#include "chart/ChartEditing.h"
-#include "table/FileCommands.h"
+#include "app/state/FormResize.h"
+#include "app/state/Session.h"
+#include "chart/commands/ChartEditing.h"
+#include "table/commands/FileCommands.h"
 
 namespace rv52 {
 

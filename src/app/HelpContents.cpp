@@ -1,6 +1,6 @@
 #include "app/HelpContents.h"
 
-#include "table/Text.h"
+#include "platform/Text.h"
 
 #include <array>
 #include <utility>

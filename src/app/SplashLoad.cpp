@@ -1,10 +1,10 @@
 #include "app/SplashLoad.h"
 
 #include "app/Branding.h"
-#include "app/Session.h"
+#include "app/state/Session.h"
 #include "platform/Failure.h"
+#include "platform/Text.h"
 #include "table/Numbers.h"
-#include "table/Text.h"
 
 #include <cmath>
 

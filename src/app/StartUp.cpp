@@ -1,12 +1,12 @@
 #include "app/StartUp.h"
 
-#include "app/FormResize.h"
-#include "app/Session.h"
-#include "link/LineErrors.h"
-#include "link/PortSetup.h"
+#include "app/state/FormResize.h"
+#include "app/state/Session.h"
+#include "link/commands/LineErrors.h"
+#include "link/commands/PortSetup.h"
 #include "platform/Failure.h"
 #include "table/LimitTables.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 namespace rv52 {
 

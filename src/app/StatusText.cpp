@@ -1,11 +1,11 @@
 #include "app/StatusText.h"
 
-#include "app/AppState.h"
-#include "link/ModuleDialogue.h"
-#include "link/PortSetup.h"
-#include "table/GridSheet.h"
+#include "app/state/AppState.h"
+#include "app/state/GridSheet.h"
+#include "app/state/TableStore.h"
+#include "link/commands/ModuleDialogue.h"
+#include "platform/ComDevices.h"
 #include "table/Numbers.h"
-#include "table/TableStore.h"
 
 namespace rv52 {
 

@@ -1,8 +1,8 @@
 #include "chart/ChartTemplate.h"
 
+#include "platform/Text.h"
 #include "table/AdvanceTable.h"
 #include "table/Numbers.h"
-#include "table/Text.h"
 
 #include <charconv>
 #include <cmath>

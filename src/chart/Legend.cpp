@@ -33,7 +33,7 @@ class Builder {
         bandHeight_ = std::min(std::max(kBandHeight * em_, kLeastShare * chart.height / bands_),
                                kMostShare * chart.height / bands_);
         left_ = legend_.column.left + kGap * em_;
-        bottom_ = chart.Centre().y + bandHeight_ * bands_ / 2;
+        bottom_ = CentreOf(chart).y + bandHeight_ * bands_ / 2;
     }
 
     Legend Build(OutsideValues outside) {

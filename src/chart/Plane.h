@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Rectangle.h"
+
 #include <array>
 
 namespace rv52 {
@@ -33,26 +35,14 @@ struct Extent {
     double height = 0;
 };
 
-struct Area {
-    double left = 0;
-    double top = 0;
-    double width = 0;
-    double height = 0;
-
-    constexpr double Right() const { return left + width; }
-    constexpr double Bottom() const { return top + height; }
-    constexpr Point Centre() const { return {left + width / 2, top + height / 2}; }
-
-    constexpr bool Contains(const Area& other) const {
-        return other.left >= left && other.top >= top && other.Right() <= Right() &&
-               other.Bottom() <= Bottom();
-    }
-    // Whether less than these gaps lies between the two.
-    constexpr bool Meets(const Area& other, double across, double down) const {
-        return left < other.Right() + across && other.left < Right() + across &&
-               top < other.Bottom() + down && other.top < Bottom() + down;
-    }
+struct DrawnUnit {
+    using Length = double;
 };
+using Area = Rectangle<DrawnUnit>;
+
+constexpr Point CentreOf(const Area& area) {
+    return {area.left + area.width / 2, area.top + area.height / 2};
+}
 
 // Whether an upright rectangle and a four-cornered, convex outline have anything in common.
 bool Overlap(const Area& area, const std::array<Point, 4>& outline);

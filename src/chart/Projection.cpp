@@ -29,7 +29,7 @@ Projection::Projection(const Viewpoint& viewpoint, const Area& area)
                     std::max(1.0, area.height) / (floorAway * sinElevation_ + height)};
     scale_ =
         Point{std::min(fit.x, kMostStretch * fit.y), std::min(fit.y, kMostStretch * fit.x)} * viewpoint.zoom;
-    const Point centre = area.Centre() + Point{viewpoint.pan.x * area.width, viewpoint.pan.y * area.height};
+    const Point centre = CentreOf(area) + Point{viewpoint.pan.x * area.width, viewpoint.pan.y * area.height};
     origin_ = centre + Point{0, scale_.y * height / 2};
 }
 

@@ -25,5 +25,22 @@ Viewpoint Turned(Viewpoint from, double azimuth, double elevation);
 Viewpoint Panned(Viewpoint from, Point distance, const Area& area);
 // What lies at this place stays there, unless a bound of zoom or pan is reached.
 Viewpoint ZoomedAt(Viewpoint from, double factor, Point place, const Area& area);
+// After so many notches of the wheel with the pointer at a place.
+Viewpoint ViewpointAfterWheel(double notches, Point pointer, const Viewpoint& from, const Area& plot);
+
+// Turning or shifting the plot with the mouse: a drag from one place to the next.
+class PlotDrag {
+ public:
+    enum class Kind { Turn, Shift };
+
+    PlotDrag(Kind kind, Point mouse) : kind_(kind), mouse_(mouse) {}
+
+    // The plot's area is what the distance of a shift is measured in.
+    Viewpoint MovedTo(Point mouse, const Viewpoint& from, const Area& plot);
+
+ private:
+    Kind kind_;
+    Point mouse_;
+};
 
 }  // namespace rv52

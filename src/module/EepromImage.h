@@ -1,8 +1,8 @@
 #pragma once
 
-#include "module/EepromBuffer.h"
-#include "module/ModuleParameters.h"
+#include "module/EepromMap.h"
 #include "table/AdvanceTable.h"
+#include "table/ModuleParameters.h"
 
 namespace rv52 {
 

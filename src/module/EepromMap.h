@@ -3,6 +3,7 @@
 #include "table/TableType.h"
 
 #include <array>
+#include <cstdint>
 #include <span>
 
 namespace rv52 {
@@ -13,6 +14,9 @@ struct EepromAddress {
 
     bool operator==(const EepromAddress&) const = default;
 };
+
+// The PC's image of the module's EEPROM, as bytes.
+using EepromBuffer = std::array<std::uint8_t, 512>;
 
 // The buffer mirrors the module's EEPROM from this address on.
 constexpr EepromAddress kImageStart{16};

@@ -2,6 +2,10 @@
 
 namespace rv52 {
 
+std::string CommPortName(int commPort) {
+    return "Com" + std::to_string(commPort);
+}
+
 std::string ComDevices::DeviceOf(int commPort) const {
     if (const auto chosen = overrides_.find(commPort); chosen != overrides_.end())
         return chosen->second.device;

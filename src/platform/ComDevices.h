@@ -5,6 +5,11 @@
 
 namespace rv52 {
 
+constexpr int kHighestCommPort = 255;
+
+// "Com1" to "Com255".
+std::string CommPortName(int commPort);
+
 // Which serial device ComN is on this machine. On Linux Com1 to Com32 are /dev/ttyS0 to 31, Com33 to Com64
 // /dev/ttyUSB0 to 31, Com65 to Com96 /dev/ttyACM0 to 31; the others have no device of their own. On Windows
 // ComN is the system's own.

@@ -6,6 +6,15 @@
 
 namespace rv52 {
 
+// The fixed line settings "56000,N,8,1", no flow control, DTR asserted, RTS not.
+struct SerialSettings {
+    static constexpr int kBitsPerSecond = 56000;  // not 57600
+    static constexpr int kBitsPerByte = 10;       // start bit, 8 data bits, 1 stop bit; no parity
+    static constexpr bool kDataTerminalReady = true;
+    static constexpr bool kRequestToSend = false;
+    static constexpr int kReceiveBuffer = 256;  // bytes
+};
+
 // The six line conditions that are errors.
 enum class LineCondition { Framing, HardwareOverrun, ReceiveOverflow, Parity, TransmitFull, ControlBlock };
 
@@ -25,7 +34,7 @@ class Line {
     virtual ~Line() = default;
 
     virtual bool IsOpen() const = 0;
-    // Opens ComN with the fixed settings of WireProtocol.h. Only while closed. From the first open on, nobody
+    // Opens ComN with the fixed SerialSettings. Only while closed. From the first open on, nobody
     // else who talks to modules gets the device, closed or not, until EndHold.
     virtual void Open(int commPort) = 0;
     // Safe at any time.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Rectangle.h"
+
 #include <string>
 #include <vector>
 
@@ -28,16 +30,6 @@ struct PrintPage {
     double height = 0;
     double twipsPerPixelX = 1;
     double twipsPerPixelY = 1;
-};
-
-// A place on the printable area in the device's pixels.
-struct PixelRectangle {
-    int left = 0;
-    int top = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const PixelRectangle&) const = default;
 };
 
 // Where jobs go.

@@ -1,6 +1,6 @@
 #include "platform/SettingsText.h"
 
-#include "table/Text.h"
+#include "platform/Text.h"
 
 #include <algorithm>
 

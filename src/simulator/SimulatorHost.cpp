@@ -1,7 +1,7 @@
 #include "simulator/SimulatorHost.h"
 
-#include "link/WireProtocol.h"
 #include "platform/Failure.h"
+#include "platform/Line.h"
 
 #include <algorithm>
 #include <cstdio>

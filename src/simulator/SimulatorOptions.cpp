@@ -1,6 +1,6 @@
 #include "simulator/SimulatorOptions.h"
 
-#include "platform/OneLine.h"
+#include "platform/Text.h"
 #include "simulator/FaultText.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "simulator/VirtualLine.h"
 
-#include "link/WireProtocol.h"
 #include "platform/Failure.h"
+#include "platform/Line.h"
 
 #include <algorithm>
 #include <stdexcept>

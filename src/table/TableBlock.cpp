@@ -1,7 +1,7 @@
 #include "table/TableBlock.h"
 
+#include "platform/Text.h"
 #include "table/Numbers.h"
-#include "table/Text.h"
 
 #include <algorithm>
 #include <array>

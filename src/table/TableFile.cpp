@@ -1,9 +1,9 @@
 #include "table/TableFile.h"
 
 #include "platform/Failure.h"
+#include "platform/Text.h"
 #include "table/Numbers.h"
 #include "table/TableBlock.h"
-#include "table/Text.h"
 
 #include <array>
 #include <cstdint>

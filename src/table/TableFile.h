@@ -1,7 +1,7 @@
 #pragma once
 
-#include "module/ModuleParameters.h"
 #include "table/AdvanceTable.h"
+#include "table/ModuleParameters.h"
 
 #include <cstddef>
 #include <string>

@@ -1,6 +1,6 @@
 #include "tour/Album.h"
 
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QImage>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "tour/Robot.h"
 
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,9 +1,9 @@
 #include "tour/Tour.h"
 
-#include "app/DesktopProgram.h"
-#include "app/HelpWindow.h"
-#include "platform/qt/Text.h"
-#include "table/GridView.h"
+#include "app/ui/DesktopProgram.h"
+#include "app/ui/HelpWindow.h"
+#include "platform/qt/QtText.h"
+#include "table/ui/GridView.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "table/GridSheet.h"
+#include "app/state/GridSheet.h"
 #include "tour/Album.h"
 #include "tour/Robot.h"
 

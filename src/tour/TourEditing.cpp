@@ -1,10 +1,10 @@
 // The steps of the tour that change the table and its parameters.
-#include "app/DesktopProgram.h"
-#include "chart/ChartView.h"
-#include "chart/QtPlane.h"
-#include "platform/qt/Text.h"
-#include "table/GridView.h"
+#include "app/ui/DesktopProgram.h"
+#include "chart/ui/ChartView.h"
+#include "chart/ui/QtPlane.h"
+#include "platform/qt/QtText.h"
 #include "table/Numbers.h"
+#include "table/ui/GridView.h"
 #include "tour/Tour.h"
 
 #include <QLabel>

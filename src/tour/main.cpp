@@ -1,4 +1,4 @@
-#include "app/DesktopProgram.h"
+#include "app/ui/DesktopProgram.h"
 #include "platform/Failure.h"
 #include "tour/Tour.h"
 

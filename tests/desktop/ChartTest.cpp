@@ -1,11 +1,11 @@
 #include "Hands.h"
 #include "app/Commands.h"
-#include "chart/ChartEditing.h"
-#include "chart/ChartPainter.h"
-#include "chart/ChartView.h"
-#include "chart/QtPlane.h"
-#include "table/GridCursor.h"
+#include "chart/commands/ChartEditing.h"
+#include "chart/ui/ChartPainter.h"
+#include "chart/ui/ChartView.h"
+#include "chart/ui/QtPlane.h"
 #include "table/Numbers.h"
+#include "table/commands/GridCursor.h"
 
 #include <QAccessible>
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "app/Application.h"
+#include "app/ui/Application.h"
 
 #include <QTemporaryDir>
 

@@ -1,6 +1,6 @@
 #include "ProgramFixture.h"
-#include "table/GridView.h"
 #include "table/TableFile.h"
+#include "table/ui/GridView.h"
 
 #include <QFile>
 #include <QGroupBox>

@@ -1,5 +1,5 @@
 #include "GridFixture.h"
-#include "table/GridCursor.h"
+#include "table/commands/GridCursor.h"
 
 #include <QHeaderView>
 #include <QScrollBar>

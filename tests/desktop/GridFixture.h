@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hands.h"
-#include "table/GridView.h"
+#include "table/ui/GridView.h"
 
 #include <QLineEdit>
 

@@ -1,6 +1,6 @@
 #include "GridFixture.h"
-#include "table/GridCursor.h"
-#include "table/GridMenu.h"
+#include "table/commands/GridCursor.h"
+#include "table/ui/GridMenu.h"
 
 #include <QClipboard>
 #include <QMenu>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 #include "support/FailureOf.h"
 #include "support/IdleLine.h"
 #include "support/ShownTable.h"

@@ -1,5 +1,5 @@
 #include "Hands.h"
-#include "app/HelpWindow.h"
+#include "app/ui/HelpWindow.h"
 
 #include <QFile>
 #include <QRegularExpression>

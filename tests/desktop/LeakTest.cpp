@@ -1,14 +1,14 @@
-#include "chart/ChartView.h"
-#include "module/Download.h"
-#include "module/Upload.h"
+#include "chart/ui/ChartView.h"
+#include "module/commands/Download.h"
+#include "module/commands/Upload.h"
 #include "platform/qt/QtFiles.h"
 #include "support/ConnectedSession.h"
 #include "support/DismissingUser.h"
 #include "support/TemporaryFolder.h"
-#include "table/CellEditing.h"
-#include "table/FileCommands.h"
-#include "table/GridView.h"
 #include "table/TableFile.h"
+#include "table/commands/EndEdit.h"
+#include "table/commands/FileCommands.h"
+#include "table/ui/GridView.h"
 
 #include <QCoreApplication>
 

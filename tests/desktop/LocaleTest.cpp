@@ -1,10 +1,10 @@
 #include "Hands.h"
-#include "module/Report.h"
+#include "module/commands/Report.h"
 #include "support/DismissingUser.h"
 #include "support/TemporaryFolder.h"
-#include "table/FileCommands.h"
-#include "table/GridView.h"
-#include "table/SelectionCommands.h"
+#include "table/commands/FileCommands.h"
+#include "table/commands/SelectionCommands.h"
+#include "table/ui/GridView.h"
 
 #include <clocale>
 #include <locale>

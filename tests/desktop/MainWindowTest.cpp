@@ -1,8 +1,8 @@
 #include "ProgramFixture.h"
-#include "app/HelpWindow.h"
+#include "app/ui/HelpWindow.h"
 #include "support/TemporaryFolder.h"
-#include "table/GridView.h"
 #include "table/TableFile.h"
+#include "table/ui/GridView.h"
 
 #include <QComboBox>
 #include <QDir>

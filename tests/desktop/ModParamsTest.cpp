@@ -1,5 +1,5 @@
 #include "Hands.h"
-#include "module/ModParamsDialog.h"
+#include "module/ui/ModParamsDialog.h"
 
 #include <QAccessible>
 #include <QCheckBox>

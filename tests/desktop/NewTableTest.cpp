@@ -1,6 +1,6 @@
 #include "Hands.h"
 #include "platform/qt/Twips.h"
-#include "table/NewTableDialog.h"
+#include "table/ui/NewTableDialog.h"
 
 #include <QLabel>
 #include <QScreen>

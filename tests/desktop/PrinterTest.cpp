@@ -1,5 +1,5 @@
 #include "Hands.h"
-#include "module/Report.h"
+#include "module/commands/Report.h"
 #include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/Papers.h"
 #include "platform/qt/QtPrinter.h"

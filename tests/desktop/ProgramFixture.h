@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Hands.h"
-#include "app/DesktopProgram.h"
+#include "app/ui/DesktopProgram.h"
 #include "tour/Robot.h"
 
 namespace rv52::test {

@@ -1,5 +1,5 @@
 #include "Hands.h"
-#include "app/SplashWindow.h"
+#include "app/ui/SplashWindow.h"
 #include "support/FailureOf.h"
 
 #include <QElapsedTimer>

@@ -4,15 +4,15 @@
 //   trouble  runs SPOIL before the first page is sent, expects the failure box with TEXT, runs MEND, answers
 //   Retry choose   expects the setup dialog, and chooses in it cancel   expects the setup dialog, and cancels
 //   it
-#include "chart/ChartView.h"
-#include "module/Report.h"
+#include "chart/ui/ChartView.h"
+#include "module/commands/Report.h"
 #include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/QtPrinter.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 #include "support/IdleLine.h"
 #include "support/TestSession.h"
 #include "table/LimitTables.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -2,10 +2,10 @@
 #include "fuzz/Bytes.h"
 #include "fuzz/Desk.h"
 #include "fuzz/Target.h"
-#include "table/CellEditing.h"
 #include "table/Numbers.h"
-#include "table/SelectionCommands.h"
-#include "table/TableDisplay.h"
+#include "table/commands/EndEdit.h"
+#include "table/commands/SelectionCommands.h"
+#include "table/commands/TableDisplay.h"
 
 #include <cmath>
 

@@ -1,9 +1,9 @@
 #include "app/CommandLine.h"
 #include "fuzz/Bytes.h"
 #include "fuzz/Target.h"
+#include "platform/Text.h"
 #include "simulator/FaultKinds.h"
 #include "simulator/SimulatorOptions.h"
-#include "table/Text.h"
 
 #include <algorithm>
 #include <stdexcept>

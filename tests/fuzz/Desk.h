@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Session.h"
+#include "app/state/Session.h"
 #include "support/DismissingUser.h"
 #include "support/IdleLine.h"
 #include "support/TestSession.h"

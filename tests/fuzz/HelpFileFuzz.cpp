@@ -1,4 +1,4 @@
-#include "app/HelpWindow.h"
+#include "app/ui/HelpWindow.h"
 #include "fuzz/Bytes.h"
 #include "fuzz/Screen.h"
 #include "fuzz/Target.h"

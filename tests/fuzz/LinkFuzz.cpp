@@ -1,9 +1,9 @@
 #include "app/Commands.h"
 #include "fuzz/Target.h"
-#include "link/LineErrors.h"
-#include "link/Vin.h"
-#include "module/Download.h"
-#include "module/Upload.h"
+#include "link/commands/LineErrors.h"
+#include "link/commands/Vin.h"
+#include "module/commands/Download.h"
+#include "module/commands/Upload.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 #include "support/DismissingUser.h"
@@ -11,7 +11,7 @@
 #include "support/Recorders.h"
 #include "support/RecordingPrinter.h"
 #include "support/TestSession.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <algorithm>
 

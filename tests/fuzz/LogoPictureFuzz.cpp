@@ -1,4 +1,4 @@
-#include "app/SplashWindow.h"
+#include "app/ui/SplashWindow.h"
 #include "fuzz/Screen.h"
 #include "fuzz/Target.h"
 #include "platform/Failure.h"

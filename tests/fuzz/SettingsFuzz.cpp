@@ -1,5 +1,6 @@
 #include "fuzz/Target.h"
-#include "link/PortSetup.h"
+#include "link/commands/PortSetup.h"
+#include "platform/ComDevices.h"
 #include "platform/SettingsText.h"
 #include "support/Recorders.h"
 

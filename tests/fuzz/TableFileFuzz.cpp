@@ -1,8 +1,8 @@
 #include "fuzz/Desk.h"
 #include "fuzz/Target.h"
-#include "table/FileCommands.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
+#include "table/commands/FileCommands.h"
 
 namespace rv52::fuzz {
 

@@ -1,13 +1,13 @@
-#include "chart/ChartView.h"
+#include "chart/ui/ChartView.h"
 #include "fuzz/Bytes.h"
 #include "fuzz/Screen.h"
 #include "fuzz/Target.h"
-#include "module/Report.h"
+#include "module/commands/Report.h"
 #include "platform/qt/QtPrinter.h"
 #include "support/IdleLine.h"
 #include "support/ShownTable.h"
-#include "table/GridView.h"
 #include "table/Numbers.h"
+#include "table/ui/GridView.h"
 
 #include <bit>
 #include <cmath>

@@ -1,5 +1,5 @@
 #include "fuzz/Target.h"
-#include "link/LinkProcedures.h"
+#include "link/commands/LinkProcedures.h"
 #include "platform/CodePage.h"
 
 namespace rv52::fuzz {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/LineErrors.h"
+#include "link/commands/LineErrors.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 #include "support/TestSession.h"

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "app/state/WindowPorts.h"
 #include "platform/Failure.h"
 #include "platform/Storage.h"
-#include "platform/Views.h"
 
 #include <functional>
 #include <map>

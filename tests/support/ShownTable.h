@@ -2,7 +2,7 @@
 
 #include "support/TestSession.h"
 #include "table/LimitTables.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <gtest/gtest.h>
 #include <stdexcept>

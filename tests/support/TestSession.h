@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Session.h"
+#include "app/state/Session.h"
 #include "support/Recorders.h"
 #include "support/RecordingPrinter.h"
 #include "support/ScriptedPrompts.h"

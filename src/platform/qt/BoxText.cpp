@@ -1,6 +1,6 @@
 #include "platform/qt/BoxText.h"
 
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 namespace rv52 {
 

@@ -1,7 +1,7 @@
 #include "platform/qt/InputDialog.h"
 
 #include "platform/qt/BoxText.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

@@ -2,7 +2,7 @@
 
 #include "platform/Failure.h"
 #include "platform/qt/Papers.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>

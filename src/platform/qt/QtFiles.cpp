@@ -2,7 +2,7 @@
 
 #include "platform/Failure.h"
 #include "platform/linux/ReplaceFile.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QCoreApplication>
 #include <QFile>

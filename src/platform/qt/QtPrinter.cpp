@@ -3,7 +3,7 @@
 #include "platform/Failure.h"
 #include "platform/Storage.h"
 #include "platform/qt/Papers.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QDateTime>
 #include <QFontDatabase>

@@ -3,7 +3,7 @@
 #include "platform/qt/BoxText.h"
 #include "platform/qt/FileIcons.h"
 #include "platform/qt/InputDialog.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

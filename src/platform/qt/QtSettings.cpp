@@ -4,7 +4,7 @@
 #include "platform/SettingsText.h"
 #include "platform/linux/ReplaceFile.h"
 #include "platform/qt/QtFiles.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QDir>
 #include <QStandardPaths>

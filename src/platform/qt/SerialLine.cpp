@@ -1,10 +1,10 @@
 #include "platform/qt/SerialLine.h"
 
-#include "link/PortSetup.h"
-#include "link/WireProtocol.h"
+#include "platform/ComDevices.h"
 #include "platform/Failure.h"
+#include "platform/Line.h"
 #include "platform/linux/BootClock.h"
-#include "platform/qt/Text.h"
+#include "platform/qt/QtText.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

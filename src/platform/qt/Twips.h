@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Layout.h"
+#include "platform/Rectangle.h"
 
 #include <QRect>
 
@@ -13,7 +13,7 @@ inline int ToPixels(double twips) {
     return static_cast<int>(std::lround(twips / kTwipsPerPixel));
 }
 
-inline QRect ToPixels(const Rectangle& twips) {
+inline QRect ToPixels(const TwipRectangle& twips) {
     const int left = ToPixels(twips.left);
     const int top = ToPixels(twips.top);
     return {left, top, ToPixels(twips.left + twips.width) - left, ToPixels(twips.top + twips.height) - top};

@@ -2,8 +2,8 @@
 #include "core/Desk.h"
 #include "platform/Failure.h"
 #include "support/FailureOf.h"
-#include "table/GridCursor.h"
-#include "table/SelectionCommands.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/SelectionCommands.h"
 
 namespace rv52::test {
 namespace {

@@ -1,15 +1,15 @@
 #include "app/Branding.h"
 #include "app/Commands.h"
-#include "app/FormResize.h"
-#include "app/Layout.h"
 #include "app/StartUp.h"
+#include "app/state/FormResize.h"
+#include "app/state/WindowLayout.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 #include "support/ShownTable.h"
 #include "support/TestSession.h"
-#include "table/FileCommands.h"
-#include "table/GridCursor.h"
-#include "table/TableDisplay.h"
+#include "table/commands/FileCommands.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/TableDisplay.h"
 
 #include <gtest/gtest.h>
 
@@ -198,9 +198,9 @@ TEST_F(ProgramTest, LeavingGivesUpARefusedCellEdit) {
 
 TEST_F(ProgramTest, DividesTheWindowBetweenChartAndGrid) {
     const auto first = LayOut({kClientWidth, kClientHeight});
-    EXPECT_EQ(first.chart, (Rectangle{0, 0, 9030, 0.7 * 7515}));
+    EXPECT_EQ(first.chart, (TwipRectangle{0, 0, 9030, 0.7 * 7515}));
     // 0.3 × 7515 − 725 is 1529.5: halves go to the even neighbour.
-    EXPECT_EQ(first.grid, (Rectangle{0, 0.7 * 7515, 8880, 1530}));
+    EXPECT_EQ(first.grid, (TwipRectangle{0, 0.7 * 7515, 8880, 1530}));
     const auto tiny = LayOut({100, 100});
     EXPECT_EQ(tiny.grid.width + tiny.grid.height, 0);
     // Rows get a ninth and columns a seventeenth.

@@ -1,9 +1,9 @@
 #include "app/Commands.h"
 #include "app/StatusText.h"
-#include "module/Upload.h"
+#include "module/commands/Upload.h"
 #include "support/ConnectedSession.h"
 #include "support/ShownTable.h"
-#include "table/GridCursor.h"
+#include "table/commands/GridCursor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "app/Commands.h"
-#include "chart/ChartEditing.h"
+#include "chart/commands/ChartEditing.h"
 #include "core/Desk.h"
-#include "table/GridCursor.h"
 #include "table/Numbers.h"
+#include "table/commands/GridCursor.h"
 
 #include <random>
 #include <tuple>

@@ -1,4 +1,4 @@
-#include "link/LinkProcedures.h"
+#include "link/commands/LinkProcedures.h"
 #include "simulator/ScriptedPeer.h"
 #include "support/ConnectedSession.h"
 #include "support/DismissingUser.h"

@@ -1,4 +1,4 @@
-#include "app/FormResize.h"
+#include "app/state/FormResize.h"
 #include "support/ConnectedSession.h"
 
 #include <gtest/gtest.h>

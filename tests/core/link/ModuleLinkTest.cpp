@@ -1,5 +1,5 @@
-#include "link/LinkProcedures.h"
 #include "link/LinkTexts.h"
+#include "link/commands/LinkProcedures.h"
 #include "platform/Failure.h"
 #include "simulator/ScriptedPeer.h"
 #include "support/DismissingUser.h"

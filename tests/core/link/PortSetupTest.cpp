@@ -1,4 +1,4 @@
-#include "link/PortSetup.h"
+#include "link/commands/PortSetup.h"
 #include "support/ConnectedSession.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "app/Commands.h"
-#include "link/LinkProcedures.h"
-#include "link/Vin.h"
+#include "link/commands/LinkProcedures.h"
+#include "link/commands/Vin.h"
 #include "support/ConnectedSession.h"
 #include "support/WireStory.h"
 

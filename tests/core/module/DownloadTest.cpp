@@ -1,5 +1,5 @@
 #include "app/Commands.h"
-#include "module/Download.h"
+#include "module/commands/Download.h"
 #include "support/PatternModule.h"
 #include "support/ShownTable.h"
 

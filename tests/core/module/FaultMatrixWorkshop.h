@@ -1,15 +1,15 @@
 #pragma once
 
 #include "app/Commands.h"
-#include "link/Vin.h"
 #include "link/WireProtocol.h"
-#include "module/Download.h"
+#include "link/commands/Vin.h"
 #include "module/EepromImage.h"
 #include "module/EepromMap.h"
-#include "module/Upload.h"
+#include "module/commands/Download.h"
+#include "module/commands/Upload.h"
 #include "support/DismissingUser.h"
 #include "support/PatternModule.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <gtest/gtest.h>
 

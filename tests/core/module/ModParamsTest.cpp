@@ -1,5 +1,5 @@
 #include "core/Desk.h"
-#include "module/ModParams.h"
+#include "module/commands/ModParams.h"
 
 #include <tuple>
 

@@ -1,6 +1,6 @@
 #include "core/Desk.h"
-#include "module/Report.h"
-#include "table/FileCommands.h"
+#include "module/commands/Report.h"
+#include "table/commands/FileCommands.h"
 
 #include <utility>
 

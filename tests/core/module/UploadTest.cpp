@@ -1,6 +1,6 @@
 #include "app/Commands.h"
 #include "module/EepromImage.h"
-#include "module/Upload.h"
+#include "module/commands/Upload.h"
 #include "support/PatternModule.h"
 #include "support/ShownTable.h"
 

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "app/Commands.h"
-#include "app/FormResize.h"
-#include "app/Session.h"
-#include "link/Vin.h"
-#include "module/Download.h"
+#include "app/state/FormResize.h"
+#include "app/state/Session.h"
+#include "link/commands/Vin.h"
 #include "module/EepromImage.h"
 #include "module/EepromMap.h"
-#include "module/Upload.h"
+#include "module/commands/Download.h"
+#include "module/commands/Upload.h"
 #include "simulator/FaultKinds.h"
 #include "soak/SoakUser.h"
 #include "soak/WitnessedModule.h"
 #include "support/ConnectedSession.h"
-#include "table/TableDisplay.h"
+#include "table/commands/TableDisplay.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

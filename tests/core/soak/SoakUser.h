@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/LinkProcedures.h"
+#include "link/commands/LinkProcedures.h"
 #include "platform/Prompts.h"
 #include "simulator/VirtualLine.h"
 

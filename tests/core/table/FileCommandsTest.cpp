@@ -1,9 +1,9 @@
 #include "core/Desk.h"
 #include "core/table/RandomTable.h"
 #include "platform/Failure.h"
-#include "table/FileCommands.h"
-#include "table/FileDialogs.h"
 #include "table/TableFile.h"
+#include "table/commands/FileCommands.h"
+#include "table/commands/FileDialogs.h"
 
 #include <functional>
 #include <utility>

@@ -1,8 +1,8 @@
 #include "core/Desk.h"
-#include "table/CellEditing.h"
-#include "table/GridCursor.h"
 #include "table/Numbers.h"
-#include "table/SelectionCommands.h"
+#include "table/commands/EndEdit.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/SelectionCommands.h"
 
 #include <cmath>
 #include <random>

@@ -1,6 +1,6 @@
 #include "core/Desk.h"
-#include "table/NewTable.h"
 #include "table/Numbers.h"
+#include "table/commands/NewTable.h"
 
 #include <limits>
 #include <tuple>

@@ -1,12 +1,12 @@
 #include "core/table/RandomTable.h"
 #include "platform/Failure.h"
+#include "platform/Text.h"
 #include "support/Recorders.h"
 #include "support/ShippedFile.h"
 #include "table/LimitTables.h"
 #include "table/Numbers.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
-#include "table/Text.h"
 
 #include <chrono>
 #include <gtest/gtest.h>

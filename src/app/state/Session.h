@@ -1,0 +1,48 @@
+#pragma once
+
+#include "app/state/AppState.h"
+#include "app/state/ChartState.h"
+#include "app/state/CommandGate.h"
+#include "app/state/DrawFailures.h"
+#include "app/state/GridSheet.h"
+#include "app/state/TableStore.h"
+#include "app/state/WindowPorts.h"
+#include "link/ModuleLink.h"
+#include "platform/Line.h"
+#include "platform/Printer.h"
+#include "platform/Prompts.h"
+#include "platform/Steps.h"
+#include "platform/Storage.h"
+
+namespace rv52 {
+
+// The platform as the program sees it.
+struct Ports {
+    Line& line;
+    Prompts& prompts;
+    TableView& view;
+    Shell& shell;
+    Files& files;
+    Settings& settings;
+    Printer& printer;
+};
+
+// One run of the program: the platform's ports, the working state, and the current table with what chart
+// and grid show of it. Every procedure and menu command is a plain function on this.
+struct Session : Ports {
+    explicit Session(const Ports& ports) : Ports(ports) {}
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    AppState state;
+    DrawFailures drawing;
+    TableStore table{drawing};
+    ChartState chart{table};
+    ChartGesture gesture;
+    GridSheet sheet{drawing};
+    Steps steps{prompts};
+    ModuleLink link{line, prompts};
+    CommandGate gate;
+};
+
+}  // namespace rv52

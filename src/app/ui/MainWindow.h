@@ -1,0 +1,78 @@
+#pragma once
+
+#include "app/state/WindowPorts.h"
+
+#include <QMainWindow>
+
+#include <functional>
+
+namespace rv52 {
+
+class ChartView;
+class ComDevices;
+class GridView;
+class HelpWindow;
+class PortPanel;
+class ProgressPanel;
+class StatusStrip;
+struct Session;
+
+// frmCorvane_Main: the menus, the chart above the grid, and two panels over them. It composes and forwards;
+// what a command does is the core's business.
+class MainWindow : public QMainWindow, public Shell, public TableView {
+ public:
+    MainWindow();
+
+    // Builds the window's parts on the session; once, before it is shown.
+    void Compose(Session& session, const ComDevices& devices);
+
+    // Shell
+    void SetCaption(const std::string& caption) override;
+    WindowSize InnerSize() const override;
+    void Place(const TableLayout& layout) override;
+    void ShowProgress(const std::string& caption) override;
+    void SetProgress(int percent) override;
+    void HideProgress() override;
+    void RenewStatus() override;
+    void ShowPortPanel() override;
+    void HidePortPanel() override;
+    void ShowNewTable(NewTable& newTable) override;
+    void ShowModParams() override;
+    void OpenHelp(const std::string& path) override;
+    void CloseWindows() override;
+
+    // TableView
+    void Show() override;
+    void Hide() override;
+    bool CommitEditor() override;
+    void AbandonEditor() override;
+
+    // What the chart shows, as vectors, on a printer page.
+    void DrawChart(QPainter& painter, const QRectF& place) const;
+
+    // Runs a handler of the window's events; whatever it throws ends in the failure box.
+    void Dispatch(const std::function<void()>& handler);
+    // Runs a command behind the gate.
+    void Run(const std::function<void(Session&)>& command);
+
+ protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    void TellDrawFailuresLater();
+
+    Session* session_ = nullptr;
+    const ComDevices* devices_ = nullptr;
+    QWidget* client_;
+    ChartView* chart_ = nullptr;
+    GridView* grid_ = nullptr;
+    StatusStrip* status_ = nullptr;
+    ProgressPanel* progress_ = nullptr;
+    PortPanel* ports_ = nullptr;
+    HelpWindow* help_ = nullptr;  // from when it is first asked for
+    bool closing_ = false;
+};
+
+}  // namespace rv52

@@ -1,0 +1,51 @@
+#include "link/commands/ModuleDialogue.h"
+
+#include "app/state/Session.h"
+#include "link/commands/LinkProcedures.h"
+
+namespace rv52 {
+
+namespace {
+
+constexpr std::size_t kShownOfIdentification = 40;  // characters
+
+void Tell(Session& session, const std::string& text, const std::string& title, Icon icon) {
+    session.steps([&] { session.prompts.Ask({text, title, icon, Buttons::Ok}); });
+}
+
+}  // namespace
+
+bool IdentifyModule(Session& session, const std::string& title, const std::string& verb) {
+    const auto& state = session.state;
+    ReadFirmwareID(session);
+    if (session.gate.ClosePending()) return false;
+    if (state.CommOK && !state.FirmwareId.empty()) return true;
+    const std::string reason = state.CommOK ? "Invalid firmware ID" : "Firmware ID read failed";
+    Tell(session, reason + " - cannot " + verb + ".", title, Icon::Warning);
+    return false;
+}
+
+bool ShowFirmwareId(Session& session, const std::string& title) {
+    Tell(session, "Firmware ID: " + session.state.FirmwareId, title, Icon::Warning);
+    return !session.gate.ClosePending();
+}
+
+void ReportUpload(Session& session, const std::string& title, const std::string& completed) {
+    auto& state = session.state;
+    const bool programmed = state.CommOK;
+    const bool verified = programmed && state.VerifyErrors == 0;
+    const std::string aborted = programmed ? "Upload aborted - EEPROM verification failed."
+                                           : "Upload aborted - EEPROM programming failed.";
+    state.LastOutcome = verified ? "Upload completed: " + IdentifiedAs(state) + "." : aborted;
+    session.shell.RenewStatus();
+    session.gate.SetDismissesBoxes(false);  // what has become of a module is never left unsaid
+    Tell(session, verified ? completed : aborted, title, verified ? Icon::Warning : Icon::Information);
+}
+
+std::string IdentifiedAs(const AppState& state) {
+    auto name = state.FirmwareId;
+    if (name.size() > kShownOfIdentification) name = name.substr(0, kShownOfIdentification - 1) + "\u2026";
+    return name + ", taken for " + std::string(ToText(state.TableType));
+}
+
+}  // namespace rv52

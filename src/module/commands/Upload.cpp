@@ -1,0 +1,51 @@
+#include "module/commands/Upload.h"
+
+#include "app/state/Session.h"
+#include "link/commands/LinkProcedures.h"
+#include "link/commands/ModuleDialogue.h"
+#include "module/EepromImage.h"
+
+namespace rv52 {
+
+namespace {
+
+constexpr const char* kTitle = "Upload To EEPROM";
+
+void Refuse(Session& session, const char* text, Icon icon) {
+    session.steps([&] { session.prompts.Ask({text, kTitle, icon, Buttons::Ok}); });
+}
+
+// The values themselves say which rows they have. TableType may have followed a module since they were
+// shown.
+bool LacksRows(const Session& session) {
+    return session.table.Table().Type() != TableType::EX && session.state.TableType == TableType::EX;
+}
+
+// False when it failed, which has been told: whatever the buffer held before is never programmed.
+bool Encode(Session& session) {
+    auto& state = session.state;
+    return session.steps.Value(
+        [&] {
+            EncodeEepromImage(session.table.Table(), state.ModuleParameters, state.TableType,
+                              state.EepromBuffer);
+            return true;
+        },
+        false);
+}
+
+}  // namespace
+
+void mnuUpload_Click(Session& session) {
+    session.steps.Procedure([&](Steps&) {
+        if (!session.state.TableShown || !session.table.HasTable())
+            return Refuse(session, "No advance table data for uploading.", Icon::Warning);
+        const TableTypeGuard guard(session.state);
+        if (!IdentifyModule(session, kTitle, "upload")) return;
+        if (LacksRows(session)) return Refuse(session, "Cannot upload race data to EX version", Icon::None);
+        if (!Encode(session)) return;
+        WriteEEPROMData(session);
+        ReportUpload(session, kTitle, "Upload completed.");
+    });
+}
+
+}  // namespace rv52
