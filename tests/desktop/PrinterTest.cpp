@@ -169,6 +169,10 @@ TEST_F(PrinterTest, GoesWhereTheSetupSaysAndElsewhereOnlyByOK) {
     spooler.queues = {{"A"}};
     EXPECT_EQ(printer.Target(), PrintTarget::Printer);
     EXPECT_EQ(FailureOf([&] { Print(); }), "The printer \"B\" is not there.");
+    // Without any printer documents are what the setup offers, and what is then chosen.
+    spooler.queues.clear();
+    EXPECT_TRUE(SetUp({{"cboPaper", "Letter"}}, "cmdOK"));
+    EXPECT_EQ(printer.Target(), PrintTarget::Documents);
 }
 
 TEST_F(PrinterTest, TheSetupTakesNoPrinterThatCannotBeAskedOrWasNotChosen) {

@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 namespace rv52::test {
@@ -81,6 +82,19 @@ TEST_F(SerialLineTest, WaitsForBytesOrTheDeadlineAndPausesNoShorterServingEvents
         EXPECT_GE(line.Now() - start, duration);
         EXPECT_TRUE(served);
     }
+}
+
+TEST_F(SerialLineTest, AHoldCanBeSeenByEveryUserWhateverTheMask) {
+    struct stat status {};
+    ASSERT_EQ(::stat(device.c_str(), &status), 0);
+    const auto lock = "/run/lock/corvane_rv52-" + std::to_string(major(status.st_rdev)) + "-" +
+                      std::to_string(minor(status.st_rdev)) + ".lock";
+    ::unlink(lock.c_str());
+    const auto mask = ::umask(077);
+    line.Open(7);
+    ::umask(mask);
+    ASSERT_EQ(::stat(lock.c_str(), &status), 0) << lock;
+    EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
 TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {

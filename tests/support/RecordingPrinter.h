@@ -56,6 +56,7 @@ class RecordingPrinter : public Printer {
     bool SetUp() override {
         MayFail("setup");
         ++setUps;
+        if (chooses) target = PrintTarget::Printer;
         return chooses;
     }
 

@@ -10,7 +10,11 @@ void DrawFailures::Guard(const Draw& draw, const Draw& again) noexcept {
     try {
         draw();
     } catch (const std::exception& failure) {
-        Keep(failure.what(), again ? again : draw);
+        try {
+            Keep(failure.what(), again ? again : draw);
+        } catch (const std::exception&) {
+            // Nothing is left to tell it with; the next change draws anew.
+        }
     }
 }
 

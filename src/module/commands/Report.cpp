@@ -98,7 +98,8 @@ std::optional<PrintTarget> ChooseTarget(Session& session) {
     const auto target = step.Value([&] { return session.printer.Target(); }, PrintTarget::Documents);
     if (target != PrintTarget::Unchosen) return target;
     const bool chosen = step.Value([&] { return session.printer.SetUp(); }, false);
-    return chosen ? std::optional(PrintTarget::Printer) : std::nullopt;
+    if (!chosen) return std::nullopt;
+    return step.Value([&] { return session.printer.Target(); }, PrintTarget::Printer);
 }
 
 }  // namespace

@@ -40,7 +40,8 @@ class Conversation {
             const auto start = Clock::now();
             http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
                                      static_cast<int>(kConnectTry.count()), nullptr));
-            again = !http_ && Clock::now() - start >= kConnectTry && !Late();
+            silent_ = !http_ && Clock::now() - start >= kConnectTry;
+            again = silent_ && !Late();
         }
         if (http_) httpSetTimeout(http_.get(), kWaitSeconds, &Conversation::GoOn, this);
     }
@@ -53,6 +54,7 @@ class Conversation {
 
     // False where no spooler runs.
     bool ReadQueues() {
+        if (silent_) throw Failure(kSilent);
         if (!http_) return false;
         count_ = cupsGetDests2(Http(), &dests_);
         if (Late()) throw Failure(kSilent);
@@ -90,6 +92,7 @@ class Conversation {
     }
 
     const Clock::time_point deadline_ = Clock::now() + kPatience;
+    bool silent_ = false;  // someone listens, and does not answer
     std::unique_ptr<http_t, Close> http_;
     cups_dest_t* dests_ = nullptr;
     int count_ = 0;

@@ -33,7 +33,10 @@ int OpenLock(const std::string& path) {
     constexpr int flags = O_RDONLY | O_NOFOLLOW | O_CLOEXEC;
     for (;;) {
         int lock = ::open(path.c_str(), flags);
-        if (lock < 0 && errno == ENOENT) lock = ::open(path.c_str(), flags | O_CREAT | O_EXCL, 0644);
+        if (lock < 0 && errno == ENOENT) {
+            lock = ::open(path.c_str(), flags | O_CREAT | O_EXCL, 0644);
+            if (lock >= 0) ::fchmod(lock, 0644);  // whatever the mask: every user shall see who holds it
+        }
         if (lock >= 0 || errno != EEXIST) return lock;
     }
 }

@@ -178,10 +178,12 @@ bool QtPrinter::SetUp() {
     PrinterSetupDialog dialog(system_, queues, current, parent_);
     if (dialog.exec() != QDialog::Accepted) return false;
     const auto choice = dialog.Choice();
-    if (choice.queue.empty())
+    if (choice.queue.empty()) {
         documentPaper_ = choice.paper;
-    else
+        chosen_.reset();  // its queue is gone with the others
+    } else {
         chosen_ = choice;
+    }
     return true;
 }
 

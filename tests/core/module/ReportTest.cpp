@@ -221,9 +221,9 @@ TEST_F(ReportTest, LeavesOutAChartOnTheAxesOfTheOtherType) {
 }
 
 TEST_F(ReportTest, OneOfSeveralPrintersIsChosenFirst) {
-    printer.target = PrintTarget::Unchosen;
     for (const bool chooses : {true, false}) {
         SCOPED_TRACE(chooses ? "chosen" : "cancelled");
+        printer.target = PrintTarget::Unchosen;
         printer.chooses = chooses;
         ExpectComment();
         Print();
