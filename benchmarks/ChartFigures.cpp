@@ -132,8 +132,10 @@ class ShownChart {
     // Every cell changed by one command, on screen.
     double Modify() {
         auto& session = program_.session;
-        SelectGridCells(session, {{1, 1}, {session.sheet.RowCount() - 1, session.sheet.ColumnCount() - 1}},
-                        {1, 1});
+        SelectGridCells(
+            session,
+            {{1, 1}, {session.sheet.RowCountWithHeader() - 1, session.sheet.ColumnCountWithHeader() - 1}},
+            {1, 1});
         program_.Settle();
         int turn = 0;
         return Shown([&] {

@@ -66,8 +66,10 @@ double Modify(const AdvanceTable& table) {
     session.table.Replace(table);
     SetUpTableGrid(session, TableType::EX);
     FillAndShowTable(session, {1, 1});
-    SelectGridCells(session, {{1, 1}, {session.sheet.RowCount() - 1, session.sheet.ColumnCount() - 1}},
-                    {1, 1});
+    SelectGridCells(
+        session,
+        {{1, 1}, {session.sheet.RowCountWithHeader() - 1, session.sheet.ColumnCountWithHeader() - 1}},
+        {1, 1});
     quiet.nobody.answer = "100%";
     return InnerTime("modify", [&] { mnuPopUpModify3D_Click(session); });
 }

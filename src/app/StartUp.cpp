@@ -46,7 +46,7 @@ bool StartUp(Session& session) {
     session.steps.Procedure([&](Steps& step) {
         session.state.AbortRequested = false;
         step([&] { RestoreCommPort(session); });
-        ApplySerialSettings(session);
+        RestartLineErrorCount(session);
         HandleLineErrors(session);
         step([&] {
             const auto& branding = session.state.BrandingLines;

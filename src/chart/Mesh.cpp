@@ -37,7 +37,7 @@ void Mesh::Order(const Projection& projection) {
     for (int step = 0; step < lastRow; ++step) {
         const int row = farAtHighRow_ ? lastRow - step : 1 + step;
         for (int across = 0; across < lastColumn; ++across) {
-            const Cell cell{farAtHighColumn_ ? lastColumn - across : 1 + across, row};
+            const Cell cell{Column(farAtHighColumn_ ? lastColumn - across : 1 + across), Row(row)};
             cells_.push_back(cell);
             AddFacets(cell, projection);
         }
@@ -47,9 +47,9 @@ void Mesh::Order(const Projection& projection) {
 // The cell is cut along the diagonal with the smaller step in height: a single raised point then stands as
 // an even pyramid. The cut's vertical plane tells which half is behind.
 void Mesh::AddFacets(Cell cell, const Projection& projection) {
-    const Cell right{cell.column + 1, cell.row};
-    const Cell back{cell.column, cell.row + 1};
-    const Cell opposite{cell.column + 1, cell.row + 1};
+    const Cell right{Column(cell.column + 1), cell.row};
+    const Cell back{cell.column, Row(cell.row + 1)};
+    const Cell opposite{Column(cell.column + 1), Row(cell.row + 1)};
     const double rising = std::abs(At(opposite).height - At(cell).height);
     const double falling = std::abs(At(right).height - At(back).height);
 

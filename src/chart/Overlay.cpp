@@ -13,9 +13,9 @@ std::vector<Segment> GhostOf(const AdvanceTable& table, const Scene& scene) {
     std::vector<Segment> lines;
     ForEachCell(table.Type(), [&](Cell cell) {
         if (cell.column < kColumnCount)
-            lines.push_back({mesh.At(cell).at, mesh.At({cell.column + 1, cell.row}).at});
+            lines.push_back({mesh.At(cell).at, mesh.At({Column(cell.column + 1), cell.row}).at});
         if (cell.row < mesh.RowCount())
-            lines.push_back({mesh.At(cell).at, mesh.At({cell.column, cell.row + 1}).at});
+            lines.push_back({mesh.At(cell).at, mesh.At({cell.column, Row(cell.row + 1)}).at});
     });
     return lines;
 }

@@ -72,11 +72,12 @@ Scene SceneOf(const AdvanceTable& table, const ChartTemplate& chartTemplate, con
 std::vector<std::vector<Point>> CursorCurves(const Mesh& mesh, Cell cursor) {
     std::vector<std::vector<Point>> curves;
     for (int column = 1; column < kColumnCount; ++column)
-        for (const auto& part : VisibleParts({column, cursor.row}, {column + 1, cursor.row}, mesh))
+        for (const auto& part :
+             VisibleParts({Column(column), cursor.row}, {Column(column + 1), cursor.row}, mesh))
             Append(curves, part);
     std::vector<std::vector<Point>> along;
     for (int row = 1; row < mesh.RowCount(); ++row)
-        for (const auto& part : VisibleParts({cursor.column, row}, {cursor.column, row + 1}, mesh))
+        for (const auto& part : VisibleParts({cursor.column, Row(row)}, {cursor.column, Row(row + 1)}, mesh))
             Append(along, part);
     curves.insert(curves.end(), along.begin(), along.end());
     return curves;

@@ -7,10 +7,25 @@
 
 namespace rv52 {
 
+// A number that counts columns or rows: made by its name, so that no column is taken for a row, read as an
+// int.
+template <class Counted>
+class Ordinal {
+ public:
+    constexpr Ordinal() = default;
+    constexpr explicit Ordinal(int number) : number_(number) {}
+    constexpr operator int() const { return number_; }
+
+ private:
+    int number_ = 0;
+};
+using Column = Ordinal<struct TableColumns>;
+using Row = Ordinal<struct TableRows>;
+
 // A position in a table: column c, 1 to 16, holds RPM 500·(c − 1); row r, 1 to R, holds MAP 32 − 2·r.
 struct Cell {
-    int column = 0;
-    int row = 0;
+    Column column;
+    Row row;
 
     bool operator==(const Cell&) const = default;
 };
@@ -65,7 +80,7 @@ template <class Visit>
 void ForEachCell(TableType type, Visit&& visit) {
     for (int row = 1; row <= RowCount(type); ++row)
         for (int column = 1; column <= kColumnCount; ++column)
-            visit(Cell{column, row});
+            visit(Cell{Column(column), Row(row)});
 }
 
 }  // namespace rv52

@@ -29,7 +29,7 @@ Fields RpmFields() {
 Fields RowFields(const AdvanceTable& table, int row) {
     Fields fields{std::to_string(MapOfRow(row))};
     for (int column = 1; column <= kColumnCount; ++column)
-        fields[static_cast<std::size_t>(column)] = ShortestDecimal(table.GetCell({column, row}));
+        fields[static_cast<std::size_t>(column)] = ShortestDecimal(table.GetCell({Column(column), Row(row)}));
     return fields;
 }
 
@@ -82,7 +82,7 @@ bool ReadRow(std::string_view line, int row, AdvanceTable& table) {
     for (int column = 1; column <= kColumnCount; ++column) {
         const auto degrees = StoredNumber(fields[static_cast<std::size_t>(column)]);
         if (!degrees) return false;
-        table.SetCell({column, row}, *degrees);
+        table.SetCell({Column(column), Row(row)}, *degrees);
     }
     return true;
 }

@@ -38,7 +38,7 @@ class Tour {
     void MakeNewTable();
 
     // The cell that is changed by typing, RPM 1500 at MAP 22, and to what.
-    static constexpr GridCell kEdited{4, 4};
+    static constexpr GridCell kEdited{GridRow(4), GridColumn(4)};
     static constexpr double kAdvance = 31.5;
 
     // Where the grid shows a cell, and the degrees of the table in it.

@@ -41,8 +41,8 @@ void Tour::EditCell() {
 
 // Two rows at the bottom, under full load, fall by a twentieth.
 void Tour::ModifySelection() {
-    constexpr GridCell first{7, 8};
-    constexpr GridCell last{8, 12};
+    constexpr GridCell first{GridRow(7), GridColumn(8)};
+    constexpr GridCell last{GridRow(8), GridColumn(12)};
     auto* viewport = program_.Window().findChild<GridView*>()->viewport();
     QTest::mouseClick(viewport, Qt::LeftButton, {}, PlaceOf(first));
     QTest::mouseClick(viewport, Qt::LeftButton, Qt::ShiftModifier, PlaceOf(last));
@@ -58,7 +58,7 @@ void Tour::ModifySelection() {
 
 // The chart's label tells the point's value all the way; the grid's cell follows when the button is let go.
 void Tour::DragPoint() {
-    constexpr GridCell dragged{5, 9};
+    constexpr GridCell dragged{GridRow(5), GridColumn(9)};
     constexpr int kUpwards = 8;  // pixels
     auto& window = program_.Window();
     auto& chart = Find<ChartView>(window, "Chart3D1");
@@ -96,7 +96,7 @@ void Tour::SetParameters() {
 
 // Both switches stand at 0 first, which makes the lowest table, and then in the middle.
 void Tour::MakeNewTable() {
-    constexpr GridCell somewhere{8, 12};
+    constexpr GridCell somewhere{GridRow(8), GridColumn(12)};
     double lowest = 0;
     robot_.ExpectBox("Save advance table before closing file?", "cmdNo");
     robot_.ExpectInput("EX", "table-type");

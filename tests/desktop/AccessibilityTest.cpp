@@ -111,16 +111,16 @@ class AccessibilityTest : public ProgramFixture {
 TEST_F(AccessibilityTest, TheGridIsATableOfCellsWithTheirTexts) {
     for (const auto type : {TableType::RACE, TableType::EX, TableType::RACE}) {
         AdvanceTable table(type);
-        table.SetCell({16, table.RowCount()}, 27.75);
+        table.SetCell({Column(16), Row(table.RowCount())}, 27.75);
         ShowAs(Running(), table);
         const Tree tree(Window());
         const auto& sheet = Running().sheet;
         Names cells;
         Names pressures;
-        for (int row = 1; row < sheet.RowCount(); ++row) {
-            pressures.push_back(sheet.Text({row, 0}));
-            for (int column = 1; column < sheet.ColumnCount(); ++column)
-                cells.push_back(sheet.Text({row, column}));
+        for (int row = 1; row < sheet.RowCountWithHeader(); ++row) {
+            pressures.push_back(sheet.Text({GridRow(row), GridColumn(0)}));
+            for (int column = 1; column < sheet.ColumnCountWithHeader(); ++column)
+                cells.push_back(sheet.Text({GridRow(row), GridColumn(column)}));
         }
         EXPECT_EQ(cells[15], "27.8");
         EXPECT_EQ(tree.Named(QAccessible::Table), Names{"Advance table"});

@@ -15,7 +15,7 @@
 
 namespace rv52::test {
 
-constexpr Cell kVisible{9, 4};
+constexpr Cell kVisible{Column(9), Row(4)};
 
 class ChartTest : public WidgetTest {
  protected:
@@ -94,14 +94,14 @@ TEST_F(ChartTest, ShiftDraggingMovesTheSurfaceAtTheReleaseWhicheverIsLetGoFirst)
         EXPECT_NEAR(offset, -2, 0.21);
         Release(pressed);  // Shift was let go before the button
         EXPECT_NEAR(Degrees(kVisible), before.GetCell(kVisible) + offset, 1e-9);
-        EXPECT_EQ(Text({16, 1}), FormatTenths(before.GetCell({16, 1}) + offset));
-        EXPECT_EQ(session.sheet.Cursor(), (GridCell{0, 0}));
+        EXPECT_EQ(Text({Column(16), Row(1)}), FormatTenths(before.GetCell({Column(16), Row(1)}) + offset));
+        EXPECT_EQ(session.sheet.Cursor(), (GridCell{GridRow(0), GridColumn(0)}));
     }
 }
 
 TEST_F(ChartTest, ThePointerTellsWhereAPointCanBeTakenAndAPressTakesTheFocus) {
     Show(TableType::RACE);
-    const QPoint corner = PixelOf({16, 1});
+    const QPoint corner = PixelOf({Column(16), Row(1)});
     for (const auto& [place, shape] :
          {std::pair(corner, Qt::SizeVerCursor), {corner + QPoint(16, 0), Qt::ArrowCursor}}) {
         MoveHeld(view, place, Qt::NoButton);
@@ -177,7 +177,7 @@ TEST_F(ChartTest, AnyChangeIsPaintedOnce) {
 TEST_F(ChartTest, TheValueLabelIsReadAloudAndStaysInside) {
     Show(TableType::EX);
     auto& label = Find<QLabel>(view, "lblChartValue");
-    for (const Cell cell : {Cell{1, 1}, Cell{16, 11}}) {
+    for (const Cell cell : {Cell{Column(1), Row(1)}, Cell{Column(16), Row(11)}}) {
         MoveGridCursor(session, GridCellOf(cell, TableType::EX));
         EXPECT_TRUE(label.isVisible());
         EXPECT_EQ(FromQt(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Name)),
@@ -320,7 +320,8 @@ TEST_F(ChartTest, NeighbouringBandsLeaveNoSeams) {
     int reds = 0;
     for (int column = 1; column < kColumnCount; ++column)
         for (int row = 1; row < 11; ++row) {
-            const auto diagonal = scene.mesh.At({column, row}).at + scene.mesh.At({column + 1, row + 1}).at;
+            const auto diagonal = scene.mesh.At({Column(column), Row(row)}).at +
+                                  scene.mesh.At({Column(column + 1), Row(row + 1)}).at;
             const QPoint middle = ToQt(diagonal * 0.5).toPoint();
             for (int x = -3; x <= 3; ++x)
                 for (int y = -2; y <= 2; ++y)

@@ -15,21 +15,21 @@ TEST_F(GridTest, HasNoCurrentCellAfterLoadingUntilAKeyOrAClick) {
     Key(Qt::Key_F2);
     EXPECT_EQ(Editor(), nullptr);
     Key(Qt::Key_Down);
-    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {1, 8}, "30.0"}));
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(1), Row(8)}, "30.0"}));
     Show(TableType::RACE);
     Key(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(Selection(), (GridRange{{1, 1}, {8, 16}}));
-    EXPECT_EQ(Cursor(), (GridCell{1, 1}));
+    EXPECT_EQ(Selection(), (GridRange{{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}}));
+    EXPECT_EQ(Cursor(), (GridCell{GridRow(1), GridColumn(1)}));
     EXPECT_EQ(grid.currentIndex(), grid.model()->index(0, 0)) << "the cell that the sheet says";
-    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {1, 8}, "30.0"}));
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(1), Row(8)}, "30.0"}));
     Type("5");
     ASSERT_NE(Editor(), nullptr);
     Key(Qt::Key_Return);
-    EXPECT_EQ(Text({1, 1}), "5");
+    EXPECT_EQ(Text({GridRow(1), GridColumn(1)}), "5");
     Show(TableType::EX);
     EXPECT_FALSE(grid.currentIndex().isValid());
-    ClickCell({2, 16});
-    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {16, 10}, "10.0"}));
+    ClickCell({GridRow(2), GridColumn(16)});
+    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(16), Row(10)}, "10.0"}));
 }
 
 TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
@@ -39,7 +39,9 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
         EXPECT_EQ(Selection(), range);
         EXPECT_EQ(Cursor(), cursor);
         EXPECT_EQ(PlaceOf(cursor), grid.visualRect(grid.currentIndex()));
-        for (const GridCell cell : {GridCell{3, 3}, GridCell{5, 4}, GridCell{4, 6}, GridCell{8, 16}}) {
+        for (const GridCell cell :
+             {GridCell{GridRow(3), GridColumn(3)}, GridCell{GridRow(5), GridColumn(4)},
+              GridCell{GridRow(4), GridColumn(6)}, GridCell{GridRow(8), GridColumn(16)}}) {
             const bool chosen = cell.row >= range.first.row && cell.row <= range.last.row &&
                                 cell.column >= range.first.column && cell.column <= range.last.column;
             // Between the cursor's bars and above the digits.
@@ -48,18 +50,19 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
                       grid.palette().color(chosen ? QPalette::Highlight : QPalette::Base));
         }
     };
-    QTest::mousePress(body, Qt::LeftButton, {}, PlaceOf({2, 3}).center());
-    MoveHeld(*body, PlaceOf({3, 5}).center());
-    MoveHeld(*body, PlaceOf({4, 6}).center());
-    QTest::mouseRelease(body, Qt::LeftButton, {}, PlaceOf({4, 6}).center());
-    expect({{2, 3}, {4, 6}}, {4, 6});
-    ClickCell({5, 5});
+    QTest::mousePress(body, Qt::LeftButton, {}, PlaceOf({GridRow(2), GridColumn(3)}).center());
+    MoveHeld(*body, PlaceOf({GridRow(3), GridColumn(5)}).center());
+    MoveHeld(*body, PlaceOf({GridRow(4), GridColumn(6)}).center());
+    QTest::mouseRelease(body, Qt::LeftButton, {}, PlaceOf({GridRow(4), GridColumn(6)}).center());
+    expect({{GridRow(2), GridColumn(3)}, {GridRow(4), GridColumn(6)}}, {GridRow(4), GridColumn(6)});
+    ClickCell({GridRow(5), GridColumn(5)});
     Key(Qt::Key_Left, Qt::ShiftModifier);
-    expect({{5, 4}, {5, 5}}, {5, 4});
+    expect({{GridRow(5), GridColumn(4)}, {GridRow(5), GridColumn(5)}}, {GridRow(5), GridColumn(4)});
     Key(Qt::Key_A, Qt::ControlModifier);
-    expect({{1, 1}, {8, 16}}, {5, 4});
-    SelectGridCells(session, {{1, 2}, {3, 4}}, {1, 2});
-    expect({{1, 2}, {3, 4}}, {1, 2});
+    expect({{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}}, {GridRow(5), GridColumn(4)});
+    SelectGridCells(session, {{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}},
+                    {GridRow(1), GridColumn(2)});
+    expect({{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}}, {GridRow(1), GridColumn(2)});
 
     // Headers, their corner and the empty strip below the cells are no places to click.
     grid.resize(600, 190);
@@ -69,7 +72,7 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
     }
     Click(*grid.childAt(5, 5));
     Click(*body, {5, body->height() - 1});
-    expect({{1, 2}, {3, 4}}, {1, 2});
+    expect({{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}}, {GridRow(1), GridColumn(2)});
 }
 
 TEST_F(GridTest, KeepsRowsAndColumnsToTheirShares) {

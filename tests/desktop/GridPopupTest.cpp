@@ -13,9 +13,10 @@ TEST_F(GridTest, OffersItsCommandsWhereTheyAreAskedFor) {
     Show(TableType::RACE);
     auto& menu = Find<QMenu>(grid, "mnuPopUpEdit3D");
     const auto& paste = Find<QAction>(grid, "mnuPopupPaste3D");
-    SelectGridCells(session, {{2, 3}, {4, 5}}, {4, 5});
+    SelectGridCells(session, {{GridRow(2), GridColumn(3)}, {GridRow(4), GridColumn(5)}},
+                    {GridRow(4), GridColumn(5)});
     const Act ways[] = {[&] {
-                            ClickCell({7, 7}, {}, Qt::RightButton);
+                            ClickCell({GridRow(7), GridColumn(7)}, {}, Qt::RightButton);
                         },
                         [&] {
                             Click(grid, {5, 5}, Qt::RightButton);
@@ -33,8 +34,8 @@ TEST_F(GridTest, OffersItsCommandsWhereTheyAreAskedFor) {
         ask();
         EXPECT_EQ(QApplication::activePopupWidget(), &menu);
         menu.close();
-        EXPECT_EQ(Cursor(), (GridCell{4, 5}));
-        EXPECT_EQ(Selection(), (GridRange{{2, 3}, {4, 5}}));
+        EXPECT_EQ(Cursor(), (GridCell{GridRow(4), GridColumn(5)}));
+        EXPECT_EQ(Selection(), (GridRange{{GridRow(2), GridColumn(3)}, {GridRow(4), GridColumn(5)}}));
     }
     EXPECT_TRUE(paste.isEnabled());
 }
@@ -56,13 +57,15 @@ TEST_F(GridTest, TheMenusItemsAnswerToTheirFirstLetters) {
         auto* look = QStyleFactory::create(style);
         look->setParent(&menu);
         menu.setStyle(look);
-        SelectGridCells(session, {{2, 3}, {2, 3}}, {2, 3});
+        SelectGridCells(session, {{GridRow(2), GridColumn(3)}, {GridRow(2), GridColumn(3)}},
+                        {GridRow(2), GridColumn(3)});
         EXPECT_EQ(choose('c'), 1);
         EXPECT_EQ(session.state.CopyBuffer, "30.0");
         session.state.CopyBuffer = "12";
-        SelectGridCells(session, {{4, 4}, {4, 4}}, {4, 4});
+        SelectGridCells(session, {{GridRow(4), GridColumn(4)}, {GridRow(4), GridColumn(4)}},
+                        {GridRow(4), GridColumn(4)});
         EXPECT_EQ(choose('P', Qt::ShiftModifier), 1);
-        EXPECT_EQ(Text({4, 4}), "12");
+        EXPECT_EQ(Text({GridRow(4), GridColumn(4)}), "12");
         commandsRun = false;
         EXPECT_EQ(choose('m'), 1);
         EXPECT_EQ(choose('x'), 0);
@@ -73,14 +76,14 @@ TEST_F(GridTest, TheMenusItemsAnswerToTheirFirstLetters) {
 TEST_F(GridTest, CopiesAndPastesByShortcutWithoutTheDesktopsClipboard) {
     Show(TableType::RACE);
     QApplication::clipboard()->setText(QStringLiteral("mine"));
-    session.sheet.SetText({2, 3}, "12.5");
-    ClickCell({2, 3});
+    session.sheet.SetText({GridRow(2), GridColumn(3)}, "12.5");
+    ClickCell({GridRow(2), GridColumn(3)});
     Key(Qt::Key_C, Qt::ControlModifier);
-    ClickCell({4, 4});
-    ClickCell({5, 6}, Qt::ShiftModifier);
+    ClickCell({GridRow(4), GridColumn(4)});
+    ClickCell({GridRow(5), GridColumn(6)}, Qt::ShiftModifier);
     Key(Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(Text({4, 4}), "12.5");
-    EXPECT_EQ(Degrees({5, 6}), 12.5);
+    EXPECT_EQ(Text({GridRow(4), GridColumn(4)}), "12.5");
+    EXPECT_EQ(Degrees({GridRow(5), GridColumn(6)}), 12.5);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("mine"));
 }
 

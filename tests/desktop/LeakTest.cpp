@@ -59,7 +59,7 @@ TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
     const auto round = [&] {
         mnuOpenTable_Click(session);
         EXPECT_TRUE(session.state.TableShown);
-        EndEdit(session, {2, 3}, "12.5");
+        EndEdit(session, {GridRow(2), GridColumn(3)}, "12.5");
         mnuSaveTable_Click(session);
         mnuUpload_Click(session);
         mnuDownload_Click(session);

@@ -46,7 +46,8 @@ class LocaleTest : public WidgetTest {
             used, [](const auto& event) { event(); }, [&](const auto& command) { command(used); }, &window);
         test.files.contents["/open.tbl"] = ShippedFile("RV52_Max.dat") + "!RPMLimit: 6149.6\r\n";
         mnuOpenTable_Click(used);
-        used.sheet.Select({{1, 1}, {8, 16}}, {1, 1});
+        used.sheet.Select({{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}},
+                          {GridRow(1), GridColumn(1)});
         mnuPopUpModify3D_Click(used);
         used.state.TableShown = true;
         mnuSaveTable_Click(used);

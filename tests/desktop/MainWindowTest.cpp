@@ -73,7 +73,7 @@ TEST_F(MainWindowTest, AsksOnceAboutWhatCannotBePainted) {
     Running().table.Replace(table);
     LoadChartTemplate(Running(), TableType::EX);
     SetUpTableGrid(Running(), TableType::EX);
-    FillAndShowTable(Running(), {0, 0});
+    FillAndShowTable(Running(), {GridRow(0), GridColumn(0)});
     Running().gesture.kind = ChartGesture::Kind::Point;
     Running().table.Touch();
     robot_->Expect("the failure box", [this](QWidget& box) {
@@ -165,12 +165,12 @@ TEST_F(MainWindowTest, DownloadsEditsAndUploadsAnExTableAndGrows) {
     Simulate(TableType::EX);
     Download();
     EXPECT_EQ(State().TableType, TableType::EX);
-    Running().table.SetCell({5, 5}, 17.6);
+    Running().table.SetCell({Column(5), Row(5)}, 17.6);
     robot_->ExpectBox("Upload completed.", "cmdOK");
     robot_->Choose("mnuComm", "mnuUpload");
     robot_->ExpectBox("Save advance table before downloading?", "cmdNo");
     Download();
-    EXPECT_NEAR(Running().table.Table().GetCell({5, 5}), 17.6, 1e-9);
+    EXPECT_NEAR(Running().table.Table().GetCell({Column(5), Row(5)}), 17.6, 1e-9);
     EXPECT_FALSE(Part("fraProgress1").isVisible());
 
     for (const auto& [growth, chart, grid] :
@@ -252,7 +252,7 @@ TEST_F(MainWindowTest, NoCommandStartsOnARefusedTextAndLeavingAsksNothingOfIt) {
     robot_->Type("12");
     robot_->ExpectBox("Save advance table before closing file?", "cmdNo");
     robot_->Choose("mnuFile", "mnuCloseTable");
-    EXPECT_EQ(Running().sheet.Text({2, 3}), "12");
+    EXPECT_EQ(Running().sheet.Text({GridRow(2), GridColumn(3)}), "12");
     EXPECT_FALSE(State().TableShown);
 
     ShowAs(Running(), FlatTable(TableType::RACE, 30));

@@ -22,7 +22,8 @@ class Typist : public test::DismissingUser {
 };
 
 GridCell CellOf(Bytes& bytes, const GridSheet& sheet) {
-    return {bytes.Next() % sheet.RowCount(), bytes.Next() % sheet.ColumnCount()};
+    return {GridRow(bytes.Next() % sheet.RowCountWithHeader()),
+            GridColumn(bytes.Next() % sheet.ColumnCountWithHeader())};
 }
 
 void Select(Session& session, Bytes& bytes) {
@@ -75,7 +76,7 @@ void Target(std::string_view input) {
     session.state.TableType = type;
     session.table.Replace(AdvanceTable(type));
     SetUpTableGrid(session, type);
-    FillAndShowTable(session, {1, 1});
+    FillAndShowTable(session, {GridRow(1), GridColumn(1)});
     while (bytes.Any()) {
         const int deed = bytes.Next() % 4;
         if (deed == 0) {

@@ -95,7 +95,8 @@ void Target(std::string_view input) {
         Require(!widget->grab().isNull(), "it can be looked at");
     }
     for (const int column : {1, 16})
-        desk.session.chart.ShowLabel({column, 1}, FormatTenths(table.GetCell({column, 1})));
+        desk.session.chart.ShowLabel({Column(column), Row(1)},
+                                     FormatTenths(table.GetCell({Column(column), Row(1)})));
     desk.chart.grab();
     Print(desk);
 }

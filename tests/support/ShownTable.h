@@ -18,7 +18,7 @@ inline void ShowAs(Session& session, const AdvanceTable& table) {
     session.state.TableType = table.Type();
     session.table.Replace(table);
     SetUpTableGrid(session, table.Type());
-    FillAndShowTable(session, {0, 0});
+    FillAndShowTable(session, {GridRow(0), GridColumn(0)});
     SetEditingPermission(session, table.Type());
 }
 
@@ -28,7 +28,7 @@ inline std::string OnScreen(const TestSession& test) {
     EXPECT_EQ(test.view.shown, test.session.state.TableShown);
     const auto cursor = sheet.Cursor();
     return std::string(ToText(test.session.state.TableType)) + (test.view.shown ? " shown, " : " hidden, ") +
-           std::to_string(sheet.RowCount() - 1) + " rows, at " + std::to_string(cursor.row) + " " +
+           std::to_string(sheet.RowCountWithHeader() - 1) + " rows, at " + std::to_string(cursor.row) + " " +
            std::to_string(cursor.column) + (sheet.Editable() ? ", editable" : ", fixed") +
            (chart.Interactive() ? ", chart editable" : ", chart fixed") + ", template of " +
            std::to_string(chart.Template() ? chart.Template()->rows : 0) +

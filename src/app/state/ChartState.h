@@ -12,7 +12,7 @@ namespace rv52 {
 // The one movable label of the chart.
 struct ValueLabel {
     bool shown = false;
-    Cell at{1, 1};
+    Cell at{Column(1), Row(1)};
     std::string text;
 
     bool operator==(const ValueLabel&) const = default;
@@ -60,7 +60,7 @@ struct ChartGesture {
     bool ReleaseSuppressed = false;  // a double click is going on; the next release only ends it
 
     bool Picked() const { return PickedColumn > 0 && PickedRow > 0; }
-    Cell PickedCell() const { return {PickedColumn, PickedRow}; }
+    Cell PickedCell() const { return {Column(PickedColumn), Row(PickedRow)}; }
 };
 
 }  // namespace rv52

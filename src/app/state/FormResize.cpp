@@ -8,7 +8,7 @@ namespace {
 
 void RenewSerialSettings(Session& session) {
     session.line.Close();
-    if (!session.shell.InnerSize().minimised) ApplySerialSettings(session);
+    if (!session.shell.InnerSize().minimised) RestartLineErrorCount(session);
 }
 
 }  // namespace
@@ -24,7 +24,7 @@ void WindowResized(Session& session) {
     session.gate.DeferSettings();
 }
 
-void ApplySerialSettings(Session& session) {
+void RestartLineErrorCount(Session& session) {
     session.state.LineErrorCount = 0;
 }
 

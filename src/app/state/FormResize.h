@@ -11,8 +11,8 @@ void Form_Resize(Session& session);
 // settings wait until it has ended.
 void WindowResized(Session& session);
 
-// The fixed serial settings stand in Line.h and go to the port each time it is opened; applying
-// them anew starts the count of line errors from 0.
-void ApplySerialSettings(Session& session);
+// The fixed serial settings stand in Line.h and go to the port each time it is opened; with them the count of
+// line errors starts from 0.
+void RestartLineErrorCount(Session& session);
 
 }  // namespace rv52

@@ -8,14 +8,15 @@ namespace rv52 {
 void GridSheet::SetUp(TableType type) {
     type_ = type;
     rows_ = rv52::RowCount(type) + 1;
-    texts_.assign(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(ColumnCount()), {});
+    texts_.assign(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(ColumnCountWithHeader()), {});
     cursor_ = {};
     selection_ = {};
-    texts_[IndexOf({0, 0})] = "MAP/RPM";
+    texts_[IndexOf({GridRow(0), GridColumn(0)})] = "MAP/RPM";
     for (int column = 1; column <= kColumnCount; ++column)
-        texts_[IndexOf({0, column})] = std::to_string(RpmOfColumn(column));
+        texts_[IndexOf({GridRow(0), GridColumn(column)})] = std::to_string(RpmOfColumn(column));
     for (int row = 1; row < rows_; ++row)
-        texts_[IndexOf({row, 0})] = std::to_string(MapOfRow(CellAt({row, 1}, type).row));
+        texts_[IndexOf({GridRow(row), GridColumn(0)})] =
+            std::to_string(MapOfRow(CellAt({GridRow(row), GridColumn(1)}, type).row));
     Notify(Change::Layout);
 }
 
@@ -26,7 +27,8 @@ void GridSheet::SetText(GridCell at, std::string text) {
 }
 
 std::optional<GridRange> GridSheet::SelectedData() const {
-    const GridCell first{std::max(1, selection_.first.row), std::max(1, selection_.first.column)};
+    const GridCell first{GridRow(std::max<int>(1, selection_.first.row)),
+                         GridColumn(std::max<int>(1, selection_.first.column))};
     if (selection_.last.row < first.row || selection_.last.column < first.column) return std::nullopt;
     return GridRange{first, selection_.last};
 }
@@ -53,7 +55,7 @@ void GridSheet::Release() {
 std::size_t GridSheet::IndexOf(GridCell at) const {
     if (at.row < 0 || at.row >= rows_ || at.column < 0 || at.column > kColumnCount)
         throw std::logic_error("no such cell in the grid");
-    return static_cast<std::size_t>(at.row) * static_cast<std::size_t>(ColumnCount()) +
+    return static_cast<std::size_t>(at.row) * static_cast<std::size_t>(ColumnCountWithHeader()) +
            static_cast<std::size_t>(at.column);
 }
 

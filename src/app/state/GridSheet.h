@@ -10,10 +10,13 @@
 
 namespace rv52 {
 
+using GridRow = Ordinal<struct GridRows>;
+using GridColumn = Ordinal<struct GridColumns>;
+
 // A position on the grid: row g and column k, 0 for the header row and column, which no edit reaches.
 struct GridCell {
-    int row = 0;
-    int column = 0;
+    GridRow row;
+    GridColumn column;
 
     bool operator==(const GridCell&) const = default;
     bool IsData() const { return row > 0 && column > 0; }
@@ -29,10 +32,10 @@ struct GridRange {
 
 // The grid shows the table upside down: grid row g is table row R + 1 − g. The only place that says so.
 constexpr Cell CellAt(GridCell at, TableType type) {
-    return {at.column, RowCount(type) + 1 - at.row};
+    return {Column(at.column), Row(RowCount(type) + 1 - at.row)};
 }
 constexpr GridCell GridCellOf(Cell cell, TableType type) {
-    return {RowCount(type) + 1 - cell.row, cell.column};
+    return {GridRow(RowCount(type) + 1 - cell.row), GridColumn(cell.column)};
 }
 
 // The grid's own state: its texts, cursor and selection. Texts are not a picture of the table: what was
@@ -48,9 +51,9 @@ class GridSheet {
     void SetUp(TableType type);
 
     TableType Type() const { return type_; }
-    // Header row and column included; 0 before the first SetUp.
-    int RowCount() const { return rows_; }
-    int ColumnCount() const { return rows_ == 0 ? 0 : kColumnCount + 1; }
+    // 0 before the first SetUp.
+    int RowCountWithHeader() const { return rows_; }
+    int ColumnCountWithHeader() const { return rows_ == 0 ? 0 : kColumnCount + 1; }
 
     const std::string& Text(GridCell at) const { return texts_[IndexOf(at)]; }
     void SetText(GridCell at, std::string text);

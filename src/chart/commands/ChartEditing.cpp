@@ -15,7 +15,7 @@ namespace {
 constexpr double kStep = 0.2;
 constexpr double kLargestShift = 5;
 
-double Limited(const Session& session, Cell cell, double degrees) {
+double WithinLimits(const Session& session, Cell cell, double degrees) {
     const auto type = session.table.Table().Type();
     return std::clamp(std::min(degrees, CellLimit(session.state, type, cell)), 0.0, kHighestAdvance);
 }
@@ -47,12 +47,12 @@ void PressSurface(Session& session, Steps& step, std::optional<Cell> hit) {
         session.gesture.PendingOffset = 0;
         step([&] { session.chart.ShowLabel(*hit, FormatTenths(0)); });
     }
-    step([&] { MoveGridCursor(session, {0, 0}); });
+    step([&] { MoveGridCursor(session, {GridRow(0), GridColumn(0)}); });
 }
 
 void DragPoint(Session& session, Steps& step, double valueAtMouse) {
     const auto cell = session.gesture.PickedCell();
-    const double value = Limited(session, cell, RoundHalfEven(5 * valueAtMouse) * kStep);
+    const double value = WithinLimits(session, cell, RoundHalfEven(5 * valueAtMouse) * kStep);
     step([&] {
         const RedrawHold hold(session.table);
         session.table.SetCell(cell, value);
@@ -161,7 +161,7 @@ void ChartDragLost(Session& session) {
 AdvanceTable ShiftedTable(const Session& session) {
     auto table = session.table.Table();
     ForEachCell(table.Type(), [&](Cell cell) {
-        table.SetCell(cell, Limited(session, cell, table.GetCell(cell) + session.gesture.PendingOffset));
+        table.SetCell(cell, WithinLimits(session, cell, table.GetCell(cell) + session.gesture.PendingOffset));
     });
     return table;
 }

@@ -99,17 +99,17 @@ class Painter {
     void Lines(Cell cell) {
         const int lastColumn = kColumnCount - 1;
         const int lastRow = mesh_.RowCount() - 1;
-        const Cell farColumn{cell.column + (mesh_.FarAtHighColumn() ? 1 : 0), cell.row};
-        const Cell farRow{cell.column, cell.row + (mesh_.FarAtHighRow() ? 1 : 0)};
-        Line(farColumn, {farColumn.column, farColumn.row + 1});
-        Line(farRow, {farRow.column + 1, farRow.row});
+        const Cell farColumn{Column(cell.column + (mesh_.FarAtHighColumn() ? 1 : 0)), cell.row};
+        const Cell farRow{cell.column, Row(cell.row + (mesh_.FarAtHighRow() ? 1 : 0))};
+        Line(farColumn, {Column(farColumn.column), Row(farColumn.row + 1)});
+        Line(farRow, {Column(farRow.column + 1), Row(farRow.row)});
         if (cell.column == (mesh_.FarAtHighColumn() ? 1 : lastColumn)) {
             const int column = mesh_.FarAtHighColumn() ? cell.column : cell.column + 1;
-            Line({column, cell.row}, {column, cell.row + 1});
+            Line({Column(column), cell.row}, {Column(column), Row(cell.row + 1)});
         }
         if (cell.row == (mesh_.FarAtHighRow() ? 1 : lastRow)) {
             const int row = mesh_.FarAtHighRow() ? cell.row : cell.row + 1;
-            Line({cell.column, row}, {cell.column + 1, row});
+            Line({cell.column, Row(row)}, {Column(cell.column + 1), Row(row)});
         }
     }
 

@@ -10,7 +10,7 @@ namespace rv52 {
 
 namespace {
 
-constexpr int kNeutralTiming = 0;
+constexpr int kNoTimingShift = 0;
 
 ModuleParameters& Parameters(Session& session) {
     return session.state.ModuleParameters;
@@ -20,8 +20,15 @@ std::int16_t Word(int value) {
     return static_cast<std::int16_t>(value);
 }
 
-void ResetRPMLimit(Session& session) {
-    Parameters(session).RPMLimit = Word(ModuleParameters::kRPMLimit.lowest);
+// What is not fixed has the value that its control starts from.
+void FixRPMLimit(ModuleParameters& parameters, bool fixed) {
+    parameters.FixedLimFlag = fixed;
+    if (!fixed) parameters.RPMLimit = Word(ModuleParameters::kRPMLimit.lowest);
+}
+
+void FixInitialTiming(ModuleParameters& parameters, bool fixed) {
+    parameters.FixedInitialTmgFlag = fixed;
+    if (!fixed) parameters.InitialTiming = kNoTimingShift;
 }
 
 void Warn(Session& session, const std::string& text, const char* title) {
@@ -37,8 +44,8 @@ void mnuEditModParams_Click(Session& session) {
 void OpenModParams(Session& session) {
     auto& parameters = Parameters(session);
     if (session.state.TableType == TableType::EX) parameters.RearOffset = 0;
-    if (!parameters.FixedLimFlag) ResetRPMLimit(session);
-    if (!parameters.FixedInitialTmgFlag) parameters.InitialTiming = kNeutralTiming;
+    FixRPMLimit(parameters, parameters.FixedLimFlag);
+    FixInitialTiming(parameters, parameters.FixedInitialTmgFlag);
 }
 
 void sldRPMLimit_Change(Session& session, int position) {
@@ -47,7 +54,7 @@ void sldRPMLimit_Change(Session& session, int position) {
 
 int sldInitTiming_Change(Session& session, int position) {
     if (session.state.TableType == TableType::EX)
-        position = std::max(position, kInitTimingScale.PositionOf(kNeutralTiming));
+        position = std::max(position, kInitTimingScale.PositionOf(kNoTimingShift));
     Parameters(session).InitialTiming = Word(kInitTimingScale.ValueAt(position));
     return position;
 }
@@ -61,13 +68,11 @@ void sldCrankRevs_Change(Session& session, int position) {
 }
 
 void chkFixedRPMLimit_Click(Session& session, bool ticked) {
-    Parameters(session).FixedLimFlag = ticked;
-    if (!ticked) ResetRPMLimit(session);
+    FixRPMLimit(Parameters(session), ticked);
 }
 
 void chkFixedInitTiming_Click(Session& session, bool ticked) {
-    Parameters(session).FixedInitialTmgFlag = ticked;
-    if (!ticked) Parameters(session).InitialTiming = kNeutralTiming;
+    FixInitialTiming(Parameters(session), ticked);
 }
 
 void chkTachEnable_Click(Session& session, bool ticked) {

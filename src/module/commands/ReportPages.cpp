@@ -44,8 +44,8 @@ ReportLine Comment(const ReportNotes& notes) {
 
 ReportLine GridLine(const GridSheet& sheet, int row) {
     std::string line;
-    for (int column = 0; column < sheet.ColumnCount(); ++column)
-        line += Fit(sheet.Text({row, column}));
+    for (int column = 0; column < sheet.ColumnCountWithHeader(); ++column)
+        line += Fit(sheet.Text({GridRow(row), GridColumn(column)}));
     return Text(line);
 }
 
@@ -79,7 +79,7 @@ std::vector<ReportLine> TablePageLines(const Session& session, const ReportNotes
     std::vector<ReportLine> lines{Header(session, notes), {}};
     if (!notes.comment.empty()) lines.push_back(Comment(notes));
     lines.insert(lines.end(), {{}, Text("Advance Table"), {}});
-    for (int row = 0; row < session.sheet.RowCount(); ++row)
+    for (int row = 0; row < session.sheet.RowCountWithHeader(); ++row)
         lines.push_back(GridLine(session.sheet, row));
     const ReportLine firmware{{kTextColumn, "Firmware ID:"}, {kFirmwareColumn, session.state.FirmwareId}};
     lines.insert(lines.end(), {{}, {}, firmware, {}});

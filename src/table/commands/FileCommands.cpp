@@ -61,7 +61,7 @@ void ShowFile(Session& session, const std::string& path) {
         ReadParameters(session, content);
         if (!LoadTable(session, path, content)) return;
         step([&] { SetUpTableGrid(session, session.state.TableType); });
-        FillAndShowTable(session, {0, 0});
+        FillAndShowTable(session, {GridRow(0), GridColumn(0)});
         step([&] { SetFileCaption(session, path); });
         step([&] { SetEditingPermission(session, session.state.TableType); });
     });

@@ -13,7 +13,7 @@ namespace rv52 {
 namespace {
 
 constexpr int kHighestExPosition = 4;
-constexpr int kNeutralTiming = 5;
+constexpr int kUnshiftedTiming = 5;
 
 TableType AskType(Session& session) {
     const auto answer = session.steps.Value(
@@ -57,7 +57,7 @@ double NewAdvance(double minimum, double maximum, int advSlope, int initTiming) 
     const double between = advSlope == 0       ? minimum
                            : advSlope == whole ? maximum
                                                : ((whole - advSlope) * minimum + advSlope * maximum) / whole;
-    const double shifted = between + (initTiming - kNeutralTiming);
+    const double shifted = between + (initTiming - kUnshiftedTiming);
     return shifted > 0 ? std::min(shifted, kHighestAdvance) : 0;
 }
 
@@ -98,7 +98,7 @@ void CreateNewTable(Session& session, const NewTable& newTable) {
             });
             session.table.Replace(table);
         });
-        FillAndShowTable(session, {3, 3});
+        FillAndShowTable(session, {GridRow(3), GridColumn(3)});
     });
     // The dialog stays open, and the command with it: its end is too late for what this change has met.
     session.drawing.Tell(session.steps);

@@ -31,7 +31,7 @@ template <class Visit>
 void ForEachCellOf(const GridRange& range, Visit&& visit) {
     for (int row = range.first.row; row <= range.last.row; ++row)
         for (int column = range.first.column; column <= range.last.column; ++column)
-            visit(GridCell{row, column});
+            visit(GridCell{GridRow(row), GridColumn(column)});
 }
 
 double Spelled(const std::string& text) {
@@ -62,7 +62,7 @@ void ChangeCells(Session& session, const Changes& changes) {
 }
 
 // RACE stays within 0 to 45. EX has the cell's maximum above and nothing below but what a double can hold.
-double Limited(const Session& session, GridCell at, double degrees) {
+double ModifiedWithinLimits(const Session& session, GridCell at, double degrees) {
     const double lowest = IsEx(session) ? std::numeric_limits<double>::lowest() : 0.0;
     return std::clamp(degrees, lowest, UpperLimit(session, at));
 }
@@ -70,7 +70,8 @@ double Limited(const Session& session, GridCell at, double degrees) {
 Changes Modified(const Session& session, const GridRange& block, const ModifyExpression& expression) {
     Changes changes;
     ForEachCellOf(block, [&](GridCell at) {
-        const double degrees = Limited(session, at, expression.Apply(Spelled(session.sheet.Text(at))));
+        const double degrees =
+            ModifiedWithinLimits(session, at, expression.Apply(Spelled(session.sheet.Text(at))));
         changes.push_back({at, FormatTenths(degrees), degrees});
     });
     return changes;
@@ -92,9 +93,10 @@ std::vector<std::string> CopiedTexts(const std::string& buffer) {
 GridRange PasteTarget(const Session& session, const GridRange& selection) {
     const auto [rows, columns] = std::pair(session.state.CopyRows, session.state.CopyCols);
     if (rows == 0 && columns == 0) return selection;
-    return {selection.first,
-            {std::min(selection.first.row + rows, session.sheet.RowCount() - 1),
-             std::min(selection.first.column + columns, session.sheet.ColumnCount() - 1)}};
+    return {
+        selection.first,
+        {GridRow(std::min(selection.first.row + rows, session.sheet.RowCountWithHeader() - 1)),
+         GridColumn(std::min(selection.first.column + columns, session.sheet.ColumnCountWithHeader() - 1))}};
 }
 
 Changes Pasted(const Session& session, const GridRange& target) {

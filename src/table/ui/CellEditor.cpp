@@ -134,8 +134,8 @@ bool CellEditor::Open(const QString& text) {
     edited_ = GridModel::CellOf(current);
     editor_ = new CellLineEdit(text, view_.viewport());
     editor_->setAccessibleName(tr("Advance at MAP %1, RPM %2")
-                                   .arg(ToQt(session_.sheet.Text({edited_.row, 0})),
-                                        ToQt(session_.sheet.Text({0, edited_.column}))));
+                                   .arg(ToQt(session_.sheet.Text({edited_.row, GridColumn(0)})),
+                                        ToQt(session_.sheet.Text({GridRow(0), edited_.column}))));
     connect(editor_, &CellLineEdit::Ended, this, &CellEditor::End);
     connect(editor_, &CellLineEdit::Abandoned, this, &CellEditor::Abandon);
     view_.scrollTo(current);

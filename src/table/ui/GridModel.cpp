@@ -9,11 +9,11 @@ namespace rv52 {
 GridModel::GridModel(const GridSheet& sheet, QObject* parent) : QAbstractTableModel(parent), sheet_(sheet) {}
 
 int GridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : std::max(0, sheet_.RowCount() - 1);
+    return parent.isValid() ? 0 : std::max(0, sheet_.RowCountWithHeader() - 1);
 }
 
 int GridModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : std::max(0, sheet_.ColumnCount() - 1);
+    return parent.isValid() ? 0 : std::max(0, sheet_.ColumnCountWithHeader() - 1);
 }
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
@@ -34,12 +34,12 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role == Qt::TextAlignmentRole) return static_cast<int>(Qt::AlignCenter);
     if (role != Qt::DisplayRole) return {};
-    return ToQt(
-        sheet_.Text(orientation == Qt::Horizontal ? GridCell{0, section + 1} : GridCell{section + 1, 0}));
+    return ToQt(sheet_.Text(orientation == Qt::Horizontal ? GridCell{GridRow(0), GridColumn(section + 1)}
+                                                          : GridCell{GridRow(section + 1), GridColumn(0)}));
 }
 
 QString GridModel::CornerText() const {
-    return sheet_.RowCount() == 0 ? QString() : ToQt(sheet_.Text({0, 0}));
+    return sheet_.RowCountWithHeader() == 0 ? QString() : ToQt(sheet_.Text({GridRow(0), GridColumn(0)}));
 }
 
 void GridModel::LaidOut() {

@@ -27,7 +27,9 @@ class GridModel : public QAbstractTableModel {
     void TextsChanged();
 
     QModelIndex IndexOf(GridCell at) const { return index(at.row - 1, at.column - 1); }
-    static GridCell CellOf(const QModelIndex& index) { return {index.row() + 1, index.column() + 1}; }
+    static GridCell CellOf(const QModelIndex& index) {
+        return {GridRow(index.row() + 1), GridColumn(index.column() + 1)};
+    }
 
  private:
     const GridSheet& sheet_;

@@ -78,7 +78,7 @@ void GridView::Dress() {
 }
 
 void GridView::ApplyPitch() {
-    const int rows = session_.sheet.RowCount();
+    const int rows = session_.sheet.RowCountWithHeader();
     if (rows == 0) return;
     const QSize inner = contentsRect().size();
     const auto pitch = [&](int width) {
@@ -95,7 +95,7 @@ void GridView::ApplyPitch() {
     verticalHeader()->setDefaultSectionSize(std::max(1, rowHeight));
     verticalHeader()->setFixedWidth(edge(1));
     horizontalHeader()->setFixedHeight(rowHeight);
-    for (int column = 1; column < session_.sheet.ColumnCount(); ++column)
+    for (int column = 1; column < session_.sheet.ColumnCountWithHeader(); ++column)
         horizontalHeader()->resizeSection(column - 1, edge(column + 1) - edge(column));
     updateGeometries();
     editing_->Place();

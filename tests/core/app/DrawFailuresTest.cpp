@@ -18,7 +18,8 @@ class DrawFailuresTest : public Desk {
         });
         session.drawing.OnKept([this] { ++kept; });
         ShowFlat(TableType::RACE, 20);
-        SelectGridCells(session, {{1, 1}, {8, 16}}, {1, 1});
+        SelectGridCells(session, {{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}},
+                        {GridRow(1), GridColumn(1)});
         session.state.CopyBuffer = "30";
         broken = true;
         chartDraws = gridDraws = 0;
@@ -33,7 +34,7 @@ class DrawFailuresTest : public Desk {
         prompts.ExpectError("no ink", answer);
         prompts.whileOpen = [this, meanwhile] {
             EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 30));
-            EXPECT_EQ(Text(GridCell{8, 16}), "30");
+            EXPECT_EQ(Text(GridCell{GridRow(8), GridColumn(16)}), "30");
             meanwhile();
         };
     }
@@ -66,7 +67,7 @@ TEST_F(DrawFailuresTest, RetryDrawsAgainAndDoesNothingElse) {
 
 // Outside of a command it is for the window to ask, when it gets to it.
 TEST_F(DrawFailuresTest, WaitForWhoeverIsToAsk) {
-    session.table.SetCell({1, 1}, 5);
+    session.table.SetCell({Column(1), Row(1)}, 5);
     session.chart.HideLabel();
     EXPECT_EQ(kept, 1);
     prompts.whileOpen = [this] { session.table.Touch(); };  // what is beneath the box is painted too

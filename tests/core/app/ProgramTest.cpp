@@ -38,7 +38,7 @@ TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
     EXPECT_EQ(test_.shell.caption, "Emberline Corvane RV52 Version 8.1");
     EXPECT_EQ(session_.state.CommPort, 12);
     EXPECT_EQ(session_.state.TableType, TableType::RACE);
-    EXPECT_GT(session_.state.ExMaxTable.GetCell({16, 11}), 30.0);
+    EXPECT_GT(session_.state.ExMaxTable.GetCell({Column(16), Row(11)}), 30.0);
     EXPECT_FALSE(session_.state.TableShown || session_.table.HasTable());
 
     line_.Open(12);

@@ -28,17 +28,17 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     const std::string advice = "Open a table, make a new one, or download one from a module.   ·   ";
     EXPECT_EQ(Told(session), advice + "Com33: /dev/ttyUSB0");
 
-    ShowWith(session, TableType::RACE, {6, 3}, 27.75);
+    ShowWith(session, TableType::RACE, {Column(6), Row(3)}, 27.75);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.75°, limit 45°   ·   Com33: /dev/ttyUSB0");
-    session.table.SetCell({6, 3}, 72 * 0.176);
+    session.table.SetCell({Column(6), Row(3)}, 72 * 0.176);
     EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 12.672°, limit 45°   ·   Com33: no device of its own");
-    ShowWith(session, TableType::EX, {6, 3}, 27.7734375);
-    session.state.ExMaxTable.SetCell({6, 3}, 31.5);
+    ShowWith(session, TableType::EX, {Column(6), Row(3)}, 27.7734375);
+    session.state.ExMaxTable.SetCell({Column(6), Row(3)}, 31.5);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.7734375°, limit 31.5°   ·   Com33: /dev/ttyUSB0");
 
-    MoveGridCursor(session, {0, 6});
+    MoveGridCursor(session, {GridRow(0), GridColumn(6)});
     EXPECT_EQ(Told(session), "Com33: /dev/ttyUSB0");
-    MoveGridCursor(session, {1, 6});
+    MoveGridCursor(session, {GridRow(1), GridColumn(6)});
     HideTable(session);
     EXPECT_EQ(Told(session), advice + "Com33: /dev/ttyUSB0");
 }
@@ -49,7 +49,7 @@ TEST(StatusTextTest, SaysWhomItTalksToWhatMayBeDoneMeanwhileAndHowItEnded) {
     auto options = Options(TableType::EX, true);
     options.identification = "RV52A EY SIM 8.1 of the longest name there is";
     ConnectedModule at(options);
-    ShowWith(at.session, TableType::RACE, {1, 1}, 10);
+    ShowWith(at.session, TableType::RACE, {Column(1), Row(1)}, 10);
     at.state.TableType = TableType::RACE;
     std::vector<std::string> told;
     at.shell.onStatus = [&] {

@@ -57,7 +57,8 @@ TEST(ProjectionTest, TheBoxFillsItsAreaFromEverySide) {
 TEST(ValueAtMouseTest, FindsTheValueThatIsDrawnAtThePixel) {
     const Point beside{9, -11};  // where the mouse has grabbed the point
     for (const auto& view : ManyViews()) {
-        for (const Cell cell : {Cell{1, 1}, Cell{16, 11}, Cell{8, 5}}) {
+        for (const Cell cell :
+             {Cell{Column(1), Row(1)}, Cell{Column(16), Row(11)}, Cell{Column(8), Row(5)}}) {
             for (const double value : {0.0, 12.5, 44.88}) {
                 auto table = AdvanceTable(TableType::EX);
                 table.SetCell(cell, 12.5);
@@ -82,8 +83,8 @@ TEST(MeshTest, DrawsWildValuesJustOutsideTheAxis) {
 
     AdvanceTable table(TableType::RACE);
     EXPECT_TRUE(SceneAt(table, {28, 32}).outside.empty());
-    table.SetCell({3, 2}, 45.01);
-    table.SetCell({4, 8}, -1e9);
+    table.SetCell({Column(3), Row(2)}, 45.01);
+    table.SetCell({Column(4), Row(8)}, -1e9);
     const auto scene = SceneAt(table, {28, 32});
     EXPECT_EQ(scene.outside.size(), 2U);
     EXPECT_EQ(scene.legend.swatches.size(), 11U) << "nine bands, and both sides of them";
@@ -203,7 +204,7 @@ TEST(SurfaceTest, IsPaintedHiddenAndPickedRightFromEveryAngle) {
             for (int sample = 0; sample < 60; ++sample)
                 ExpectHiddenPaintedBeforeHiding(mesh, {x(random), y(random)});
             for (int column = 1; column < kColumnCount; ++column)
-                ExpectVisiblePartsUncovered(mesh, {column, 4}, {column + 1, 4});
+                ExpectVisiblePartsUncovered(mesh, {Column(column), Row(4)}, {Column(column + 1), Row(4)});
             ForEachCell(type, [&](Cell cell) {
                 const auto& vertex = mesh.At(cell);
                 const bool visible = IsVisible(cell, mesh);
@@ -221,22 +222,23 @@ TEST(SurfaceTest, HidesNothingWhereItIsLevelAndAValleyBehindAWall) {
     for (const auto& view : ManyViews()) {
         const auto scene = SceneAt(AdvanceTable(TableType::EX), view);
         ForEachCell(TableType::EX, [&](Cell cell) { EXPECT_TRUE(IsVisible(cell, scene.mesh)) << view; });
-        EXPECT_EQ(CursorCurves(scene.mesh, {5, 5}).size(), 2U) << view;
+        EXPECT_EQ(CursorCurves(scene.mesh, {Column(5), Row(5)}).size(), 2U) << view;
     }
     AdvanceTable wall(TableType::RACE);
     for (int column = 1; column <= kColumnCount; ++column)
-        wall.SetCell({column, 2}, 45);
+        wall.SetCell({Column(column), Row(2)}, 45);
     const auto scene = SceneAt(wall, {0, 10});
-    EXPECT_FALSE(IsVisible({8, 3}, scene.mesh));
-    EXPECT_TRUE(IsVisible({8, 1}, scene.mesh) && IsVisible({8, 2}, scene.mesh));
+    EXPECT_FALSE(IsVisible({Column(8), Row(3)}, scene.mesh));
+    EXPECT_TRUE(IsVisible({Column(8), Row(1)}, scene.mesh) && IsVisible({Column(8), Row(2)}, scene.mesh));
 }
 
 TEST(PickingTest, TakesWhatIsShownWithinFourteenPixels) {
     const auto flat = SceneAt(AdvanceTable(TableType::RACE), {0, 70, 3});
     const auto near = [&](Point way) {
-        return NearestVisible(flat.mesh, kEverywhere, flat.mesh.At({1, 1}).at + way, kPickRadius);
+        return NearestVisible(flat.mesh, kEverywhere, flat.mesh.At({Column(1), Row(1)}).at + way,
+                              kPickRadius);
     };
-    EXPECT_EQ(near({-14, 0}).value().cell, (Cell{1, 1}));
+    EXPECT_EQ(near({Column(-14), Row(0)}).value().cell, (Cell{Column(1), Row(1)}));
     EXPECT_FALSE(near({-15, 0}) || near({-11, 11}));
 
     const auto scene = SceneAt(ShippedMaximum(TableType::RACE), {28, 32, 3});

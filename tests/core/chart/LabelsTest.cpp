@@ -31,8 +31,8 @@ TEST(LabelsTest, TextsAreInsideTheChartClearOfTheBoxAndOfEachOther) {
         for (const auto& view : LabelViews()) {
             SCOPED_TRACE(testing::PrintToString(view));
             auto table = ShippedMaximum(type);
-            table.SetCell({1, 1}, 99);
-            table.SetCell({2, 1}, -9);
+            table.SetCell({Column(1), Row(1)}, 99);
+            table.SetCell({Column(2), Row(1)}, -9);
             const auto scene = SceneAt(table, view);
             ExpectApart(scene.texts);
             ExpectApart(scene.legend.texts);

@@ -53,8 +53,8 @@ TEST(DownloadTest, BringsTableAndParametersOnScreen) {
             const ModuleParameters expected{0, 1, 2, 5700, 1424, false, false, false, true, 0xB6};
             EXPECT_EQ(at.state.ModuleParameters, expected);
 
-            EXPECT_EQ(at.session.sheet.Text({1, 0}), ex ? "10" : "16");
-            EXPECT_EQ(at.session.sheet.Text({1, 1}), ex ? "28.5" : "0.5");
+            EXPECT_EQ(at.session.sheet.Text({GridRow(1), GridColumn(0)}), ex ? "10" : "16");
+            EXPECT_EQ(at.session.sheet.Text({GridRow(1), GridColumn(1)}), ex ? "28.5" : "0.5");
             EXPECT_EQ(OnScreen(at.connected.test),
                       (ex ? "EX shown, 11 rows, at 0 0, fixed, chart fixed, template of 11: "
                           : "RACE shown, 8 rows, at 0 0, editable, chart editable, template of 8: ") +

@@ -54,7 +54,7 @@ TEST(EepromImageTest, RoundsAndClampsCells) {
         {0.176 * 2.5, 2}, {0.176 * 3.5, 4}, {infinite, 255}, {-infinite, 0}, {std::nan(""), 0}};
     for (const auto& [degrees, count] : cells) {
         AdvanceTable table(TableType::RACE);
-        table.SetCell({1, 8}, degrees);
+        table.SetCell({Column(1), Row(8)}, degrees);
         EepromBuffer buffer{};
         EncodeEepromImage(table, {}, TableType::RACE, buffer);
         EXPECT_EQ(buffer[0], count) << degrees;

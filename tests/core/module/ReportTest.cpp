@@ -24,7 +24,7 @@ class ReportTest : public Desk {
         AdvanceTable table(type);
         ForEachCell(type, [&](Cell cell) { table.SetCell(cell, cell.row + cell.column / 100.0); });
         Show(table);
-        session.chart.ShowLabel({1, 1}, "1.0");
+        session.chart.ShowLabel({Column(1), Row(1)}, "1.0");
     }
 
     void ExpectComment(const std::string& comment = {}) {
@@ -53,8 +53,8 @@ TEST_F(ReportTest, PrintsARaceTableWithAComment) {
     ShowTable(TableType::RACE);
     session.state.FirmwareId = "RV52A 8.1";
     session.state.ModuleParameters = {-3, 5, 2, 5700, 910, true, false, false, true, 0};
-    session.sheet.SetText({1, 1}, "0.5");
-    session.sheet.SetText({1, 2}, "00123456789");
+    session.sheet.SetText({GridRow(1), GridColumn(1)}, "0.5");
+    session.sheet.SetText({GridRow(1), GridColumn(2)}, "00123456789");
     ExpectComment("No. 7");
     Print();
 

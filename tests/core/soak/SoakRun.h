@@ -83,7 +83,7 @@ class SoakRun {
         state_.TableType = table.Type();
         session_.table.Replace(table);
         SetUpTableGrid(session_, table.Type());
-        FillAndShowTable(session_, {0, 0});
+        FillAndShowTable(session_, {GridRow(0), GridColumn(0)});
     }
 
     void ConnectSomeModule() {
@@ -186,7 +186,7 @@ class SoakRun {
         if (!state_.TableShown) return;
         const auto& table = session_.table.Table();
         EXPECT_EQ(state_.TableType, table.Type());
-        EXPECT_EQ(session_.sheet.RowCount(), table.RowCount() + 1);
+        EXPECT_EQ(session_.sheet.RowCountWithHeader(), table.RowCount() + 1);
     }
 
     // Closing may have saved, or shut, the table by now.

@@ -198,7 +198,7 @@ TEST_F(SaveTableTest, OpensAsTheSameTable) {
 
         parameters = {};
         session.table.Replace(AdvanceTable(TableType::RACE));
-        session.chart.ShowLabel({1, 1}, "7.0");
+        session.chart.ShowLabel({Column(1), Row(1)}, "7.0");
         session.sheet.SetEditable(!race);
         session.state.TableShown = test.view.shown = false;
         test.shell.placements = test.files.reads = 0;

@@ -68,34 +68,35 @@ class GridCommandsTest : public Desk {
 
 TEST_F(GridCommandsTest, EditTakesRaceTextsFromZeroTo45AndNothingElse) {
     ShowFlat(TableType::RACE, 30);
-    MoveGridCursor(session, {7, 7});
+    MoveGridCursor(session, {GridRow(7), GridColumn(7)});
     int redraws = 0;
     session.table.OnRedraw([&] { ++redraws; });
     const std::tuple<const char*, double, const char*> accepted[] = {
         {"0", 0, "0.0"},       {"45", 45, "45.0"}, {" 27.75 ", 27.75, "27.8"},
         {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"},   {"0.1234", 0.1234, "0.1"}};
     for (const auto& [text, degrees, label] : accepted) {
-        EXPECT_TRUE(EndEdit(session, {2, 3}, text)) << text;
-        ExpectCell({2, 3}, text, degrees);
+        EXPECT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, text)) << text;
+        ExpectCell({GridRow(2), GridColumn(3)}, text, degrees);
         EXPECT_EQ(std::exchange(redraws, 0), 1) << text;
         // The label keeps its place on the cursor's cell.
-        EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {7, 2}, label}));
+        EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(7), Row(2)}, label}));
     }
     // As other programs' clipboards give a cell; and nothing but the text stays, which Copy will take.
     for (const std::string text : {"30\n", "30\r\n", "30\t", "\t30\r"}) {
-        EXPECT_TRUE(EndEdit(session, {2, 3}, text)) << text;
-        ExpectCell({2, 3}, "30", 30);
+        EXPECT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, text)) << text;
+        ExpectCell({GridRow(2), GridColumn(3)}, "30", 30);
     }
-    EXPECT_TRUE(EndEdit(session, {2, 3}, "-0"));
-    ExpectCell({2, 3}, "-0", 0);
-    EXPECT_FALSE(std::signbit(Degrees(GridCell{2, 3})));
+    EXPECT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, "-0"));
+    ExpectCell({GridRow(2), GridColumn(3)}, "-0", 0);
+    EXPECT_FALSE(std::signbit(Degrees(GridCell{GridRow(2), GridColumn(3)})));
     EXPECT_EQ(session.chart.Label().text, "0.0");
-    EXPECT_TRUE(EndEdit(session, {2, 3}, "0.1234"));
+    EXPECT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, "0.1234"));
     redraws = 0;
     for (const std::string text :
          {"", "\n", "30\t31", "abc", "45.01", "-0.1", "1,5", "1e1", "5-", "nan", "0x10"})
-        ExpectRefused({2, 3}, text, "Advance must be numeric value between zero and 45 degrees.");
-    ExpectCell({2, 3}, "0.1234", 0.1234);
+        ExpectRefused({GridRow(2), GridColumn(3)}, text,
+                      "Advance must be numeric value between zero and 45 degrees.");
+    ExpectCell({GridRow(2), GridColumn(3)}, "0.1234", 0.1234);
     EXPECT_EQ(session.chart.Label().text, "0.1");
 }
 
@@ -106,15 +107,15 @@ TEST_F(GridCommandsTest, EditHoldsExCellsUnderTheirOwnMaximum) {
     for (const auto shown : {TableType::EX, TableType::RACE}) {
         ShowFlat(shown, 30);
         session.state.TableType = TableType::EX;
-        session.state.ExMaxTable.SetCell({3, 10}, 32.5);
-        EXPECT_TRUE(EndEdit(session, {2, 3}, "32.5"));
-        ExpectRefused({2, 3}, "32.51", words + "32.5 degrees.");
-        EXPECT_EQ(Degrees(GridCell{2, 3}), 32.5);
+        session.state.ExMaxTable.SetCell({Column(3), Row(10)}, 32.5);
+        EXPECT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, "32.5"));
+        ExpectRefused({GridRow(2), GridColumn(3)}, "32.51", words + "32.5 degrees.");
+        EXPECT_EQ(Degrees(GridCell{GridRow(2), GridColumn(3)}), 32.5);
     }
     ShowFlat(TableType::EX, 30);
     session.state.TableType = TableType::RACE;
-    EXPECT_TRUE(EndEdit(session, {11, 16}, "45"));
-    EXPECT_EQ(Degrees(Cell{16, 1}), 45);
+    EXPECT_TRUE(EndEdit(session, {GridRow(11), GridColumn(16)}, "45"));
+    EXPECT_EQ(Degrees(Cell{Column(16), Row(1)}), 45);
 }
 
 TEST_F(GridCommandsTest, ModifyStartsFromTheTextThatTheGridShows) {
@@ -129,87 +130,91 @@ TEST_F(GridCommandsTest, ModifyStartsFromTheTextThatTheGridShows) {
         {nines.c_str(), 0, 0}, {nines.c_str(), 30, 0}, {"-5%", 9, 8.55}, {"-150%", 0, 0}};
     for (const auto& [answer, before, degrees] : cases) {
         ShowFlat(TableType::RACE, before);
-        Select({2, 3}, {3, 4});
+        Select({GridRow(2), GridColumn(3)}, {GridRow(3), GridColumn(4)});
         Modify(answer);
-        ExpectCell({3, 4}, FormatTenths(degrees), degrees);
-        EXPECT_FALSE(std::signbit(Degrees(GridCell{3, 4}))) << answer;
-        ExpectCell({4, 4}, FormatTenths(before), before);
+        ExpectCell({GridRow(3), GridColumn(4)}, FormatTenths(degrees), degrees);
+        EXPECT_FALSE(std::signbit(Degrees(GridCell{GridRow(3), GridColumn(4)}))) << answer;
+        ExpectCell({GridRow(4), GridColumn(4)}, FormatTenths(before), before);
     }
-    ASSERT_TRUE(EndEdit(session, {3, 4}, "10.25"));
+    ASSERT_TRUE(EndEdit(session, {GridRow(3), GridColumn(4)}, "10.25"));
     Modify("+0");
-    ExpectCell({3, 4}, "10.3", 10.25);
+    ExpectCell({GridRow(3), GridColumn(4)}, "10.3", 10.25);
 }
 
 TEST_F(GridCommandsTest, ExCellsStayUnderTheirMaximumAndMayFallBelowZero) {
     ShowFlat(TableType::EX, 4);
-    session.state.ExMaxTable.SetCell({3, 10}, 32.5);
-    session.state.ExMaxTable.SetCell({4, 10}, 20);
-    Select({2, 3}, {2, 4});
+    session.state.ExMaxTable.SetCell({Column(3), Row(10)}, 32.5);
+    session.state.ExMaxTable.SetCell({Column(4), Row(10)}, 20);
+    Select({GridRow(2), GridColumn(3)}, {GridRow(2), GridColumn(4)});
     Modify("+40");
-    ExpectCell({2, 3}, "32.5", 32.5);
-    ExpectCell({2, 4}, "20.0", 20);
+    ExpectCell({GridRow(2), GridColumn(3)}, "32.5", 32.5);
+    ExpectCell({GridRow(2), GridColumn(4)}, "20.0", 20);
     Modify("-30.25");
-    ExpectCell({2, 3}, "2.3", 2.25);
-    ExpectCell({2, 4}, "-10.3", -10.25);
+    ExpectCell({GridRow(2), GridColumn(3)}, "2.3", 2.25);
+    ExpectCell({GridRow(2), GridColumn(4)}, "-10.3", -10.25);
     // A RACE table takes what is copied, even from below zero.
-    Copy({2, 3}, {2, 4});
+    Copy({GridRow(2), GridColumn(3)}, {GridRow(2), GridColumn(4)});
     ShowFlat(TableType::RACE, 30);
-    Paste({1, 1}, {1, 1});
-    EXPECT_EQ(Text(GridCell{1, 2}), "-10.3");
+    Paste({GridRow(1), GridColumn(1)}, {GridRow(1), GridColumn(1)});
+    EXPECT_EQ(Text(GridCell{GridRow(1), GridColumn(2)}), "-10.3");
 
     // And an EX table its maximum in place of more.
     Modify("29.96");
-    Copy({1, 1}, {1, 2});
+    Copy({GridRow(1), GridColumn(1)}, {GridRow(1), GridColumn(2)});
     ShowFlat(TableType::EX, 10);
-    session.state.ExMaxTable.SetCell({3, 10}, 28.5);
-    Paste({2, 3}, {2, 3});
-    ExpectCell({2, 3}, "28.5", 28.5);
+    session.state.ExMaxTable.SetCell({Column(3), Row(10)}, 28.5);
+    Paste({GridRow(2), GridColumn(3)}, {GridRow(2), GridColumn(3)});
+    ExpectCell({GridRow(2), GridColumn(3)}, "28.5", 28.5);
 }
 
 TEST_F(GridCommandsTest, CopyTakesTextsAndPasteGivesThemCellForCell) {
     ShowFlat(TableType::RACE, 30);
-    ASSERT_TRUE(EndEdit(session, {2, 2}, "1.25"));
-    ASSERT_TRUE(EndEdit(session, {2, 3}, "2"));
-    ASSERT_TRUE(EndEdit(session, {3, 2}, "3.0"));
-    Copy({2, 2}, {3, 3});
+    ASSERT_TRUE(EndEdit(session, {GridRow(2), GridColumn(2)}, "1.25"));
+    ASSERT_TRUE(EndEdit(session, {GridRow(2), GridColumn(3)}, "2"));
+    ASSERT_TRUE(EndEdit(session, {GridRow(3), GridColumn(2)}, "3.0"));
+    Copy({GridRow(2), GridColumn(2)}, {GridRow(3), GridColumn(3)});
     EXPECT_EQ(session.state.CopyBuffer, "1.25\t2\r3.0\t30.0");
     EXPECT_EQ(session.state.CopyRows, 1);
     EXPECT_EQ(session.state.CopyCols, 1);
-    Paste({5, 5}, {8, 9});
-    EXPECT_EQ(session.sheet.Selection(), (GridRange{{5, 5}, {6, 6}}));
-    EXPECT_EQ(session.sheet.Cursor(), (GridCell{5, 5}));
+    Paste({GridRow(5), GridColumn(5)}, {GridRow(8), GridColumn(9)});
+    EXPECT_EQ(session.sheet.Selection(),
+              (GridRange{{GridRow(5), GridColumn(5)}, {GridRow(6), GridColumn(6)}}));
+    EXPECT_EQ(session.sheet.Cursor(), (GridCell{GridRow(5), GridColumn(5)}));
     EXPECT_FALSE(session.chart.Label().shown);
-    ExpectCell({5, 5}, "1.25", 1.25);
-    ExpectCell({5, 6}, "2", 2);
-    ExpectCell({6, 5}, "3.0", 3);
-    ExpectCell({7, 5}, "30.0", 30);
+    ExpectCell({GridRow(5), GridColumn(5)}, "1.25", 1.25);
+    ExpectCell({GridRow(5), GridColumn(6)}, "2", 2);
+    ExpectCell({GridRow(6), GridColumn(5)}, "3.0", 3);
+    ExpectCell({GridRow(7), GridColumn(5)}, "30.0", 30);
 
     // One cell goes into all of a range, and survives another table.
-    Copy({2, 3}, {2, 3});
+    Copy({GridRow(2), GridColumn(3)}, {GridRow(2), GridColumn(3)});
     ShowFlat(TableType::EX, 10);
-    Paste({3, 4}, {5, 7});
-    ExpectCell({3, 4}, "2", 2);
-    ExpectCell({5, 7}, "2", 2);
-    ExpectCell({6, 7}, "10.0", 10);
-    EXPECT_EQ(session.sheet.Selection(), (GridRange{{3, 4}, {5, 7}}));
+    Paste({GridRow(3), GridColumn(4)}, {GridRow(5), GridColumn(7)});
+    ExpectCell({GridRow(3), GridColumn(4)}, "2", 2);
+    ExpectCell({GridRow(5), GridColumn(7)}, "2", 2);
+    ExpectCell({GridRow(6), GridColumn(7)}, "10.0", 10);
+    EXPECT_EQ(session.sheet.Selection(),
+              (GridRange{{GridRow(3), GridColumn(4)}, {GridRow(5), GridColumn(7)}}));
 
     // A block that would pass the edge is cut off there.
-    Copy({1, 1}, {11, 16});
+    Copy({GridRow(1), GridColumn(1)}, {GridRow(11), GridColumn(16)});
     ShowFlat(TableType::RACE, 30);
-    Paste({7, 15}, {7, 15});
-    EXPECT_EQ(session.sheet.Selection(), (GridRange{{7, 15}, {8, 16}}));
-    ExpectCell({8, 16}, "10.0", 10);
-    EXPECT_EQ(Text(GridCell{7, 14}) + Text(GridCell{6, 15}), "30.030.0");
+    Paste({GridRow(7), GridColumn(15)}, {GridRow(7), GridColumn(15)});
+    EXPECT_EQ(session.sheet.Selection(),
+              (GridRange{{GridRow(7), GridColumn(15)}, {GridRow(8), GridColumn(16)}}));
+    ExpectCell({GridRow(8), GridColumn(16)}, "10.0", 10);
+    EXPECT_EQ(Text(GridCell{GridRow(7), GridColumn(14)}) + Text(GridCell{GridRow(6), GridColumn(15)}),
+              "30.030.0");
 }
 
 TEST_F(GridCommandsTest, NothingChangesOnHeadersOrWithoutACopy) {
     ShowFlat(TableType::RACE, 30);
-    Paste({2, 2}, {2, 2});
-    Copy({0, 1}, {0, 5});
+    Paste({GridRow(2), GridColumn(2)}, {GridRow(2), GridColumn(2)});
+    Copy({GridRow(0), GridColumn(1)}, {GridRow(0), GridColumn(5)});
     Modify("12");
     EXPECT_EQ(session.state.CopyBuffer, "");
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 30));
-    EXPECT_EQ(Text(GridCell{0, 1}), "0");
+    EXPECT_EQ(Text(GridCell{GridRow(0), GridColumn(1)}), "0");
 }
 
 // A table of eleven rows on the screen, one of eight in the store: a failed download leaves it so. The
@@ -218,10 +223,11 @@ TEST_F(GridCommandsTest, ARetryStartsFromTheTextsBeforeTheCommand) {
     for (const bool modify : {true, false}) {
         ShowFlat(TableType::EX, 10);
         session.state.CopyBuffer = "7";
-        Select({2, 3}, {11, 3});
+        Select({GridRow(2), GridColumn(3)}, {GridRow(11), GridColumn(3)});
         session.table.Replace(FlatTable(TableType::RACE, 10));
         prompts.whileOpen = [&] {
-            if (Text(GridCell{2, 3}) != "10.0") session.table.Replace(FlatTable(TableType::EX, 10));
+            if (Text(GridCell{GridRow(2), GridColumn(3)}) != "10.0")
+                session.table.Replace(FlatTable(TableType::EX, 10));
         };
         if (!modify) prompts.ExpectError("no such cell in an advance table", Answer::Retry);
         if (modify) {
@@ -230,7 +236,7 @@ TEST_F(GridCommandsTest, ARetryStartsFromTheTextsBeforeTheCommand) {
             mnuPopupPaste3D_Click(session);
         }
         for (const int row : {2, 8, 11})
-            ExpectCell({row, 3}, modify ? "11.0" : "7", modify ? 11 : 7);
+            ExpectCell({GridRow(row), GridColumn(3)}, modify ? "11.0" : "7", modify ? 11 : 7);
         prompts.whileOpen = {};
     }
 }
@@ -238,13 +244,15 @@ TEST_F(GridCommandsTest, ARetryStartsFromTheTextsBeforeTheCommand) {
 // The cursor stays where a refused text is, whoever wants to move it.
 TEST_F(GridCommandsTest, TheCursorLeavesNoCellUnderEdit) {
     ShowFlat(TableType::RACE, 30);
-    Select({2, 3});
+    Select({GridRow(2), GridColumn(3)});
     test.view.editorAccepts = false;
-    EXPECT_FALSE(MoveGridCursor(session, {5, 5}));
-    EXPECT_FALSE(SelectGridCells(session, {{1, 1}, {8, 16}}, {1, 1}));
-    EXPECT_TRUE(SelectGridCells(session, {{2, 3}, {4, 4}}, {2, 3}));
-    EXPECT_EQ(session.sheet.Cursor(), (GridCell{2, 3}));
-    EXPECT_EQ(session.chart.Label().at, (Cell{3, 7}));
+    EXPECT_FALSE(MoveGridCursor(session, {GridRow(5), GridColumn(5)}));
+    EXPECT_FALSE(SelectGridCells(session, {{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}},
+                                 {GridRow(1), GridColumn(1)}));
+    EXPECT_TRUE(SelectGridCells(session, {{GridRow(2), GridColumn(3)}, {GridRow(4), GridColumn(4)}},
+                                {GridRow(2), GridColumn(3)}));
+    EXPECT_EQ(session.sheet.Cursor(), (GridCell{GridRow(2), GridColumn(3)}));
+    EXPECT_EQ(session.chart.Label().at, (Cell{Column(3), Row(7)}));
 }
 
 // Whatever is done to a table in whatever order, each cell's text and value say the same: the text is the
@@ -261,9 +269,9 @@ TEST_F(GridCommandsTest, TextsAndTableAgreeAfterAnyMixOfChanges) {
         ShowFlat(type, 5.13);
         const int rows = RowCount(type);
         for (int change = 0; change < 600; ++change) {
-            const GridCell first{1 + below(rows), 1 + below(kColumnCount)};
-            const GridCell last{first.row + below(rows - first.row + 1),
-                                first.column + below(kColumnCount - first.column + 1)};
+            const GridCell first{GridRow(1 + below(rows)), GridColumn(1 + below(kColumnCount))};
+            const GridCell last{GridRow(first.row + below(rows - first.row + 1)),
+                                GridColumn(first.column + below(kColumnCount - first.column + 1))};
             Select(first, last);
             redraws = repaints = 0;
             const int kind = below(4);

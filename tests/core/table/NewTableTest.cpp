@@ -100,18 +100,21 @@ TEST_F(NewTableTest, CreatesAndShowsTheTable) {
                 newTable.AdvSlope = static_cast<std::int16_t>(advSlope);
                 newTable.InitTiming = static_cast<std::int16_t>(initTiming);
                 CreateNewTable(session, newTable);
-                const double degrees = session.table.Table().GetCell(CellAt({3, 3}, session.state.TableType));
+                const double degrees = session.table.Table().GetCell(
+                    CellAt({GridRow(3), GridColumn(3)}, session.state.TableType));
                 EXPECT_EQ(session.chart.Label(),
-                          (ValueLabel{true, CellAt({3, 3}, session.state.TableType), FormatTenths(degrees)}))
+                          (ValueLabel{true, CellAt({GridRow(3), GridColumn(3)}, session.state.TableType),
+                                      FormatTenths(degrees)}))
                     << "at every Update";
                 return session.table.Table();
             };
             EXPECT_EQ(create(9, 5), newTable.MaxTable);
             EXPECT_EQ(create(0, 5), newTable.MinTable);
-            EXPECT_EQ(create(0, 0).GetCell({16, 1}), newTable.MinTable.GetCell({16, 1}) - 5);
-            EXPECT_EQ(session.sheet.Text({RowCount(session.state.TableType), 1}), "0.0");
+            EXPECT_EQ(create(0, 0).GetCell({Column(16), Row(1)}),
+                      newTable.MinTable.GetCell({Column(16), Row(1)}) - 5);
+            EXPECT_EQ(session.sheet.Text({GridRow(RowCount(session.state.TableType)), GridColumn(1)}), "0.0");
             EXPECT_TRUE(session.state.TableShown && test.view.shown);
-            EXPECT_EQ(session.sheet.Cursor(), (GridCell{3, 3}));
+            EXPECT_EQ(session.sheet.Cursor(), (GridCell{GridRow(3), GridColumn(3)}));
             EXPECT_EQ(caption, session.state.BaseCaption);
         };
         mnuNewTable_Click(session);

@@ -24,8 +24,8 @@ TableFileParameters Read(std::string_view text, const ModuleParameters& current 
 
 TEST(TableFileTest, IsATableOnPaperAndTheParametersAfterIt) {
     AdvanceTable table(TableType::RACE);
-    table.SetCell({1, 1}, 7.5);
-    table.SetCell({16, 8}, 44.88);
+    table.SetCell({Column(1), Row(1)}, 7.5);
+    table.SetCell({Column(16), Row(8)}, 44.88);
     const auto file = FormatTableFile(table, {-3, 0, 0, 5700, 1424, false, true, false, false, 0});
     EXPECT_TRUE(file.starts_with(
         "AdvanceTable 16 8\r\n"
@@ -158,8 +158,8 @@ AdvanceTable Shipped(TableType type, Limit limit) {
 void ExpectPlausible(const AdvanceTable& table) {
     ForEachCell(table.Type(), [&](Cell cell) {
         const double degrees = table.GetCell(cell);
-        const double acrossSpeed = degrees - table.GetCell({std::max(cell.column - 1, 1), cell.row});
-        const double acrossPressure = degrees - table.GetCell({cell.column, std::max(cell.row - 1, 1)});
+        const double acrossSpeed = degrees - table.GetCell({Column(std::max(cell.column - 1, 1)), cell.row});
+        const double acrossPressure = degrees - table.GetCell({cell.column, Row(std::max(cell.row - 1, 1))});
         const int rpm = RpmOfColumn(cell.column);
         const bool idle = cell.row == 1 && rpm <= 500;
         const bool plateau = cell.row == 1 && rpm >= 3000;
