@@ -22,7 +22,7 @@ struct NoView : TableView, Shell {
     void Show() override {}
     void Hide() override {}
     bool CommitEditor() override { return true; }
-    void AbandonEditor() override {}
+    void SettleEditor() override {}
     void SetCaption(const std::string&) override {}
     WindowSize InnerSize() const override { return {}; }
     void Place(const TableLayout&) override {}

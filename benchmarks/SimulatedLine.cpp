@@ -11,7 +11,7 @@
 namespace rv52::bench {
 
 SimulatedLine::SimulatedLine(TableType type, bool echo) {
-    process_.setChildProcessModifier(EndWithParent);
+    process_.setChildProcessModifier(LiveAsLongAsParent);
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
                    {QStringLiteral("--type"), ToQt(ToText(type)), QStringLiteral("--echo"),

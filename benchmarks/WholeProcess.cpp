@@ -27,7 +27,7 @@ QString ProgramBeside(const char* name) {
 }
 
 VirtualScreen::VirtualScreen() : server_(std::make_unique<QProcess>()) {
-    server_->setChildProcessModifier(EndWithParent);
+    server_->setChildProcessModifier(LiveAsLongAsParent);
     server_->setStandardErrorFile(QProcess::nullDevice());
     server_->start(
         QStringLiteral("Xvfb"),
@@ -54,7 +54,7 @@ QProcessEnvironment VirtualScreen::Environment() const {
 std::map<std::string, double> LinesOf(const QString& program, const QStringList& arguments,
                                       const QProcessEnvironment& environment) {
     QProcess process;
-    process.setChildProcessModifier(EndWithParent);
+    process.setChildProcessModifier(LiveAsLongAsParent);
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     std::map<std::string, double> said{{"started", MonotonicMicroseconds()}};

@@ -60,7 +60,7 @@ void RequestExit(Session& session) {
     }
     const CommandGate::Stay stay(session.gate);
     session.gate.SetLeaving(true);
-    session.view.AbandonEditor();
+    session.view.SettleEditor();
     Exit(session);
     session.gate.SetEndAskedAt({});
     if (session.gate.SettingsPending()) Form_Resize(session);

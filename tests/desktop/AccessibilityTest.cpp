@@ -1,11 +1,13 @@
 #include "ProgramFixture.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QAction>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QStandardPaths>
 
@@ -28,6 +30,7 @@ class Tree {
                                 qobject_cast<const QAction*>(object) != nullptr;
             EXPECT_FALSE(called && object->objectName().isEmpty()) << FromQt(name);
             CheckValue(*at, FromQt(name));
+            EXPECT_FALSE(StartsDrags(object)) << FromQt(name);
         }
     }
 
@@ -67,6 +70,12 @@ class Tree {
         all_.push_back(at);
         for (int child = 0; child < at->childCount(); ++child)
             Collect(at->child(child));
+    }
+    // A drag holds up everything else for as long as the button is down, a module that is programmed with it.
+    static bool StartsDrags(const QObject* object) {
+        if (const auto* list = qobject_cast<const QAbstractItemView*>(object)) return list->dragEnabled();
+        const auto* line = qobject_cast<const QLineEdit*>(object);
+        return line != nullptr && line->dragEnabled();
     }
     // A value is said as it is shown, and lies within what is said of its range.
     static void CheckValue(QAccessibleInterface& at, const std::string& name) {

@@ -4,13 +4,17 @@
 
 #include <QFile>
 #include <QGroupBox>
+#include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QProcess>
 #include <QProgressBar>
 #include <QTemporaryDir>
 
 #include <csignal>
+#include <filesystem>
 #include <fstream>
+#include <unistd.h>
 
 namespace rv52::test {
 
@@ -109,6 +113,31 @@ TEST_F(EndsTest, ASignalClosesWhatStandsAndRunsTheExitSequence) {
     }
 }
 
+// A value that is missing from the file just saved is a lost value.
+TEST_F(EndsTest, LeavingTakesAnOpenEditThatIsGoodAndGivesUpAnyOther) {
+    const std::pair<const char*, Act> ways[] = {
+        {"closing the window", [&] { Window().close(); }},
+        {"the menu", [&] { robot_->Choose("mnuFile", "mnuExit"); }},
+        {"a signal", [&] { std::raise(SIGTERM); }},
+    };
+    for (const auto& [way, leave] : ways)
+        for (const auto& [typed, kept] : {std::pair("12.34", "12.34"), {"99", "30.0"}, {"", "30.0"}}) {
+            SCOPED_TRACE(std::string(way) + ", typed: " + typed);
+            program_.reset();
+            Start();
+            ShowAs(Running(), FlatTable(TableType::RACE, 30));
+            auto& grid = Part<GridView>("VSFlexGrid1");
+            Click(*grid.viewport(), grid.visualRect(grid.model()->index(1, 2)).center());
+            robot_->Press(Qt::Key_F2);
+            robot_->Press(Qt::Key_Delete);
+            robot_->Type(typed);
+            robot_->ExpectBox(kSaveQuestion, "cmdNo");
+            leave();
+            ExpectEnd();
+            EXPECT_EQ(Running().sheet.Text({GridRow(2), GridColumn(3)}), kept);
+        }
+}
+
 TEST_F(EndsTest, ASignalWaitsForProgrammingAndItsVerifyAndEndsARead) {
     Simulate();
     Download();
@@ -148,7 +177,136 @@ TEST_F(EndsTest, LoggingOutAsksAndWaitsForACommand) {
     ExpectEnd();
 }
 
+// The X server is killed under a program that uploads, which is this test's own program once more.
+TEST_F(EndsTest, LosingTheDisplayLeavesAModuleThatTheNextUploadPutsRight) {
+    constexpr const char* kServer = "RV52_DISPLAY_SERVER";
+    const auto upload = [this] {
+        ShowAs(Running(), FlatTable(TableType::RACE, 30));
+        robot_->Choose("mnuComm", "mnuUpload");
+    };
+    CommandLine options;
+    if (qEnvironmentVariableIsSet(kServer)) {
+        options.devices[1] = qgetenv("RV52_DEVICE").toStdString();
+        Start(options);
+        auto& bar = Part<QProgressBar>("prgProgress1");
+        QObject::connect(&bar, &QProgressBar::valueChanged, &bar, [&](int percent) {
+            const auto* panel = qobject_cast<QGroupBox*>(bar.parentWidget());
+            if (panel->title() == QLatin1String("Programming EEPROM") && percent > 40)
+                kill(qEnvironmentVariableIntValue(kServer), SIGKILL);
+        });
+        upload();
+        FAIL() << "the program goes on without a display";
+    }
+    const QTemporaryDir folder;
+    const auto image = folder.filePath(QStringLiteral("module.bin"));
+    QProcess server;
+    server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1")});
+    QProcess module;
+    module.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
+                 {QStringLiteral("--type"), QStringLiteral("RACE"), QStringLiteral("--image"), image});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.canReadLine() && module.canReadLine(); }, 10000));
+    const auto device = module.readLine().trimmed();
+    QProcess program;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QStringLiteral("DISPLAY"),
+                       QLatin1Char(':') + QString::fromLatin1(server.readLine().trimmed()));
+    environment.insert(QString::fromLatin1(kServer), QString::number(server.processId()));
+    environment.insert(QStringLiteral("RV52_DEVICE"), QString::fromLatin1(device));
+    program.setProcessEnvironment(environment);
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(QCoreApplication::applicationFilePath(),
+                  {QStringLiteral("--gtest_filter=*LosingTheDisplay*")});
+    ASSERT_TRUE(program.waitForFinished(20000));
+    EXPECT_TRUE(program.readAll().contains("X11 connection broke"));
+    server.waitForFinished();
+
+    options.devices[1] = device.toStdString();
+    Start(options);
+    // A byte that was begun takes the first byte of what comes next.
+    bool begun = false;
+    robot_->Expect("the outcome", [&](QWidget& box) {
+        const auto text = FromQt(Find<QLabel>(box, "qt_msgbox_label").text());
+        begun = text.starts_with("RS-232 timeout");
+        if (begun)
+            robot_->ExpectBox("Firmware ID read failed - cannot upload.", "cmdOK");
+        else
+            EXPECT_EQ(text, "Upload completed.");
+        QTest::mouseClick(&Find(box, begun ? "cmdAbort" : "cmdOK"), Qt::LeftButton);
+    });
+    upload();
+    if (begun) robot_->ExpectBox("Upload completed.", "cmdOK");
+    if (begun) upload();
+    EXPECT_TRUE(robot_->Done());
+    module.terminate();
+    module.waitForFinished();
+}
+
 // The program itself, seen from outside.
+
+TEST(EndsFromOutsideTest, TheTerminalsSignalsReachTheSimulatedModuleOnlyThroughTheProgram) {
+    const QTemporaryDir folder;
+    const auto table = folder.filePath(QStringLiteral("street.tbl"));
+    std::ofstream(FromQt(table)) << FormatTableFile(FlatTable(TableType::RACE, 20), {});
+    QProcess program;
+    program.setChildProcessModifier([] { setpgid(0, 0); });
+    program.start(QStringLiteral(RV52_PROGRAM),
+                  {QStringLiteral("--simulate"), QStringLiteral("RACE"), table});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return WaitsForSignals(program.processId()); }, 20000));
+    QTest::qWait(200);  // the table is opened once the window stands
+    const auto process = static_cast<pid_t>(program.processId());
+    const auto children =
+        "/proc/" + std::to_string(process) + "/task/" + std::to_string(process) + "/children";
+    pid_t simulator = 0;
+    ASSERT_TRUE(std::ifstream(children) >> simulator);
+    kill(-process, SIGINT);  // as Ctrl+C does
+    EXPECT_FALSE(program.waitForFinished(1100)) << "it asks";
+    EXPECT_EQ(kill(simulator, 0), 0) << "the module has to be there for what the answer brings";
+    kill(-process, SIGKILL);
+    ASSERT_TRUE(program.waitForFinished());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return kill(simulator, 0) != 0; })) << "it has nobody left to serve";
+}
+
+// This test's own program, once more from a folder whose simulator does not work.
+TEST(EndsFromOutsideTest, ASimulatorThatDoesNotStartIsToldOfAndNothingStarts) {
+    namespace fs = std::filesystem;
+    const auto here = fs::read_symlink("/proc/self/exe");
+    if (!qEnvironmentVariableIsSet("RV52_APART")) {
+        const QTemporaryDir folder(ToQt((here.parent_path() / "apart").string()));
+        const fs::path apart = FromQt(folder.path());
+        for (const auto& file : fs::directory_iterator(here.parent_path()))
+            if (file.is_regular_file() && (file.path() == here || !file.path().extension().empty()))
+                fs::create_hard_link(file, apart / file.path().filename());
+        std::ofstream(apart / "rv52_simulator") << "#!/bin/sh\necho 'no pseudo-terminals here' >&2\n";
+        fs::permissions(apart / "rv52_simulator", fs::perms::owner_all);
+        qputenv("RV52_APART", "1");
+        QProcess again;
+        again.setProcessChannelMode(QProcess::MergedChannels);
+        again.start(ToQt((apart / here.filename()).string()),
+                    {QStringLiteral("--gtest_filter=*ASimulatorThatDoesNotStart*")});
+        EXPECT_TRUE(again.waitForFinished(20000));
+        qunsetenv("RV52_APART");
+        EXPECT_EQ(again.exitCode(), 0) << FromQt(QString::fromUtf8(again.readAll()));
+        return;
+    }
+    CommandLine options;
+    options.simulate = TableType::RACE;
+    DesktopProgram program(options);
+    QString told;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &look, [&] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        if (box == nullptr) return;
+        told = box->text();
+        box->close();
+    });
+    look.start(5);
+    const std::string reason = "The simulated module cannot be started: no pseudo-terminals here.";
+    EXPECT_EQ(FailureOf([&] { program.Start(std::chrono::milliseconds(1)); }), reason);
+    EXPECT_EQ(FromQt(told), reason);
+    EXPECT_FALSE(program.Window().isVisible());
+}
+
 TEST(EndsFromOutsideTest, ASecondSignalEndsTheProgramWithoutAnAnswer) {
     const QTemporaryDir folder;
     const auto table = folder.filePath(QStringLiteral("street.tbl"));

@@ -7,8 +7,10 @@
 #include "support/TestSession.h"
 
 #include <QApplication>
+#include <QDrag>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
@@ -57,6 +59,20 @@ inline void MoveHeld(QWidget& widget, QPoint to, Qt::MouseButton button = Qt::Le
                      Qt::KeyboardModifiers keys = {}) {
     QMouseEvent move(QEvent::MouseMove, to, widget.mapToGlobal(QPointF(to)), Qt::NoButton, button, keys);
     QApplication::sendEvent(&widget, &move);
+}
+// Whether marked text is dragged away by a press on it and a way from there.
+inline bool DragsMarkedText(QWidget& body, QPoint from) {
+    bool dragged = false;
+    QTimer::singleShot(200, &body, [&] {
+        dragged = body.window()->findChild<QDrag*>() != nullptr;
+        QDrag::cancel();
+    });
+    QTest::mousePress(&body, Qt::LeftButton, {}, from);
+    for (int way = 0; way < 100; way += 10)
+        MoveHeld(body, from + QPoint(way, 0));
+    QTest::qWait(300);
+    QTest::mouseRelease(&body, Qt::LeftButton, {}, from + QPoint(100, 0));
+    return dragged;
 }
 inline void Wheel(QWidget& widget, QPoint at, int notches) {
     QWheelEvent turn(at, widget.mapToGlobal(QPointF(at)), {}, {0, 120 * notches}, Qt::NoButton, {},

@@ -69,6 +69,14 @@ TEST_F(HelpTest, ShowsEveryPageWholeAndTheSameOnADarkDesktop) {
     QApplication::setPalette(usual);
 }
 
+TEST_F(HelpTest, MarkedTextIsNotDraggedAway) {
+    Open();
+    EXPECT_FALSE(contents.dragEnabled());
+    page.selectAll();
+    EXPECT_FALSE(DragsMarkedText(*page.viewport(), {60, 60}));
+    EXPECT_TRUE(page.textCursor().hasSelection()) << "it marks anew";
+}
+
 TEST_F(HelpTest, FollowsLinksGoesBackAndClosesWithEscape) {
     Open();
     const std::string practice = "Practise with the simulated module";

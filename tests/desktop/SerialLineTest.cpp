@@ -5,9 +5,12 @@
 #include <QTimer>
 
 #include <fcntl.h>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iomanip>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace rv52::test {
@@ -97,6 +100,34 @@ TEST_F(SerialLineTest, AHoldCanBeSeenByEveryUserWhateverTheMask) {
     EXPECT_EQ(status.st_mode & 0777U, 0644U);
 }
 
+// Of another user, in a folder from which only the owner may remove it.
+TEST_F(SerialLineTest, ALockLeftByAProgramThatIsGoneIsRemovedOrExplained) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can lay another user's lock";
+    constexpr uid_t daemon = 1;
+    constexpr uid_t nobody = 65534;
+    const pid_t gone = ::fork();
+    if (gone == 0) ::_exit(0);
+    ::waitpid(gone, nullptr, 0);
+    const auto path = "/var/lock/LCK.." + device.substr(5, 3) + "_" + device.substr(9);
+    const auto lay = [&](pid_t process) {
+        std::ofstream(path) << std::setw(10) << process << '\n';
+        ASSERT_EQ(::chown(path.c_str(), daemon, daemon), 0);
+    };
+    ASSERT_EQ(::chmod(device.c_str(), 0666), 0);
+    const auto refused = "Com7 (" + device + ") could not be opened: ";
+    lay(::getpid());
+    const auto living = OpenFailure(7);
+    EXPECT_TRUE(living.starts_with(refused + "another program is using it (serial_line")) << living;
+    EXPECT_TRUE(living.ends_with(", process " + std::to_string(::getpid()) + " of user daemon).")) << living;
+    lay(gone);
+    ASSERT_EQ(::setresuid(nobody, nobody, 0), 0);
+    const auto left = OpenFailure(7);
+    ASSERT_EQ(::setresuid(0, 0, 0), 0);
+    EXPECT_EQ(left, refused + "a program of user daemon that is gone has left its lock on it. Remove " +
+                        path + " as daemon or as the administrator, or start the computer anew.");
+    EXPECT_EQ(OpenFailure(7), "") << "who may remove it does";
+}
+
 TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {
     const auto notOpened = [](const std::string& port, const char* reason) {
         return port + " could not be opened: " + reason;
@@ -112,7 +143,7 @@ TEST_F(SerialLineTest, TellsWhyAPortCannotBeOpened) {
     {
         QSerialPort other(QString::fromStdString(device));
         ASSERT_TRUE(other.open(QIODevice::ReadWrite));
-        EXPECT_EQ(OpenFailure(7), notOpened(ours, "another program is using it."));
+        EXPECT_TRUE(OpenFailure(7).starts_with(notOpened(ours, "another program is using it (serial_line")));
     }
     line.EndHold();
     {

@@ -17,12 +17,12 @@ class RecordingView : public TableView {
     void Show() override { shown = true; }
     void Hide() override { shown = false; }
     bool CommitEditor() override { return commit ? commit() : editorAccepts; }
-    void AbandonEditor() override { ++abandoned; }
+    void SettleEditor() override { ++settled; }
 
     bool shown = false;
     bool editorAccepts = true;
     std::function<bool()> commit;  // in the place of editorAccepts
-    int abandoned = 0;
+    int settled = 0;
 };
 
 class RecordingShell : public Shell {

@@ -17,8 +17,9 @@ class TableView {
     virtual void Hide() = 0;
     // Ends an open cell editor as Enter would; false when its text is refused and the editor stays open.
     virtual bool CommitEditor() = 0;
-    // Closes an open cell editor, leaving the cell's old text.
-    virtual void AbandonEditor() = 0;
+    // Closes an open cell editor without a question: the cell takes its text, or keeps its own where that
+    // would be refused.
+    virtual void SettleEditor() = 0;
 };
 
 // The main window around them.

@@ -2,6 +2,7 @@
 
 #include "app/StartUp.h"
 #include "app/ui/Application.h"
+#include "platform/Failure.h"
 #include "table/commands/FileCommands.h"
 
 #include <QCoreApplication>
@@ -75,7 +76,7 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
     QDir::setCurrent(QCoreApplication::applicationDirPath());
     if (!StartUp(session_)) return false;
     if (options_.simulate)
-        devices_.Override(session_.state.CommPort, simulator_.Start(*options_.simulate), "simulated module");
+        devices_.Override(session_.state.CommPort, StartSimulator(*options_.simulate), "simulated module");
     window_.Compose(session_, devices_);
     window_.show();
     systemEnd_ = std::make_unique<SystemEnd>(session_, window_);
@@ -83,6 +84,16 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
     if (!options_.tableFile.empty())
         new WhenPlaced(*window_.windowHandle(), [this] { OpenTableOfCommandLine(); });
     return true;
+}
+
+// Never on without it: practice would then reach a real module.
+std::string DesktopProgram::StartSimulator(TableType type) {
+    try {
+        return simulator_.Start(type);
+    } catch (const Failure& failure) {
+        prompts_.Ask({failure.what(), "Simulated Module", Icon::Critical, Buttons::Ok});
+        throw;
+    }
 }
 
 void DesktopProgram::OpenTableOfCommandLine() {

@@ -36,6 +36,7 @@ class DesktopProgram {
     SystemEnd& End() { return *systemEnd_; }  // once it has started
 
  private:
+    std::string StartSimulator(TableType type);
     void OpenTableOfCommandLine();
 
     CommandLine options_;

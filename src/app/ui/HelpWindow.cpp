@@ -5,6 +5,7 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
@@ -58,6 +59,17 @@ void HelpPage::doSetSource(const QUrl& name, QTextDocument::ResourceType type) {
     const auto page = source().resolved(name);
     if (page.scheme() != QLatin1String("help") || !loadResource(type, page).isValid()) return;
     QTextBrowser::doSetSource(page, type);
+}
+
+// A press on marked text marks anew. Dragging it away instead would hold up everything else, a module that is
+// being programmed with it, for as long as the button is down.
+void HelpPage::mousePressEvent(QMouseEvent* event) {
+    auto marked = textCursor();
+    if (marked.hasSelection() && !event->modifiers().testFlag(Qt::ShiftModifier)) {
+        marked.clearSelection();
+        setTextCursor(marked);
+    }
+    QTextBrowser::mousePressEvent(event);
 }
 
 HelpWindow::HelpWindow(QWidget* owner)

@@ -26,6 +26,7 @@ class HelpPage : public QTextBrowser {
     QVariant loadResource(int type, const QUrl& name) override;
 
  protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override;
 
  private:

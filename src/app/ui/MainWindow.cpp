@@ -165,8 +165,8 @@ void MainWindow::DrawChart(QPainter& painter, const QRectF& place) const {
 bool MainWindow::CommitEditor() {
     return grid_->CommitEditor();
 }
-void MainWindow::AbandonEditor() {
-    grid_->AbandonEditor();
+void MainWindow::SettleEditor() {
+    grid_->SettleEditor();
 }
 
 // The exit sequence decides whether the window closes: it asks for closing once more when it does.

@@ -45,7 +45,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     void Show() override;
     void Hide() override;
     bool CommitEditor() override;
-    void AbandonEditor() override;
+    void SettleEditor() override;
 
     // What the chart shows, as vectors, on a printer page.
     void DrawChart(QPainter& painter, const QRectF& place) const;

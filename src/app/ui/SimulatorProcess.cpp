@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 
+#include <cstdio>
+
 namespace rv52 {
 
 namespace {
@@ -22,14 +24,23 @@ SimulatorProcess::~SimulatorProcess() {
 }
 
 std::string SimulatorProcess::Start(TableType type) {
-    process_.setChildProcessModifier(EndWithParent);
-    process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process_.setChildProcessModifier(LiveAsLongAsParent);
     process_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
                    {QStringLiteral("--type"), ToQt(ToText(type))});
     while (!process_.canReadLine())
         if (!process_.waitForReadyRead(kStartTimeout))
-            throw Failure("The simulated module cannot be started: " + FromQt(process_.errorString()) + ".");
-    return FromQt(QString::fromLocal8Bit(process_.readLine()).trimmed());
+            throw Failure("The simulated module cannot be started: " + Reason() + ".");
+    const auto device = process_.readLine().trimmed();
+    QObject::connect(&process_, &QProcess::readyReadStandardError, &process_,
+                     [this] { std::fputs(process_.readAllStandardError().constData(), stderr); });
+    return FromQt(QString::fromLocal8Bit(device));
+}
+
+std::string SimulatorProcess::Reason() {
+    if (process_.error() == QProcess::FailedToStart) return FromQt(process_.errorString());
+    if (process_.state() == QProcess::Running) return "it does not answer";
+    const auto last = QString::fromLocal8Bit(process_.readAllStandardError()).trimmed();
+    return last.isEmpty() ? "it ended at once" : FromQt(last);
 }
 
 }  // namespace rv52

@@ -17,6 +17,9 @@ class SimulatorProcess {
     std::string Start(TableType type);
 
  private:
+    // Why there is no module.
+    std::string Reason();
+
     QProcess process_;
 };
 

@@ -2,10 +2,12 @@
 
 #include <csignal>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace rv52 {
 
-void EndWithParent() {
+void LiveAsLongAsParent() {
+    setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGTERM);
 }
 

@@ -101,8 +101,26 @@ const char* NameOf(Icon icon) {
     return names[static_cast<std::size_t>(icon)];
 }
 
+// A press on a box's marked text marks anew. Dragging it away instead would hold up everything else for as
+// long as the button is down.
+class MarkingAnew : public QObject {
+ public:
+    explicit MarkingAnew(QLabel& label) : QObject(&label), label_(label) { label.installEventFilter(this); }
+
+ private:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress && label_.hasSelectedText()) label_.setSelection(0, 0);
+        return false;
+    }
+
+    QLabel& label_;
+};
+
 void NameLabel(const QMessageBox& window, const char* label, const QString& name) {
-    if (auto* found = window.findChild<QLabel*>(QString::fromLatin1(label))) found->setAccessibleName(name);
+    auto* found = window.findChild<QLabel*>(QString::fromLatin1(label));
+    if (found == nullptr) return;
+    found->setAccessibleName(name);
+    new MarkingAnew(*found);
 }
 
 void NameList(const QFileDialog& window, const char* list, const QString& name) {
@@ -204,6 +222,9 @@ std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
     if (forSaving) window.setDefaultSuffix(filter.extension);
     if (!dialog.proposedName.empty()) window.selectFile(ToQt(dialog.proposedName));
     NameParts(window);
+    // A drag, here of a file into a folder, holds up everything else for as long as the button is down.
+    for (auto* list : window.findChildren<QAbstractItemView*>())
+        list->setDragEnabled(false);
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return {};
     const auto path = window.selectedFiles().first();
     folder_ = QFileInfo(path).absolutePath();

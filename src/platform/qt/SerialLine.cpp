@@ -4,6 +4,7 @@
 #include "platform/Failure.h"
 #include "platform/Line.h"
 #include "platform/linux/BootClock.h"
+#include "platform/linux/PortLock.h"
 #include "platform/qt/QtText.h"
 
 #include <QCoreApplication>
@@ -32,6 +33,13 @@ std::string WayIn(const QFileInfo& device) {
     return " Join the group \"" + FromQt(device.group()) + "\" and log in again.";
 }
 
+std::string ReasonOf(const PortLock& lock) {
+    if (!lock.program.empty())
+        return "another program is using it (" + lock.program + " of user " + lock.user + ").";
+    return "a program of user " + lock.user + " that is gone has left its lock on it. Remove " + lock.path +
+           " as " + lock.user + " or as the administrator, or start the computer anew.";
+}
+
 }  // namespace
 
 SerialLine::SerialLine(const ComDevices& devices) : devices_(devices) {
@@ -55,6 +63,7 @@ void SerialLine::Open(int commPort) {
     port_.setStopBits(QSerialPort::OneStop);
     port_.setFlowControl(QSerialPort::NoFlowControl);
     port_.setReadBufferSize(SerialSettings::kReceiveBuffer);
+    RespectLock();
     if (!port_.open(QIODevice::ReadWrite)) FailToOpen();
     // Devices without modem lines refuse these two; they are none the worse for it.
     port_.setDataTerminalReady(SerialSettings::kDataTerminalReady);
@@ -69,6 +78,13 @@ void SerialLine::RequireHold() {
         throw PortFailure(name_ + " could not be opened: " + failure.what() + ".");
     }
     throw PortFailure(name_ + " could not be opened: another Corvane RV52 is at work on it.");
+}
+
+// The toolkit takes a lock for left behind when it does not bear the name of the program that laid it.
+void SerialLine::RespectLock() {
+    if (RemoveStaleLock(device_)) return;
+    if (const auto lock = LockOn(device_))
+        throw PortFailure(name_ + " could not be opened: " + ReasonOf(*lock));
 }
 
 void SerialLine::FailToOpen() {

@@ -35,6 +35,7 @@ class SerialLine : public Line {
     void RequireOpen() const;
     void RequireHold();
     [[noreturn]] void FailToOpen();
+    void RespectLock();
     void PortError(QSerialPort::SerialPortError error);
     void DeliverConditions();
 

@@ -22,6 +22,11 @@ std::string WithoutCellEnds(const std::string& text) {
     return text.substr(first, text.find_last_not_of(ends) + 1 - first);
 }
 
+bool MayBecome(const Session& session, GridCell at, const std::string& text) {
+    const auto value = EntireNumber(text);
+    return value && *value >= 0 && *value <= UpperLimit(session, at);
+}
+
 }  // namespace
 
 double UpperLimit(const Session& session, GridCell at) {
@@ -30,8 +35,7 @@ double UpperLimit(const Session& session, GridCell at) {
 }
 
 bool ValidateEdit(Session& session, GridCell at, const std::string& text) {
-    const auto value = EntireNumber(text);
-    if (value && *value >= 0 && *value <= UpperLimit(session, at)) return true;
+    if (MayBecome(session, at, text)) return true;
     session.steps([&] {
         session.prompts.Ask({Refusal(session, at), "Advance Edit", Icon::Critical, Buttons::Ok});
     });
@@ -54,6 +58,13 @@ bool EndEdit(Session& session, GridCell at, const std::string& typed) {
         if (accepted) step([&] { AcceptEdit(session, at, text); });
     });
     return accepted;
+}
+
+void SettleEdit(Session& session, GridCell at, const std::string& typed) {
+    const auto text = WithoutCellEnds(typed);
+    session.steps.Procedure([&](Steps& step) {
+        if (MayBecome(session, at, text)) step([&] { AcceptEdit(session, at, text); });
+    });
 }
 
 }  // namespace rv52

@@ -12,6 +12,10 @@ struct Session;
 // for EX. The type is the working state's, whatever the table on screen was loaded as.
 double UpperLimit(const Session& session, GridCell at);
 
+// The edit of a cell ends with nobody to ask, as when the program is left: a text that may become the cell's
+// content does, any other is given up.
+void SettleEdit(Session& session, GridCell at, const std::string& typed);
+
 // Whether text may become the content of a cell: a whole number text of 0 to the cell's upper limit, both
 // ends included. Otherwise says so in a box.
 bool ValidateEdit(Session& session, GridCell at, const std::string& text);

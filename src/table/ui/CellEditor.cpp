@@ -123,6 +123,12 @@ void CellEditor::Abandon() {
     editor->deleteLater();
 }
 
+void CellEditor::Settle() {
+    if (!editor_) return;
+    dispatch_([this] { SettleEdit(session_, edited_, FromQt(editor_->text())); });
+    Abandon();
+}
+
 void CellEditor::Place() {
     const auto* model = qobject_cast<const GridModel*>(view_.model());
     if (editor_ && model != nullptr) editor_->PlaceOver(view_.visualRect(model->IndexOf(edited_)));

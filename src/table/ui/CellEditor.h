@@ -55,6 +55,8 @@ class CellEditor : public QObject {
     bool Commit();
     // The cell keeps its old text.
     void Abandon();
+    // Without a question: as Commit where the text is accepted, else as Abandon.
+    void Settle();
 
     // Back over its cell, wherever that is by now.
     void Place();

@@ -109,6 +109,10 @@ void GridView::AbandonEditor() {
     editing_->Abandon();
 }
 
+void GridView::SettleEditor() {
+    editing_->Settle();
+}
+
 void GridView::keyPressEvent(QKeyEvent* event) {
     const bool shiftF10 = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
     if (event->key() == Qt::Key_Menu || shiftF10) return ShowMenuAtCursor();

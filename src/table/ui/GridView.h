@@ -30,6 +30,7 @@ class GridView : public QTableView {
     bool CommitEditor();
     // Closes an open cell editor, leaving the cell's old text.
     void AbandonEditor();
+    void SettleEditor();
 
     // Typing starts an edit, never a search.
     void keyboardSearch(const QString&) override {}

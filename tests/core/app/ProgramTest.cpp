@@ -189,13 +189,6 @@ TEST_F(ProgramTest, WhileLeavingTheSystemAddsNoQuestionAndAfterACancelAsksAnew) 
     EXPECT_FALSE(test_.shell.closed);
 }
 
-TEST_F(ProgramTest, LeavingGivesUpARefusedCellEdit) {
-    test_.view.editorAccepts = false;
-    RequestExit(session_);
-    EXPECT_EQ(test_.view.abandoned, 1);
-    EXPECT_TRUE(test_.shell.closed);
-}
-
 TEST_F(ProgramTest, DividesTheWindowBetweenChartAndGrid) {
     const auto first = LayOut({kClientWidth, kClientHeight});
     EXPECT_EQ(first.chart, (TwipRectangle{0, 0, 9030, 0.7 * 7515}));
