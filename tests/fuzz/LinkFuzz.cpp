@@ -1,4 +1,6 @@
 #include "app/Commands.h"
+#include "app/state/FormResize.h"
+#include "fuzz/Bytes.h"
 #include "fuzz/Target.h"
 #include "link/commands/LineErrors.h"
 #include "link/commands/Vin.h"
@@ -20,21 +22,6 @@ namespace rv52::fuzz {
 namespace {
 
 using namespace std::chrono_literals;
-
-// An input byte by byte; zeros after its end.
-class Bytes {
- public:
-    explicit Bytes(std::string_view input) : left_(input) {}
-
-    int Next() {
-        const std::string_view next = left_.substr(0, 1);
-        left_.remove_prefix(next.size());
-        return next.empty() ? 0 : static_cast<unsigned char>(next.front());
-    }
-
- private:
-    std::string_view left_;
-};
 
 // A module whose input says how long it behaves, and what it answers when it does not.
 class FuzzedModule : public Peer {
@@ -63,19 +50,66 @@ class FuzzedModule : public Peer {
     int goodFor_ = 0;
 };
 
-// Aborts or ignores, as the input says; never retries for ever.
+// Answers as the input says, after plugging in again or not; never retries for ever.
 class FuzzedUser : public test::DismissingUser {
  public:
-    explicit FuzzedUser(bool ignores) : ignores_(ignores) {}
+    FuzzedUser(Bytes& input, VirtualLine& line) : input_(input), line_(line) {}
 
     Answer Ask(const MessageBox& box) override {
-        if (box.buttons == Buttons::AbortRetryIgnore && ignores_) return Answer::Ignore;
-        return box.buttons == Buttons::OkCancel ? Answer::Ok : DismissAnswer(box.buttons);
+        const int how = input_.Next();
+        if ((how & 4) != 0) line_.PlugIn();
+        if (box.buttons == Buttons::OkCancel) return Answer::Ok;
+        if (box.buttons == Buttons::RetryCancel) return (how & 1) != 0 ? Answer::Retry : Answer::Cancel;
+        if (box.buttons != Buttons::AbortRetryIgnore) return DismissAnswer(box.buttons);
+        if ((how & 3) == 1 && retries_-- > 0) return Answer::Retry;
+        return (how & 2) != 0 ? Answer::Ignore : Answer::Abort;
     }
     std::string AskText(const InputBox&) override { return "1CVRV52A0SM000081"; }
 
  private:
-    bool ignores_;
+    Bytes& input_;
+    VirtualLine& line_;
+    int retries_ = 4;
+};
+
+// While a command yields: the line's conditions, Escape, the window closed or resized, the plug in or out.
+class Disturbance {
+ public:
+    Disturbance(Bytes& input, VirtualLine& line, Session& session)
+        : input_(input), line_(line), session_(session), calmFor_(input.Next()) {
+        line_.OnYield([this] {
+            if (calmFor_-- == 0) Strike();
+        });
+    }
+    bool Closed() const { return closed_; }
+
+ private:
+    void Strike() {
+        const int how = input_.Next();
+        calmFor_ = how == 0 ? -1 : 4 * input_.Next();
+        if (how == 0) return;
+        switch (how % 6) {
+            case 0:
+                return EscapePressed(session_);
+            case 1:
+                closed_ = true;
+                return RequestExit(session_);
+            case 2:
+                return WindowResized(session_);
+            case 3:
+                return line_.HangUp();
+            case 4:
+                return line_.PlugIn();
+            default:
+                return line_.Raise(static_cast<LineCondition>(how / 6 % 6));
+        }
+    }
+
+    Bytes& input_;
+    VirtualLine& line_;
+    Session& session_;
+    int calmFor_;
+    bool closed_ = false;
 };
 
 }  // namespace
@@ -94,7 +128,7 @@ void Target(std::string_view input) {
     options.echo = (set & 16) != 0;
     FuzzedModule module(bytes, options);
     VirtualLine line(module);
-    FuzzedUser user((set & 32) != 0);
+    FuzzedUser user(bytes, line);
     test::RecordingView view;
     test::RecordingShell shell;
     Session session(Ports{line, user, view, shell, files, settings, printer});
@@ -105,8 +139,10 @@ void Target(std::string_view input) {
 
     constexpr void (*commands[])(Session&) = {mnuDownload_Click, mnuUpload_Click, mnuEditVIN_Click,
                                               mnuUpload_Click};
+    const Disturbance disturbance(bytes, line, session);
     RunCommand(session, commands[set % 4]);
     Require(!line.IsOpen() && !shell.progressShown, "the link is at rest");
+    Require(!shell.closed || disturbance.Closed(), "the window closes only when it was asked to");
     Require(view.shown == session.state.TableShown, "the screen shows what the state says");
     Require(set % 4 == 0 || session.state.TableType == type, "the type is the table's");
     for (const auto& panel : shell.progress)

@@ -33,10 +33,10 @@ struct SoakCount {
 };
 
 // One run of the program, whose user makes a few transfers while everything that can go wrong does so, all by
-// the seed; each transfer is judged when it has ended.
+// the dice; each transfer is judged when it has ended.
 class SoakRun {
  public:
-    SoakRun(std::uint64_t seed, SoakCount& count) : dice_(seed), count_(count), calm_(dice_.OneIn(8)) {
+    SoakRun(const Dice& dice, SoakCount& count) : dice_(dice), count_(count), calm_(dice_.OneIn(8)) {
         module_.line = &line_;
         HandleLineErrors(session_);
         line_.OnYield([this] { MakeTrouble(); });
@@ -79,7 +79,8 @@ class SoakRun {
 
     void ShowSomeTable() {
         AdvanceTable table(dice_.OneIn(2) ? TableType::EX : TableType::RACE);
-        ForEachCell(table.Type(), [&](Cell cell) { table.SetCell(cell, dice_.Below(451) / 10.0); });
+        Dice values(dice_.Roll());
+        ForEachCell(table.Type(), [&](Cell cell) { table.SetCell(cell, values.Below(451) / 10.0); });
         state_.TableType = table.Type();
         session_.table.Replace(table);
         SetUpTableGrid(session_, table.Type());
@@ -89,8 +90,9 @@ class SoakRun {
     void ConnectSomeModule() {
         ModuleOptions options(dice_.OneIn(2) ? TableType::EX : TableType::RACE);
         options.echo = dice_.OneIn(2);
+        Dice values(dice_.Roll());
         for (auto& byte : options.eeprom.bytes)
-            if (dice_.OneIn(2)) byte = static_cast<std::uint8_t>(dice_.Roll());
+            if (values.OneIn(2)) byte = static_cast<std::uint8_t>(values.Roll());
         if (!calm_ && dice_.OneIn(16)) options.identification = "";
         if (!calm_ && dice_.OneIn(16)) options.identification = std::string(5000, 'x');
         std::vector<FaultRequest> faults;

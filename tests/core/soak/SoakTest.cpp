@@ -20,7 +20,7 @@ class SoakTest : public testing::TestWithParam<int> {
     void Soak(std::uint64_t seed) {
         SCOPED_TRACE("this seed alone: RV52_SOAK_SEED=" + std::to_string(seed) +
                      " soak_tests --gtest_filter='*/0'");
-        SoakRun(seed, count_).Run();
+        SoakRun(Dice(seed), count_).Run();
     }
 
     SoakCount count_;

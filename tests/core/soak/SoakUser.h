@@ -4,23 +4,33 @@
 #include "platform/Prompts.h"
 #include "simulator/VirtualLine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace rv52::test {
 
-// Chance that comes again from its seed.
+// Chance that comes again from its seed, or falls as somebody has laid it down, two bytes a throw.
 class Dice {
  public:
     explicit Dice(std::uint64_t seed) : random_(seed) {}
+    explicit Dice(std::string_view laid) : random_(0), laid_(laid) {}
 
-    std::uint64_t Roll() { return random_(); }
+    std::uint64_t Roll() {
+        if (laid_.empty()) return random_();
+        std::uint64_t thrown = 0;
+        for (const auto byte : laid_.substr(0, 2))
+            thrown = thrown << 8 | static_cast<unsigned char>(byte);
+        laid_.remove_prefix(std::min<std::size_t>(2, laid_.size()));
+        return thrown;
+    }
     // 0 to count - 1.
-    int Below(int count) { return static_cast<int>(random_() % static_cast<std::uint64_t>(count)); }
+    int Below(int count) { return static_cast<int>(Roll() % static_cast<std::uint64_t>(count)); }
     bool OneIn(int count) { return Below(count) == 0; }
     // 1 to most, every order of magnitude as likely as the next.
     int Magnitude(int most) { return static_cast<int>(std::pow(most, Below(1001) / 1000.0)); }
@@ -31,6 +41,7 @@ class Dice {
 
  private:
     std::mt19937_64 random_;
+    std::string_view laid_;
 };
 
 // Answers every box as the dice fall, now and then after a while, or after putting the plug back in.
