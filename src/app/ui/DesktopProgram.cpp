@@ -89,7 +89,7 @@ bool DesktopProgram::Start(std::chrono::milliseconds splash) {
 // Never on without it: practice would then reach a real module.
 std::string DesktopProgram::StartSimulator(TableType type) {
     try {
-        return simulator_.Start(type);
+        return simulator_.Start(ToText(type));
     } catch (const Failure& failure) {
         prompts_.Ask({failure.what(), "Simulated Module", Icon::Critical, Buttons::Ok});
         throw;

@@ -3,7 +3,6 @@
 #include "app/CommandLine.h"
 #include "app/state/Session.h"
 #include "app/ui/MainWindow.h"
-#include "app/ui/SimulatorProcess.h"
 #include "app/ui/SplashWindow.h"
 #include "app/ui/SystemEnd.h"
 #include "platform/ComDevices.h"
@@ -13,6 +12,7 @@
 #include "platform/qt/QtPrompts.h"
 #include "platform/qt/QtSettings.h"
 #include "platform/qt/SerialLine.h"
+#include "platform/qt/SimulatorProcess.h"
 
 #include <memory>
 

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "table/TableType.h"
-
 #include <QProcess>
 
 #include <string>
+#include <string_view>
 
 namespace rv52 {
 
@@ -13,8 +12,8 @@ class SimulatorProcess {
  public:
     ~SimulatorProcess();
 
-    // Starts it and returns the path of its serial device. Throws Failure.
-    std::string Start(TableType type);
+    // Starts one of a type, "RACE" or "EX", and returns the path of its serial device. Throws Failure.
+    std::string Start(std::string_view type);
 
  private:
     // Why there is no module.

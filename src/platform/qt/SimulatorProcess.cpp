@@ -1,4 +1,4 @@
-#include "app/ui/SimulatorProcess.h"
+#include "platform/qt/SimulatorProcess.h"
 
 #include "platform/Failure.h"
 #include "platform/linux/ChildLife.h"
@@ -23,10 +23,10 @@ SimulatorProcess::~SimulatorProcess() {
     process_.waitForFinished(kEndTimeout);
 }
 
-std::string SimulatorProcess::Start(TableType type) {
+std::string SimulatorProcess::Start(std::string_view type) {
     process_.setChildProcessModifier(LiveAsLongAsParent);
     process_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
-                   {QStringLiteral("--type"), ToQt(ToText(type))});
+                   {QStringLiteral("--type"), ToQt(type)});
     while (!process_.canReadLine())
         if (!process_.waitForReadyRead(kStartTimeout))
             throw Failure("The simulated module cannot be started: " + Reason() + ".");

@@ -1,0 +1,203 @@
+#include "cli/ModuleCommands.h"
+
+#include "cli/Commands.h"
+#include "cli/TableCommands.h"
+#include "cli/Tool.h"
+#include "link/commands/LinkProcedures.h"
+#include "link/commands/ModuleDialogue.h"
+#include "link/commands/Vin.h"
+#include "module/EepromImage.h"
+#include "module/commands/Download.h"
+#include "module/commands/Upload.h"
+#include "table/TableFile.h"
+#include "table/commands/FileCommands.h"
+
+#include <iostream>
+#include <unistd.h>
+
+namespace rv52::cli {
+
+namespace {
+
+// Nothing was programmed: the port, the module, or the user who has interrupted it.
+Ending NotReached(const Tool& tool) {
+    if (tool.Interrupted()) return {Status::Interrupted, "interrupted; nothing was written to the module"};
+    return {tool.line.refused ? Status::Port : Status::NoAnswer, tool.Told()};
+}
+
+// After a command that programs.
+Status OutcomeOf(const Tool& tool) {
+    const auto& state = tool.session.state;
+    if (state.LastOutcome.empty()) throw NotReached(tool);
+    if (!state.CommOK) throw Ending(Status::NotProgrammed, tool.Told() + " Upload again.");
+    if (state.VerifyErrors != 0) throw Ending(Status::NotVerified, tool.Told() + " Upload again.");
+    if (!tool.options.quiet) std::cerr << "rv52: " << state.LastOutcome << "\n";
+    return tool.Interrupted() ? Status::Interrupted : Status::Done;
+}
+
+// Before the first byte is sent.
+void AskBefore(const Tool& tool, const std::string& what) {
+    if (tool.options.yes) return;
+    if (isatty(STDIN_FILENO) == 0)
+        throw Ending(Status::Usage, "without a terminal to ask at, programming wants --yes");
+    std::cerr << "rv52: " << what << "? [y/N] ";
+    std::string answer;
+    std::getline(std::cin, answer);
+    if (answer != "y" && answer != "Y" && answer != "yes")
+        throw Ending(Status::Interrupted, "nothing was written to the module");
+}
+
+void RequireDownloaded(const Tool& tool) {
+    if (!tool.session.state.TableShown || tool.Interrupted()) throw NotReached(tool);
+}
+
+void SaveTable(Tool& tool, const std::string& path) {
+    const auto& session = tool.session;
+    tool.files.ReplaceWhole(path, FormatTableFile(session.table.Table(), session.state.ModuleParameters));
+}
+
+}  // namespace
+
+Snapshot DownloadedFrom(Tool& tool) {
+    tool.ConnectModule();
+    tool.Run(mnuDownload_Click);
+    RequireDownloaded(tool);
+    return {tool.session.table.Table(), tool.session.state.ModuleParameters};
+}
+
+Status ListPorts(Tool& tool) {
+    auto list = nlohmann::ordered_json::array();
+    for (int port = 1; port <= kHighestCommPort; ++port) {
+        const auto device = tool.devices.DeviceOf(port);
+        if (device.empty() || access(device.c_str(), F_OK) != 0) continue;
+        const bool usable = access(device.c_str(), R_OK | W_OK) == 0;
+        if (tool.options.form == Form::Json)
+            list.push_back({{"port", port}, {"device", device}, {"usable", usable}});
+        else
+            std::cout << CommPortName(port) << "\t" << device << "\t" << (usable ? "usable" : "not permitted")
+                      << "\n";
+    }
+    if (tool.options.form == Form::Json) std::cout << list.dump(2) << "\n";
+    return Status::Done;
+}
+
+Status Identify(Tool& tool) {
+    tool.ConnectModule();
+    bool identified = false;
+    tool.Run([&](Session& session) {
+        session.steps.Procedure([&](Steps&) { identified = IdentifyModule(session, "rv52", "identify"); });
+    });
+    if (!identified) throw NotReached(tool);
+    const auto& state = tool.session.state;
+    if (tool.options.form == Form::Json)
+        std::cout << nlohmann::ordered_json{{"identification", state.FirmwareId},
+                                            {"type", ToText(state.TableType)},
+                                            {"echo", state.EchoMode}}
+                         .dump(2)
+                  << "\n";
+    else
+        std::cout << state.FirmwareId << "\n"
+                  << ToText(state.TableType) << "\n"
+                  << (state.EchoMode ? "echoes" : "does not echo") << "\n";
+    return Status::Done;
+}
+
+Status Download(Tool& tool) {
+    DownloadedFrom(tool);
+    if (!tool.options.image.empty()) {
+        const auto& buffer = tool.session.state.EepromBuffer;
+        tool.files.ReplaceWhole(tool.options.image, std::string(buffer.begin(), buffer.end()));
+    }
+    SaveTable(tool, tool.options.files.front());
+    return Status::Done;
+}
+
+Status Upload(Tool& tool) {
+    const auto& path = tool.options.files.front();
+    if (!tool.options.yes && (path == "-" || isatty(STDIN_FILENO) == 0))
+        throw Ending(Status::Usage, "without a terminal to ask at, programming wants --yes");
+    const auto file = tool.files.ReadWhole(path);
+    LoadTable(tool, path, file);
+    tool.ConnectModule();
+    AskBefore(tool, "Program the module at " + CommPortName(tool.session.state.CommPort) + " with " + path);
+    if (tool.options.backup.empty() && !tool.options.quiet)
+        std::cerr << "rv52: without --backup the four flag bits that a file does not keep become 0.\n";
+    std::exception_ptr ended;
+    tool.Run([&](Session& session) {
+        try {
+            if (!tool.options.backup.empty()) {
+                mnuDownload_Click(session);
+                session.gate.SetCloseAborts(false);
+                RequireDownloaded(tool);
+                SaveTable(tool, tool.options.backup);
+                LoadTable(tool, path, file);
+            }
+            mnuUpload_Click(session);
+        } catch (...) {
+            ended = std::current_exception();
+        }
+    });
+    if (ended) std::rethrow_exception(ended);
+    const auto& told = tool.answers.told;
+    if (!told.empty() && told.back() == "Cannot upload race data to EX version")
+        throw Ending(Status::File, told.back());
+    return OutcomeOf(tool);
+}
+
+Status Verify(Tool& tool) {
+    const auto wanted = LoadTable(tool, tool.options.files.front());
+    auto held = DownloadedFrom(tool);
+    const auto& state = tool.session.state;
+    auto parameters = wanted.parameters;
+    parameters.FlagByte = held.parameters.FlagByte;
+    EepromBuffer expected{};
+    try {
+        EncodeEepromImage(wanted.table, parameters, state.TableType, expected);
+    } catch (const std::logic_error&) {
+        throw Ending(Status::File, "Cannot compare race data with EX version");
+    }
+    int bytes = 0;
+    for (const auto& range : ReadExtent(state.TableType).ranges)
+        for (auto index = static_cast<std::size_t>(range.first);
+             index <= static_cast<std::size_t>(range.last); ++index)
+            bytes += expected[index] != state.EepromBuffer[index];
+    ModuleParameters meant;
+    const auto table = DecodeEepromImage(expected, state.TableType, meant);
+    const auto differences = Differences({table, meant}, held);
+    if (tool.options.form == Form::Json) {
+        auto json = AsJson(differences);
+        json["same"] = bytes == 0;
+        json["bytes"] = bytes;
+        std::cout << json.dump(2) << "\n";
+    } else {
+        std::cout << AsText(differences);
+    }
+    if (bytes != 0)
+        throw Ending(Status::Found, std::to_string(bytes) + " bytes of the module differ from " +
+                                        tool.options.files.front() +
+                                        "; upload it, or look which of the two is right");
+    if (!tool.options.quiet)
+        std::cerr << "rv52: every byte is as " << tool.options.files.front() << " says.\n";
+    return Status::Done;
+}
+
+Status Vin(Tool& tool) {
+    const auto& wanted = tool.options.vin;
+    if (!wanted.empty() && !VinCodes(wanted))
+        throw Ending(Status::Usage, "a VIN has 17 characters that the module can hold");
+    tool.ConnectModule();
+    if (!wanted.empty()) AskBefore(tool, "Write the VIN " + wanted);
+    tool.answers.text = wanted;
+    auto& state = tool.session.state;
+    state.Vin.clear();
+    tool.Run(mnuEditVIN_Click);
+    if (!wanted.empty()) return OutcomeOf(tool);
+    if (state.Vin.empty() || tool.Interrupted()) throw NotReached(tool);
+    if (tool.options.form == Form::Json)
+        std::cout << nlohmann::ordered_json{{"vin", state.Vin}}.dump(2) << "\n";
+    else
+        std::cout << state.Vin << "\n";
+    return Status::Done;
+}
+
+}  // namespace rv52::cli

@@ -1,0 +1,213 @@
+#include "cli/TableCommands.h"
+
+#include "cli/Commands.h"
+#include "cli/ModuleCommands.h"
+#include "cli/Tool.h"
+#include "table/LimitTables.h"
+#include "table/ModifyExpression.h"
+#include "table/Numbers.h"
+#include "table/TableFile.h"
+#include "table/commands/FileCommands.h"
+#include "table/commands/GridCursor.h"
+#include "table/commands/NewTable.h"
+#include "table/commands/SelectionCommands.h"
+
+#include <charconv>
+#include <cmath>
+#include <iostream>
+
+namespace rv52::cli {
+
+namespace {
+
+// Between neighbours; a rule of thumb, no limit of the module.
+constexpr double kSteepStep = 12;
+
+Snapshot LoadAny(Tool& tool, const std::string& name) {
+    return name == "module" ? DownloadedFrom(tool) : LoadTable(tool, name);
+}
+
+void Save(Tool& tool, const std::string& path, const Snapshot& saved) {
+    tool.files.ReplaceWhole(path, FormatTableFile(saved.table, saved.parameters));
+}
+
+Snapshot Current(const Tool& tool) {
+    return {tool.session.table.Table(), tool.session.state.ModuleParameters};
+}
+
+// "3000..5000", or one number for both ends.
+std::pair<int, int> ReadRange(std::string_view text, const std::string& whole) {
+    const auto dots = text.find("..");
+    const auto read = [&](std::string_view part) {
+        int number = 0;
+        const auto result = std::from_chars(part.data(), part.data() + part.size(), number);
+        if (part.empty() || result.ec != std::errc{} || result.ptr != part.data() + part.size())
+            throw Ending(Status::Usage, "\"" + whole + "\" is no range of cells such as 3000..5000,28..30");
+        return number;
+    };
+    const int first = read(text.substr(0, dots));
+    const int last = dots == std::string_view::npos ? first : read(text.substr(dots + 2));
+    return std::minmax(first, last);
+}
+
+GridRange ReadCells(const std::string& text, TableType type) {
+    const auto comma = text.find(',');
+    const auto [lowRpm, highRpm] = ReadRange(std::string_view(text).substr(0, comma), text);
+    const auto [lowMap, highMap] = ReadRange(
+        comma == std::string::npos ? std::string_view() : std::string_view(text).substr(comma + 1), text);
+    std::optional<GridRange> range;
+    ForEachCell(type, [&](Cell cell) {
+        const int rpm = RpmOfColumn(cell.column);
+        const int map = MapOfRow(cell.row);
+        if (rpm < lowRpm || rpm > highRpm || map < lowMap || map > highMap) return;
+        const auto at = GridCellOf(cell, type);
+        if (!range) range = GridRange{at, at};
+        range->first = {std::min(range->first.row, at.row), std::min(range->first.column, at.column)};
+        range->last = {std::max(range->last.row, at.row), std::max(range->last.column, at.column)};
+    });
+    if (!range)
+        throw Ending(Status::Usage,
+                     "there is no cell in " + text + "; \"rv52 show\" lists RPM and MAP of a table");
+    return *range;
+}
+
+// What is wrong with the values of a table that opens.
+std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
+    std::vector<std::string> findings;
+    ForEachCell(table.Type(), [&](Cell cell) {
+        const double value = table.GetCell(cell);
+        const double limit = CellLimit(tool.session.state, table.Type(), cell);
+        if (value > limit)
+            findings.push_back(NameOf(cell) + ": " + ReadableDecimal(value) + " is above the limit of " +
+                               ReadableDecimal(limit));
+        if (value < 0) findings.push_back(NameOf(cell) + ": " + ReadableDecimal(value) + " is below 0");
+        const auto compare = [&](Cell next) {
+            if (next.column > kColumnCount || next.row > table.RowCount()) return;
+            if (std::abs(table.GetCell(next) - value) > kSteepStep)
+                findings.push_back(NameOf(cell) + " to " + NameOf(next) + ": a step of " +
+                                   ReadableDecimal(std::abs(table.GetCell(next) - value)) +
+                                   " degrees; more than " + ReadableDecimal(kSteepStep) +
+                                   " between neighbours is rarely meant (a rule of thumb)");
+        };
+        compare({Column(cell.column + 1), cell.row});
+        compare({cell.column, Row(cell.row + 1)});
+    });
+    return findings;
+}
+
+}  // namespace
+
+Snapshot LoadTable(Tool& tool, const std::string& path) {
+    return LoadTable(tool, path, tool.files.ReadWhole(path));
+}
+
+Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& content) {
+    tool.answers.told.clear();
+    tool.files.Serve(path, content);
+    OpenTableFile(tool.session, path);
+    if (!tool.session.state.TableShown) throw Ending(Status::File, tool.Told());
+    return Current(tool);
+}
+
+Status Show(Tool& tool) {
+    const auto shown = LoadAny(tool, tool.options.files.front());
+    if (tool.options.form == Form::Csv)
+        std::cout << AsCsv(shown.table);
+    else if (tool.options.form == Form::Json)
+        std::cout << AsJson(shown).dump(2) << "\n";
+    else
+        std::cout << AsText(shown);
+    return Status::Done;
+}
+
+Status Diff(Tool& tool) {
+    const auto first = LoadAny(tool, tool.options.files[0]);
+    const auto second = LoadAny(tool, tool.options.files[1]);
+    const auto differences = Differences(first, second);
+    if (tool.options.form == Form::Json)
+        std::cout << AsJson(differences).dump(2) << "\n";
+    else
+        std::cout << AsText(differences);
+    return differences.empty() ? Status::Done : Status::Found;
+}
+
+Status New(Tool& tool) {
+    const auto type = tool.options.type;
+    auto& session = tool.session;
+    NewTable settings{static_cast<std::int16_t>(tool.options.slope),
+                      static_cast<std::int16_t>(tool.options.timing), AdvanceTable(type), AdvanceTable(type)};
+    const int position = kSwitchScale.PositionOf(settings.InitTiming);
+    if (TimingSliderStop(type, position) != position)
+        throw Ending(Status::Usage, "an EX table takes a timing of 5 at most");
+    for (const auto& [limit, into] :
+         {std::pair(Limit::Minimum, &settings.MinTable), {Limit::Maximum, &settings.MaxTable}}) {
+        const auto table = LoadLimitTable(tool.files, type, limit);
+        if (!table) throw Ending(Status::File, std::string(LimitFileName(type, limit)) + " not found.");
+        *into = *table;
+    }
+    session.state.TableType = type;
+    session.table.Replace(AdvanceTable(type));
+    if (!TakeChartTemplate(session, type)) throw Ending(Status::File, tool.Told());
+    CreateNewTable(session, settings);
+    Save(tool, tool.options.files.front(), Current(tool));
+    return Status::Done;
+}
+
+Status Modify(Tool& tool) {
+    if (!ParseModifyExpression(tool.options.expression))
+        throw Ending(Status::Usage,
+                     "\"" + tool.options.expression + "\" is no change such as 30, -1, +1.5 or 95%");
+    const auto& path = tool.options.files.front();
+    const auto type = LoadTable(tool, path).table.Type();
+    const auto cells = ReadCells(tool.options.cells, type);
+    tool.session.sheet.Select(cells, cells.first);
+    tool.answers.text = tool.options.expression;
+    mnuPopUpModify3D_Click(tool.session);
+    Save(tool, tool.options.output.empty() ? path : tool.options.output, Current(tool));
+    return Status::Done;
+}
+
+Status Import(Tool& tool) {
+    const auto& [csv, path] = std::pair(tool.options.files[0], tool.options.files[1]);
+    const auto limit = [&](TableType type, Cell cell) { return CellLimit(tool.session.state, type, cell); };
+    const auto table = [&] {
+        try {
+            return TableOfCsv(tool.files.ReadWhole(csv), limit);
+        } catch (const FileFailure& failure) {
+            throw Ending(Status::File, csv + ": " + failure.what());
+        }
+    }();
+    ModuleParameters parameters;
+    if (path != "-" && tool.files.Exists(path)) parameters = LoadTable(tool, path).parameters;
+    Save(tool, path, {table, parameters});
+    return Status::Done;
+}
+
+Status Export(Tool& tool) {
+    const auto table = LoadTable(tool, tool.options.files[0]).table;
+    tool.files.ReplaceWhole(tool.options.files[1], AsCsv(table));
+    return Status::Done;
+}
+
+Status Check(Tool& tool) {
+    auto list = nlohmann::ordered_json::array();
+    bool found = false;
+    for (const auto& path : tool.options.files) {
+        std::vector<std::string> findings;
+        try {
+            findings = Findings(tool, LoadTable(tool, path).table);
+        } catch (const Ending& ending) {
+            findings = {ending.what()};
+        }
+        found = found || !findings.empty();
+        list.push_back({{"file", path}, {"good", findings.empty()}, {"findings", findings}});
+        if (tool.options.form == Form::Json) continue;
+        if (findings.empty()) std::cout << path << ": good\n";
+        for (const auto& finding : findings)
+            std::cout << path << ": " << finding << "\n";
+    }
+    if (tool.options.form == Form::Json) std::cout << list.dump(2) << "\n";
+    return found ? Status::Found : Status::Done;
+}
+
+}  // namespace rv52::cli

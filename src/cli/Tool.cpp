@@ -1,0 +1,112 @@
+#include "cli/Tool.h"
+
+#include "app/Commands.h"
+#include "app/StartUp.h"
+#include "platform/Failure.h"
+
+#include <cstdio>
+#include <iostream>
+#include <iterator>
+#include <unistd.h>
+#include <utility>
+
+namespace rv52::cli {
+
+Answer Answers::Ask(const MessageBox& box) {
+    switch (box.buttons) {
+        case Buttons::OkCancel:
+            return Answer::Ok;  // the tool has asked before
+        case Buttons::YesNoCancel:
+            return Answer::No;  // nothing is saved but what the command saves
+        default:
+            told.push_back(box.text);
+            return DismissAnswer(box.buttons);
+    }
+}
+
+std::string Answers::AskText(const InputBox&) {
+    return std::exchange(text, {});
+}
+
+Progress::Progress(bool quiet) : shown_(!quiet && isatty(STDERR_FILENO) != 0) {}
+
+void Progress::ShowProgress(const std::string& caption) {
+    caption_ = caption;
+    percent_ = -1;
+    SetProgress(0);
+}
+
+void Progress::SetProgress(int percent) {
+    if (!shown_ || percent == std::exchange(percent_, percent)) return;
+    std::fprintf(stderr, "\r%s %3d %%", caption_.c_str(), percent);
+}
+
+void Progress::HideProgress() {
+    if (shown_) std::fputs("\r\033[K", stderr);
+}
+
+bool ToolFiles::Exists(const std::string& path) const {
+    return path == "-" || QtFiles::Exists(path);
+}
+
+std::string ToolFiles::ReadWhole(const std::string& path) const {
+    if (path == served_.first) return served_.second;
+    if (path != "-") return QtFiles::ReadWhole(path);
+    std::string bytes;
+    for (char byte = 0; bytes.size() <= std::size_t{kLargest} && std::cin.get(byte);)
+        bytes += byte;
+    if (bytes.size() > std::size_t{kLargest}) throw FileFailure("Cannot read standard input: far too large");
+    return bytes;
+}
+
+void ToolFiles::ReplaceWhole(const std::string& path, const std::string& bytes) {
+    if (path != "-") return QtFiles::ReplaceWhole(path, bytes);
+    if (!std::cout.write(bytes.data(), std::ssize(bytes)).flush())
+        throw FileFailure("Cannot write to standard output");
+}
+
+void ToolLine::Open(int commPort) {
+    refused = true;
+    SerialLine::Open(commPort);
+    refused = false;
+}
+
+Tool::Tool(const Options& given) : options(given), progress_(given.quiet) {}
+
+void Tool::Start() {
+    if (!StartUp(session)) throw FileFailure(Told());
+}
+
+void Tool::ConnectModule() {
+    auto& port = session.state.CommPort;
+    if (options.port) port = *options.port;
+    if (!options.device.empty()) devices.Override(port, options.device);
+    if (options.simulate)
+        devices.Override(port, simulator_.Start(ToText(*options.simulate)), "simulated module");
+}
+
+void Tool::Run(const std::function<void(Session&)>& command) {
+    const EndSignals signals([this](int) { Signalled(); });
+    RunCommand(session, command);
+}
+
+void Tool::Signalled() {
+    const auto work = session.state.LinkWork;
+    if (!interrupted_ && (work == LinkWork::Programming || work == LinkWork::Verifying))
+        std::fputs("\nrv52: interrupted; programming and verifying finish first.\n", stderr);
+    interrupted_ = true;
+    RequestExit(session);
+}
+
+std::string Tool::Told() const {
+    std::string said;
+    for (const auto& text : answers.told) {
+        if (text.starts_with("Firmware ID: ")) continue;
+        if (!said.empty()) said += ' ';
+        for (const char letter : text)
+            if (letter != '\r') said += letter == '\n' ? ' ' : letter;
+    }
+    return said;
+}
+
+}  // namespace rv52::cli
