@@ -130,7 +130,9 @@ Status Upload(Tool& tool) {
                 session.gate.SetCloseAborts(false);
                 RequireDownloaded(tool);
                 SaveTable(tool, tool.options.backup);
+                const auto flags = session.state.ModuleParameters.FlagByte;
                 LoadTable(tool, path, file);
+                session.state.ModuleParameters.FlagByte = flags;
             }
             mnuUpload_Click(session);
         } catch (...) {
