@@ -26,11 +26,14 @@ class Reader {
         app_.add_flag("-q,--quiet", options_.quiet, "no progress, no remarks");
         auto* port = app_.add_option("--port", options_.port,
                                      "the module's port ComN; else the one stored by the window")
-                         ->check(CLI::Range(1, kHighestCommPort));
-        auto* device = app_.add_option("--device", options_.device, "the module's serial device");
+                         ->type_name("N")
+                         ->check(CLI::Range(1, kHighestCommPort).description(""));
+        auto* device =
+            app_.add_option("--device", options_.device, "the module's serial device")->type_name("PATH");
         auto* simulate =
             app_.add_option("--simulate", options_.simulate, "a simulated module, RACE or EX, for this run")
-                ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case));
+                ->type_name("RACE|EX")
+                ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case).description(""));
         port->excludes(device)->excludes(simulate);
         device->excludes(simulate);
         AddModuleCommands();
@@ -63,7 +66,7 @@ class Reader {
         return command;
     }
     static void Need(CLI::App& command, const char* name, std::string& into, const char* what) {
-        command.add_option(name, into, what)->required();
+        command.add_option(name, into, what)->type_name("")->required();
     }
 
     void AddModuleCommands() {
@@ -71,24 +74,29 @@ class Reader {
         AddReport("id", "identifies the module: its name, type and whether it echoes");
         auto& download = Add("download", "reads table and parameters of the module into a table file");
         Need(download, "FILE", first_, "the table file, - for standard output");
-        download.add_option("--image", options_.image, "keeps the bytes that were read, too");
+        download.add_option("--image", options_.image, "keeps the bytes that were read, too")
+            ->type_name("FILE");
         auto& upload = Add("upload", "programs the module with a table file, and reads back every byte");
         Need(upload, "FILE", first_, "the table file, - for standard input");
-        upload.add_option(
-            "--backup", options_.backup,
-            "downloads into this file first, and does not go on without it; takes from the module the "
-            "four flag bits that a file does not keep, which else become 0");
+        upload
+            .add_option(
+                "--backup", options_.backup,
+                "downloads into this file first, and does not go on without it; takes from the module the "
+                "four flag bits that a file does not keep, which else become 0")
+            ->type_name("FILE");
         upload.add_flag("-y,--yes", options_.yes, "does not ask before programming");
         auto& verify =
             AddReport("verify", "compares the module with a table file byte by byte; writes nothing");
         Need(verify, "FILE", first_, "the table file, - for standard input");
         auto& vin = AddReport("vin", "reads the module's VIN, or writes and verifies another one");
-        vin.add_option("NEW", options_.vin, "the new VIN, 17 characters");
+        vin.add_option("NEW", options_.vin, "the new VIN, 17 characters")->type_name("");
         vin.add_flag("-y,--yes", options_.yes, "does not ask before programming");
     }
 
     void AddFileCommands() {
-        auto& show = AddReport("show", "writes table and parameters as text");
+        auto& show = AddReport(
+            "show",
+            "writes table and parameters as text; the surface and the report are drawn by the window only");
         Need(show, "FILE", first_, "the table file, or module");
         show.add_flag("--csv", csv_, "the table alone, for a spreadsheet");
         auto& diff = AddReport("diff", "tells which cells and parameters differ; ends with 1 when any does");
@@ -96,25 +104,30 @@ class Reader {
         Need(diff, "B", second_, "a table file, or module");
         auto& make = Add("new", "makes a table of the two switch settings");
         make.add_option("TYPE", options_.type, "RACE or EX")
+            ->type_name("")
             ->required()
-            ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case));
+            ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case).description(""));
         make.add_option("--timing", options_.timing,
                         "shifts by its distance from 5 in degrees; EX: at most 5")
             ->required()
-            ->check(CLI::Range(0, 9));
+            ->type_name("0..9")
+            ->check(CLI::Range(0, 9).description(""));
         make.add_option("--slope", options_.slope, "0 the smallest advance, 9 the largest")
             ->required()
-            ->check(CLI::Range(0, 9));
+            ->type_name("0..9")
+            ->check(CLI::Range(0, 9).description(""));
         Need(make, "FILE", first_, "the table file, - for standard output");
         auto& modify = Add("modify", "changes cells of a table file as Modify does");
         Need(modify, "FILE", first_, "the table file, - for standard input and output");
         modify.add_option("--cells", options_.cells, "RPM..RPM,MAP..MAP, for example 3000..5000,28..30")
+            ->type_name("RANGES")
             ->required();
         modify
             .add_option("--by", options_.expression,
                         "30 sets, --by=-1 and +1.5 shift, 95% scales, -5% and +5% change")
+            ->type_name("CHANGE")
             ->required();
-        modify.add_option("-o,--output", options_.output, "writes there instead");
+        modify.add_option("-o,--output", options_.output, "writes there instead")->type_name("FILE");
         auto& import = Add(
             "import", "makes a table file of a spreadsheet's CSV; a file that is there keeps its parameters");
         Need(import, "CSV", first_, "as export writes it, - for standard input");
@@ -123,7 +136,7 @@ class Reader {
         Need(xport, "FILE", first_, "the table file, - for standard input");
         Need(xport, "CSV", second_, "- for standard output");
         auto& check = AddReport("check", "says of each file: good, or what is wrong and where");
-        check.add_option("FILE", options_.files, "table files")->required();
+        check.add_option("FILE", options_.files, "table files")->type_name("")->required();
     }
 
     CLI::App app_{kAbout, "rv52"};
