@@ -3,18 +3,26 @@
 #include "Samples.h"
 #include "ShownProgram.h"
 #include "SimulatedLine.h"
+#include "WholeProcess.h"
 #include "link/commands/LinkProcedures.h"
 #include "module/EepromImage.h"
 #include "platform/Line.h"
+#include "platform/qt/QtText.h"
 #include "table/commands/TableDisplay.h"
 
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
+#include <fcntl.h>
 #include <numeric>
 #include <stdexcept>
 #include <sys/resource.h>
+#include <tuple>
+#include <unistd.h>
 
 namespace rv52::bench {
 
@@ -165,12 +173,58 @@ void MeasureDownload(Report& report) {
     report.Add(Microseconds("transfer.byte.scheduling", (Median(times) - due.Whole().count()) * perByte));
 }
 
+// rv52 as a whole process, on the same paced line: what it may take is 1.03 times what no program can save,
+// and 30 ms for the process.
+class Tool {
+ public:
+    double MedianTime(const SimulatedLine& module, const QStringList& command) const {
+        return MedianSeconds(kRuns, [&] {
+            QProcess tool;
+            tool.start(ProgramBeside("rv52"),
+                       QStringList{QStringLiteral("--device"), ToQt(module.Device())} + command);
+            Require(tool.waitForFinished(60000) && tool.exitCode() == 0);
+        });
+    }
+    // From the start of the process to its first byte on a line where nobody answers.
+    double SecondsToFirstByte() const {
+        const int line = posix_openpt(O_RDWR | O_NOCTTY);
+        Require(line >= 0 && grantpt(line) == 0 && unlockpt(line) == 0);
+        const QString device = QString::fromLocal8Bit(ptsname(line));
+        const double median = MedianSeconds(kRuns, [&] {
+            QProcess tool;
+            tool.start(ProgramBeside("rv52"), {QStringLiteral("--device"), device, QStringLiteral("id")});
+            for (char byte = 0; read(line, &byte, 1) != 1;)
+                usleep(200);
+            tool.kill();
+            tool.waitForFinished();
+        });
+        close(line);
+        return median;
+    }
+};
+
+void MeasureTool(Report& report) {
+    const Tool tool;
+    const QTemporaryDir folder;
+    const auto file = folder.filePath(QStringLiteral("module.tbl"));
+    report.Add({"tool.first-byte", tool.SecondsToFirstByte() * 1000, "ms", 30});
+    for (const auto& [name, command, kind] :
+         {std::tuple("tool.download.EX", QStringList{QStringLiteral("download"), file}, kKinds[0]),
+          {"tool.upload.EX", QStringList{QStringLiteral("upload"), file, QStringLiteral("--yes")},
+           kKinds[4]}}) {
+        const SimulatedLine module(kind.type, kind.echo);
+        const double allowed = 1.03 * DueTime(kind).Whole().count() + 0.03;
+        report.Add(Ratio(name, tool.MedianTime(module, command) / allowed, 1));
+    }
+}
+
 }  // namespace
 
 void MeasureTransfers(Report& report) {
     for (const auto& kind : kKinds)
         MeasureKind(report, kind);
     MeasureDownload(report);
+    MeasureTool(report);
 }
 
 }  // namespace rv52::bench

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QLineEdit>
+#include <QProcess>
 #include <QProgressBar>
 #include <QTest>
 
@@ -44,6 +45,7 @@ bool Tour::Run() {
     SetParameters();
     SaveAndOpen();
     Upload();
+    VerifyFromShell();
     EditVin();
     Print();
     MakeNewTable();
@@ -106,6 +108,18 @@ void Tour::Upload() {
     Check(std::abs(Degrees(kEdited) - kAdvance) < 0.1, "the module gives the changed advance back");
     Picture("read-back");
     album_.Say("Uploaded, verified, and read back from the module");
+}
+
+// What the window has programmed is what the tool for the shell finds.
+void Tour::VerifyFromShell() {
+    const auto& session = program_.Running();
+    QProcess tool;
+    tool.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52"),
+               {QStringLiteral("--device"), ToQt(program_.Devices().DeviceOf(session.state.CommPort)),
+                QStringLiteral("verify"), ToQt(album_.Path("tour.tbl"))});
+    Check(tool.waitForFinished() && tool.exitStatus() == QProcess::NormalExit && tool.exitCode() == 0,
+          "rv52 verifies the module with the saved file");
+    album_.Say("Verified it once more with rv52");
 }
 
 void Tour::EditVin() {

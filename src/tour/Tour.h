@@ -24,6 +24,7 @@ class Tour {
     void Download();
     void SaveAndOpen();
     void Upload();
+    void VerifyFromShell();
     void EditVin();
     void Print();
     void Help();

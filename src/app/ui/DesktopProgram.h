@@ -33,6 +33,7 @@ class DesktopProgram {
 
     MainWindow& Window() { return window_; }
     Session& Running() { return session_; }
+    const ComDevices& Devices() const { return devices_; }
     SystemEnd& End() { return *systemEnd_; }  // once it has started
 
  private:
