@@ -1,7 +1,5 @@
-#include "cli/ModuleCommands.h"
-
 #include "cli/Commands.h"
-#include "cli/TableCommands.h"
+#include "cli/Sources.h"
 #include "cli/Tool.h"
 #include "link/commands/LinkProcedures.h"
 #include "link/commands/ModuleDialogue.h"
@@ -10,7 +8,6 @@
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
 #include "table/TableFile.h"
-#include "table/commands/FileCommands.h"
 
 #include <iostream>
 #include <unistd.h>
@@ -18,12 +15,6 @@
 namespace rv52::cli {
 
 namespace {
-
-// Nothing was programmed: the port, the module, or the user who has interrupted it.
-Ending NotReached(const Tool& tool) {
-    if (tool.Interrupted()) return {Status::Interrupted, "interrupted; nothing was written to the module"};
-    return {tool.line.refused ? Status::Port : Status::NoAnswer, tool.Told()};
-}
 
 // After a command that programs.
 Status OutcomeOf(const Tool& tool) {
@@ -47,23 +38,12 @@ void AskBefore(const Tool& tool, const std::string& what) {
         throw Ending(Status::Interrupted, "nothing was written to the module");
 }
 
-void RequireDownloaded(const Tool& tool) {
-    if (!tool.session.state.TableShown || tool.Interrupted()) throw NotReached(tool);
-}
-
 void SaveTable(Tool& tool, const std::string& path) {
     const auto& session = tool.session;
     tool.files.ReplaceWhole(path, FormatTableFile(session.table.Table(), session.state.ModuleParameters));
 }
 
 }  // namespace
-
-Snapshot DownloadedFrom(Tool& tool) {
-    tool.ConnectModule();
-    tool.Run(mnuDownload_Click);
-    RequireDownloaded(tool);
-    return {tool.session.table.Table(), tool.session.state.ModuleParameters};
-}
 
 Status ListPorts(Tool& tool) {
     auto list = nlohmann::ordered_json::array();

@@ -1,14 +1,11 @@
-#include "cli/TableCommands.h"
-
 #include "cli/Commands.h"
-#include "cli/ModuleCommands.h"
+#include "cli/Sources.h"
 #include "cli/Tool.h"
 #include "table/LimitTables.h"
 #include "table/ModifyExpression.h"
 #include "table/Numbers.h"
 #include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
-#include "table/commands/GridCursor.h"
 #include "table/commands/NewTable.h"
 #include "table/commands/SelectionCommands.h"
 
@@ -23,16 +20,8 @@ namespace {
 // Between neighbours; a rule of thumb, no limit of the module.
 constexpr double kSteepStep = 12;
 
-Snapshot LoadAny(Tool& tool, const std::string& name) {
-    return name == "module" ? DownloadedFrom(tool) : LoadTable(tool, name);
-}
-
 void Save(Tool& tool, const std::string& path, const Snapshot& saved) {
     tool.files.ReplaceWhole(path, FormatTableFile(saved.table, saved.parameters));
-}
-
-Snapshot Current(const Tool& tool) {
-    return {tool.session.table.Table(), tool.session.state.ModuleParameters};
 }
 
 // "3000..5000", or one number for both ends.
@@ -96,18 +85,6 @@ std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
 }
 
 }  // namespace
-
-Snapshot LoadTable(Tool& tool, const std::string& path) {
-    return LoadTable(tool, path, tool.files.ReadWhole(path));
-}
-
-Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& content) {
-    tool.answers.told.clear();
-    tool.files.Serve(path, content);
-    OpenTableFile(tool.session, path);
-    if (!tool.session.state.TableShown) throw Ending(Status::File, tool.Told());
-    return Current(tool);
-}
 
 Status Show(Tool& tool) {
     const auto shown = LoadAny(tool, tool.options.files.front());

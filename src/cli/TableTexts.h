@@ -6,7 +6,6 @@
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace rv52::cli {

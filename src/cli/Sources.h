@@ -1,0 +1,32 @@
+#pragma once
+
+#include "cli/Commands.h"
+#include "cli/TableTexts.h"
+
+#include <string>
+
+namespace rv52::cli {
+
+class Tool;
+
+// Where the tool has a table from.
+
+// Opens a table file as the window does; throws Ending with the window's words when it does not open.
+Snapshot LoadTable(Tool& tool, const std::string& path);
+// The same of a file that has been read already.
+Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& content);
+
+// The module's table and parameters, read as the window downloads them. Throws Ending when they do not come.
+Snapshot DownloadedFrom(Tool& tool);
+// A file, or the module where the name is "module".
+Snapshot LoadAny(Tool& tool, const std::string& name);
+
+// What the session holds now.
+Snapshot Current(const Tool& tool);
+
+// Nothing was programmed: the port, the module, or the user who has interrupted it.
+Ending NotReached(const Tool& tool);
+// Throws NotReached where no table came from the module.
+void RequireDownloaded(const Tool& tool);
+
+}  // namespace rv52::cli
