@@ -7,11 +7,12 @@
 #include <QCoreApplication>
 
 #include <stdexcept>
+#include <unistd.h>
 
 namespace rv52::bench {
 
 SimulatedLine::SimulatedLine(TableType type, bool echo) {
-    process_.setChildProcessModifier(LiveAsLongAsParent);
+    process_.setChildProcessModifier([parent = getpid()] { LiveAsLongAs(parent); });
     process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
                    {QStringLiteral("--type"), ToQt(ToText(type)), QStringLiteral("--echo"),

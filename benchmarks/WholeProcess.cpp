@@ -8,6 +8,7 @@
 #include <chrono>
 #include <sstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace rv52::bench {
 
@@ -27,7 +28,7 @@ QString ProgramBeside(const char* name) {
 }
 
 VirtualScreen::VirtualScreen() : server_(std::make_unique<QProcess>()) {
-    server_->setChildProcessModifier(LiveAsLongAsParent);
+    server_->setChildProcessModifier([parent = getpid()] { LiveAsLongAs(parent); });
     server_->setStandardErrorFile(QProcess::nullDevice());
     server_->start(
         QStringLiteral("Xvfb"),
@@ -54,7 +55,7 @@ QProcessEnvironment VirtualScreen::Environment() const {
 std::map<std::string, double> LinesOf(const QString& program, const QStringList& arguments,
                                       const QProcessEnvironment& environment) {
     QProcess process;
-    process.setChildProcessModifier(LiveAsLongAsParent);
+    process.setChildProcessModifier([parent = getpid()] { LiveAsLongAs(parent); });
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     std::map<std::string, double> said{{"started", MonotonicMicroseconds()}};

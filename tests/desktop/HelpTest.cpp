@@ -75,6 +75,15 @@ TEST_F(HelpTest, MarkedTextIsNotDraggedAway) {
     page.selectAll();
     EXPECT_FALSE(DragsMarkedText(*page.viewport(), {60, 60}));
     EXPECT_TRUE(page.textCursor().hasSelection()) << "it marks anew";
+    // Nor is there a menu that waits for its answer.
+    auto* bar = page.verticalScrollBar();
+    QTimer::singleShot(200, &page, [] {
+        if (auto* menu = QApplication::activePopupWidget())
+            menu->close(), ADD_FAILURE() << "a menu that waits";
+    });
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, {5, 5}, bar->mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(bar, &menu);
+    QTest::qWait(300);
 }
 
 TEST_F(HelpTest, FollowsLinksGoesBackAndClosesWithEscape) {

@@ -7,9 +7,9 @@ namespace rv52::fuzz {
 // the line shows its conditions, breaks and is plugged in again, on Escape and closing, and on what the user
 // answers. Nothing may be claimed that is not so.
 void Target(std::string_view input) {
-    testing::GTEST_FLAG(break_on_failure) = true;
     test::SoakCount count;
     test::SoakRun(test::Dice(input), count).Run();
+    Require(!testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed(), "every judgement of the witness");
 }
 
 }  // namespace rv52::fuzz

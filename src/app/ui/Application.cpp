@@ -3,6 +3,7 @@
 #include "app/state/DrawFailures.h"
 
 #include <QPointer>
+#include <QScrollBar>
 #include <QWidget>
 
 namespace rv52 {
@@ -27,6 +28,9 @@ void KeepPaintFailure(QWidget& widget, const char* description) {
 }  // namespace
 
 bool Application::notify(QObject* receiver, QEvent* event) {
+    // A scroll bar waits for the answer to its menu, and a module that is being programmed would wait with
+    // it.
+    if (event->type() == QEvent::ContextMenu && qobject_cast<QScrollBar*>(receiver) != nullptr) return true;
     const bool paints = event->type() == QEvent::Paint;
     try {
         return QApplication::notify(receiver, event);

@@ -3,9 +3,10 @@
 #include "app/StartUp.h"
 #include "app/ui/Application.h"
 #include "platform/Failure.h"
+#include "platform/linux/EndSignals.h"
 #include "table/commands/FileCommands.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QGuiApplication>
 #include <QIcon>
@@ -91,6 +92,9 @@ std::string DesktopProgram::StartSimulator(TableType type) {
     try {
         return simulator_.Start(ToText(type));
     } catch (const Failure& failure) {
+        const EndSignals signals([](int) {
+            if (auto* box = QApplication::activeModalWidget()) box->close();
+        });
         prompts_.Ask({failure.what(), "Simulated Module", Icon::Critical, Buttons::Ok});
         throw;
     }

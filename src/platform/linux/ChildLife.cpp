@@ -6,9 +6,11 @@
 
 namespace rv52 {
 
-void LiveAsLongAsParent() {
+void LiveAsLongAs(int parent) {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGTERM);
+    // One that ended before this sends no signal any more.
+    if (getppid() != parent) _exit(1);
 }
 
 }  // namespace rv52

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <cstdio>
+#include <unistd.h>
 
 namespace rv52 {
 
@@ -24,7 +25,7 @@ SimulatorProcess::~SimulatorProcess() {
 }
 
 std::string SimulatorProcess::Start(std::string_view type) {
-    process_.setChildProcessModifier(LiveAsLongAsParent);
+    process_.setChildProcessModifier([parent = getpid()] { LiveAsLongAs(parent); });
     process_.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
                    {QStringLiteral("--type"), ToQt(type)});
     while (!process_.canReadLine())
