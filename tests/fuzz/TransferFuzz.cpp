@@ -9,7 +9,8 @@ namespace rv52::fuzz {
 void Target(std::string_view input) {
     test::SoakCount count;
     test::SoakRun(test::Dice(input), count).Run();
-    Require(!testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed(), "every judgement of the witness");
+    Require(!testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed(),
+            "every judgement of the witness");
 }
 
 }  // namespace rv52::fuzz
