@@ -105,7 +105,7 @@ class ShownChart {
 
     // Mouse move to finished paint, in microseconds.
     double Drag() {
-        const auto at = chart_->Shown()->mesh.At({9, 4}).at;
+        const auto at = chart_->Shown()->mesh.At({Column(9), Row(4)}).at;
         const QPointF grabbed(std::round(at.x), std::round(at.y));
         Mouse(QEvent::MouseButtonPress, grabbed);
         program_.Settle();
@@ -132,10 +132,11 @@ class ShownChart {
     // Every cell changed by one command, on screen.
     double Modify() {
         auto& session = program_.session;
-        SelectGridCells(
-            session,
-            {{1, 1}, {session.sheet.RowCountWithHeader() - 1, session.sheet.ColumnCountWithHeader() - 1}},
-            {1, 1});
+        SelectGridCells(session,
+                        {{GridRow(1), GridColumn(1)},
+                         {GridRow(session.sheet.RowCountWithHeader() - 1),
+                          GridColumn(session.sheet.ColumnCountWithHeader() - 1)}},
+                        {GridRow(1), GridColumn(1)});
         program_.Settle();
         int turn = 0;
         return Shown([&] {

@@ -65,11 +65,12 @@ double Modify(const AdvanceTable& table) {
     session.state.ExMaxTable = ExMaximum();
     session.table.Replace(table);
     SetUpTableGrid(session, TableType::EX);
-    FillAndShowTable(session, {1, 1});
-    SelectGridCells(
-        session,
-        {{1, 1}, {session.sheet.RowCountWithHeader() - 1, session.sheet.ColumnCountWithHeader() - 1}},
-        {1, 1});
+    FillAndShowTable(session, {GridRow(1), GridColumn(1)});
+    SelectGridCells(session,
+                    {{GridRow(1), GridColumn(1)},
+                     {GridRow(session.sheet.RowCountWithHeader() - 1),
+                      GridColumn(session.sheet.ColumnCountWithHeader() - 1)}},
+                    {GridRow(1), GridColumn(1)});
     quiet.nobody.answer = "100%";
     return InnerTime("modify", [&] { mnuPopUpModify3D_Click(session); });
 }
