@@ -41,7 +41,7 @@ QSurfaceDataArray* DataOf(const AdvanceTable& table) {
         auto* items = new QSurfaceDataRow;
         for (int column = 1; column <= kColumnCount; ++column)
             *items << QVector3D(static_cast<float>(RpmOfColumn(column)),
-                                static_cast<float>(table.GetCell({column, row})),
+                                static_cast<float>(table.GetCell({Column(column), Row(row)})),
                                 static_cast<float>(MapOfRow(row)));
         *rows << items;
     }
