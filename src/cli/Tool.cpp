@@ -78,6 +78,7 @@ void Tool::Start() {
 }
 
 void Tool::ConnectModule() {
+    if (std::exchange(connected_, true)) return;
     auto& port = session.state.CommPort;
     if (options.port) port = *options.port;
     if (!options.device.empty()) devices.Override(port, options.device);

@@ -107,7 +107,7 @@ class Tool {
 
     // Loads what the session needs beside the program; throws Failure when it is not there.
     void Start();
-    // Chooses the module's line, starting a simulated module where the options ask for one.
+    // Chooses the module's line, once, starting a simulated module where the options ask for one.
     void ConnectModule();
 
     // Runs commands on the module behind the window's gate. A signal ends a read, and waits for programming
@@ -131,6 +131,7 @@ class Tool {
     QtSettings settings_;
     NoPrinter printer_;
     SimulatorProcess simulator_;
+    bool connected_ = false;
     bool interrupted_ = false;
 
  public:

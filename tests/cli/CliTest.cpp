@@ -170,6 +170,7 @@ TEST_F(CliTest, BacksUpProgramsVerifiesAndGoesBackByteForByte) {
     ExpectDone(Run({"modify", "first.tbl", "--cells", "3000..5000,30", "--by=-1", "-o", "new.tbl"}));
     EXPECT_EQ(OnModule({"verify", "new.tbl"}).status, 1);
     EXPECT_EQ(OnModule({"diff", "first.tbl", "module"}).status, 0);
+    EXPECT_EQ(Run({"--simulate", "EX", "diff", "module", "module"}).status, 0);
     ExpectDone(OnModule({"upload", "new.tbl", "--yes", "--backup", "back.tbl"}));
     EXPECT_EQ(Content("back.tbl"), Content("first.tbl"));
     ExpectDone(OnModule({"verify", "new.tbl"}));
