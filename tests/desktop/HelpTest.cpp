@@ -5,6 +5,7 @@
 #include <QRegularExpression>
 #include <QScrollBar>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QTreeWidget>
 
 namespace rv52::test {
@@ -73,6 +74,8 @@ TEST_F(HelpTest, MarkedTextIsNotDraggedAway) {
     Open();
     EXPECT_FALSE(contents.dragEnabled());
     page.selectAll();
+    QTest::mouseClick(page.viewport(), Qt::RightButton, {}, {60, 60});
+    EXPECT_TRUE(page.textCursor().hasSelection()) << "its menu copies it";
     EXPECT_FALSE(DragsMarkedText(*page.viewport(), {60, 60}));
     EXPECT_TRUE(page.textCursor().hasSelection()) << "it marks anew";
     // Nor is there a menu that waits for its answer.

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
@@ -84,6 +85,17 @@ TEST_F(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
                       key == Qt::Key_Return ? box.onReturn : box.onEscape)
                 << box.captions;
         }
+}
+
+TEST_F(PromptsTest, MarkedTextIsNotDraggedAway) {
+    robot.Expect("box", [&](QWidget& modal) {
+        auto& label = Find<QLabel>(modal, "qt_msgbox_label");
+        label.setTextInteractionFlags(Qt::TextSelectableByMouse);  // as some desktops have it
+        label.setSelection(0, static_cast<int>(label.text().size()));
+        EXPECT_FALSE(DragsMarkedText(label, {20, label.height() / 2}));
+        QTest::keyClick(&modal, Qt::Key_Escape);
+    });
+    prompts.Ask({"A text that is long enough to be marked", "Message", Icon::None, Buttons::Ok});
 }
 
 TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {

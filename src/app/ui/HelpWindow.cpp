@@ -61,11 +61,13 @@ void HelpPage::doSetSource(const QUrl& name, QTextDocument::ResourceType type) {
     QTextBrowser::doSetSource(page, type);
 }
 
-// A press on marked text marks anew. Dragging it away instead would hold up everything else, a module that is
-// being programmed with it, for as long as the button is down.
+// A press on marked text marks anew; the menu of the right button keeps the mark to copy it. Dragging it away
+// instead would hold up everything else, a module that is being programmed with it, for as long as the button
+// is down.
 void HelpPage::mousePressEvent(QMouseEvent* event) {
     auto marked = textCursor();
-    if (marked.hasSelection() && !event->modifiers().testFlag(Qt::ShiftModifier)) {
+    const bool extends = event->modifiers().testFlag(Qt::ShiftModifier);
+    if (event->button() == Qt::LeftButton && marked.hasSelection() && !extends) {
         marked.clearSelection();
         setTextCursor(marked);
     }

@@ -16,6 +16,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QStandardPaths>
 
@@ -101,8 +102,28 @@ const char* NameOf(Icon icon) {
     return names[static_cast<std::size_t>(icon)];
 }
 
+// A press on a box's marked text marks anew. Dragging it away instead would hold up everything else for as
+// long as the button is down.
+class MarkingAnew : public QObject {
+ public:
+    explicit MarkingAnew(QLabel& label) : QObject(&label), label_(label) { label.installEventFilter(this); }
+
+ private:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress && label_.hasSelectedText() &&
+            static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+            label_.setSelection(0, 0);
+        return false;
+    }
+
+    QLabel& label_;
+};
+
 void NameLabel(const QMessageBox& window, const char* label, const QString& name) {
-    if (auto* found = window.findChild<QLabel*>(QString::fromLatin1(label))) found->setAccessibleName(name);
+    auto* found = window.findChild<QLabel*>(QString::fromLatin1(label));
+    if (found == nullptr) return;
+    found->setAccessibleName(name);
+    new MarkingAnew(*found);
 }
 
 void NameList(const QFileDialog& window, const char* list, const QString& name) {
