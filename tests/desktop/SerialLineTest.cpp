@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iomanip>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <sys/wait.h>
@@ -109,8 +110,8 @@ TEST_F(SerialLineTest, ALockLeftByAProgramThatIsGoneIsRemovedOrExplained) {
     if (gone == 0) ::_exit(0);
     ::waitpid(gone, nullptr, 0);
     const auto path = "/var/lock/LCK.." + device.substr(5, 3) + "_" + device.substr(9);
-    const auto lay = [&](pid_t process) {
-        std::ofstream(path) << std::setw(10) << process << '\n';
+    const auto lay = [&](pid_t process, const char* program = "") {
+        std::ofstream(path) << std::setw(10) << process << '\n' << program << '\n';
         ASSERT_EQ(::chown(path.c_str(), daemon, daemon), 0);
     };
     ASSERT_EQ(::chmod(device.c_str(), 0666), 0);
@@ -119,6 +120,13 @@ TEST_F(SerialLineTest, ALockLeftByAProgramThatIsGoneIsRemovedOrExplained) {
     const auto living = OpenFailure(7);
     EXPECT_TRUE(living.starts_with(refused + "another program is using it (serial_line")) << living;
     EXPECT_TRUE(living.ends_with(", process " + std::to_string(::getpid()) + " of user daemon).")) << living;
+    // As a script does: its process bears its own name, its lock the interpreter's.
+    char usual[16];
+    ::prctl(PR_GET_NAME, usual);
+    ::prctl(PR_SET_NAME, "logger.py");
+    lay(::getpid(), "serial_line_tests");
+    EXPECT_TRUE(OpenFailure(7).starts_with(refused + "another program is using it (logger.py"));
+    ::prctl(PR_SET_NAME, usual);
     lay(gone);
     ASSERT_EQ(::setresuid(nobody, nobody, 0), 0);
     const auto left = OpenFailure(7);

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 #include <fstream>
 #include <pwd.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace rv52 {
@@ -30,11 +32,20 @@ std::string ProgramOf(pid_t process) {
     return name;
 }
 
+// By the name of the process or of the file that it runs: a script's process bears the script's name, its
+// lock the interpreter's. A file that is hidden from us may well be the one.
+bool Runs(pid_t process, const std::string& program) {
+    const auto name = ProgramOf(process);
+    if (program.empty() || name.empty() || program.starts_with(name)) return true;
+    std::error_code failure;
+    const auto file = std::filesystem::read_symlink("/proc/" + std::to_string(process) + "/exe", failure);
+    if (failure) return failure == std::errc::permission_denied;
+    return file.filename().string().starts_with(program);
+}
+
 // A process of that number that runs another program than the one that laid the lock only got the number.
 bool Lives(pid_t process, const std::string& program) {
-    if (kill(process, 0) != 0 && errno != EPERM) return false;
-    const auto running = ProgramOf(process);
-    return program.empty() || running.empty() || program.starts_with(running);
+    return (kill(process, 0) == 0 || errno == EPERM) && Runs(process, program);
 }
 
 }  // namespace
