@@ -231,10 +231,10 @@ TEST_F(CliTest, ABadLineNeverLooksLikeSuccess) {
 TEST_F(CliTest, AnInterruptStopsAReadAndWaitsForProgrammingAndItsVerify) {
     ExpectDone(Run({"new", "RACE", "--timing", "5", "--slope", "5", "a.tbl"}));
     const std::tuple<QStringList, int, bool> moments[] = {
-        {{"download", "x.tbl"}, 300, false},
-        {{"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 300, false},
-        {{"upload", "a.tbl", "--yes"}, 500, true},   // programming
-        {{"upload", "a.tbl", "--yes"}, 1000, true},  // verifying, more or less
+        {{"download", "x.tbl"}, 200, false},
+        {{"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 200, false},
+        {{"upload", "a.tbl", "--yes"}, 350, true},  // programming
+        {{"upload", "a.tbl", "--yes"}, 700, true},  // verifying, more or less
     };
     for (const auto signal : {SIGINT, SIGTERM, SIGHUP})
         for (const auto& [command, after, programs] : moments) {
