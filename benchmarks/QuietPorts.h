@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/state/WindowPorts.h"
-#include "platform/Printer.h"
+#include "platform/NoPrinter.h"
 #include "platform/Prompts.h"
 #include "platform/Storage.h"
 
@@ -50,19 +50,6 @@ struct NoSettings : Settings {
         return fallback;
     }
     void Set(const std::string&, const std::string&, const std::string&) override {}
-};
-
-struct NoPrinter : Printer {
-    PrintTarget Target() override { return PrintTarget::Documents; }
-    std::vector<std::string> FontNames() const override { return {}; }
-    std::string DateAndTime() const override { return {}; }
-    void Begin(const PrintJob&) override {}
-    void PrintLine(const std::vector<PrintItem>&) override {}
-    PrintPage Page() const override { return {}; }
-    void DrawChart(const PixelRectangle&) override {}
-    void EndDocument() override {}
-    void Discard() noexcept override {}
-    bool SetUp() override { return false; }
 };
 
 }  // namespace rv52::bench

@@ -7,14 +7,38 @@
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
-#include "table/TableFile.h"
 
+#include <filesystem>
 #include <iostream>
 #include <unistd.h>
 
 namespace rv52::cli {
 
 namespace {
+
+std::string PortOf(const Tool& tool) {
+    const int port = tool.session.state.CommPort;
+    return CommPortName(port) + " (" + tool.devices.NameOf(port) + ")";
+}
+
+bool SameFile(const std::string& one, const std::string& other) {
+    std::error_code none;
+    return one == other || std::filesystem::equivalent(one, other, none);
+}
+
+// A backup in the place of the very table that is to be programmed would be its end.
+std::string BackupFor(const Tool& tool, const std::string& path) {
+    const auto& backup = tool.options.backup;
+    if (!backup.empty() && SameFile(backup, path))
+        throw Ending(Status::Usage, "the backup would overwrite " + path + ", which is to be programmed");
+    return backup;
+}
+
+// The module was identified, and refused as the window refuses it: told from the types alone.
+bool RefusedByType(const Session& session) {
+    return session.state.CommOK && session.table.Table().Type() == TableType::RACE &&
+           TypeNamedIn(session.state.FirmwareId) == TableType::EX;
+}
 
 // After a command that programs.
 Status OutcomeOf(const Tool& tool) {
@@ -26,21 +50,21 @@ Status OutcomeOf(const Tool& tool) {
     return tool.Interrupted() ? Status::Interrupted : Status::Done;
 }
 
+// Before anything is done for a command that programs; a file from standard input leaves nothing to answer
+// at.
+void RequireAnswer(const Tool& tool, bool fromInput) {
+    if (!tool.options.yes && (fromInput || isatty(STDIN_FILENO) == 0))
+        throw Ending(Status::Usage, "without a terminal to ask at, programming wants --yes");
+}
+
 // Before the first byte is sent.
 void AskBefore(const Tool& tool, const std::string& what) {
     if (tool.options.yes) return;
-    if (isatty(STDIN_FILENO) == 0)
-        throw Ending(Status::Usage, "without a terminal to ask at, programming wants --yes");
     std::cerr << "rv52: " << what << "? [y/N] ";
     std::string answer;
     std::getline(std::cin, answer);
     if (answer != "y" && answer != "Y" && answer != "yes")
         throw Ending(Status::Interrupted, "nothing was written to the module");
-}
-
-void SaveTable(Tool& tool, const std::string& path) {
-    const auto& session = tool.session;
-    tool.files.ReplaceWhole(path, FormatTableFile(session.table.Table(), session.state.ModuleParameters));
 }
 
 }  // namespace
@@ -83,33 +107,35 @@ Status Identify(Tool& tool) {
 }
 
 Status Download(Tool& tool) {
-    DownloadedFrom(tool);
+    const auto read = DownloadedFrom(tool);
     if (!tool.options.image.empty()) {
         const auto& buffer = tool.session.state.EepromBuffer;
         tool.files.ReplaceWhole(tool.options.image, std::string(buffer.begin(), buffer.end()));
     }
-    SaveTable(tool, tool.options.files.front());
+    SaveTable(tool, tool.options.files.front(), read);
     return Status::Done;
 }
 
 Status Upload(Tool& tool) {
     const auto& path = tool.options.files.front();
-    if (!tool.options.yes && (path == "-" || isatty(STDIN_FILENO) == 0))
-        throw Ending(Status::Usage, "without a terminal to ask at, programming wants --yes");
+    const auto backup = BackupFor(tool, path);
+    RequireAnswer(tool, path == "-");
     const auto file = tool.files.ReadWhole(path);
     LoadTable(tool, path, file);
     tool.ConnectModule();
-    AskBefore(tool, "Program the module at " + CommPortName(tool.session.state.CommPort) + " with " + path);
-    if (tool.options.backup.empty() && !tool.options.quiet)
+    AskBefore(tool,
+              "Program the module at " + PortOf(tool) + " with " + path +
+                  (!backup.empty() && tool.files.Exists(backup) ? ", replacing the file " + backup : ""));
+    if (backup.empty() && !tool.options.quiet)
         std::cerr << "rv52: without --backup the four flag bits that a file does not keep become 0.\n";
     std::exception_ptr ended;
     tool.Run([&](Session& session) {
         try {
-            if (!tool.options.backup.empty()) {
+            if (!backup.empty()) {
                 mnuDownload_Click(session);
                 session.gate.SetCloseAborts(false);
                 RequireDownloaded(tool);
-                SaveTable(tool, tool.options.backup);
+                SaveTable(tool, backup, Current(tool));
                 const auto flags = session.state.ModuleParameters.FlagByte;
                 LoadTable(tool, path, file);
                 session.state.ModuleParameters.FlagByte = flags;
@@ -120,9 +146,7 @@ Status Upload(Tool& tool) {
         }
     });
     if (ended) std::rethrow_exception(ended);
-    const auto& told = tool.answers.told;
-    if (!told.empty() && told.back() == "Cannot upload race data to EX version")
-        throw Ending(Status::File, told.back());
+    if (!tool.Interrupted() && RefusedByType(tool.session)) throw Ending(Status::File, tool.Told());
     return OutcomeOf(tool);
 }
 
@@ -167,8 +191,9 @@ Status Vin(Tool& tool) {
     const auto& wanted = tool.options.vin;
     if (!wanted.empty() && !VinCodes(wanted))
         throw Ending(Status::Usage, "a VIN has 17 characters that the module can hold");
+    if (!wanted.empty()) RequireAnswer(tool, false);
     tool.ConnectModule();
-    if (!wanted.empty()) AskBefore(tool, "Write the VIN " + wanted);
+    if (!wanted.empty()) AskBefore(tool, "Write the VIN " + wanted + " to the module at " + PortOf(tool));
     tool.answers.text = wanted;
     auto& state = tool.session.state;
     state.Vin.clear();

@@ -2,6 +2,7 @@
 
 #include "cli/Tool.h"
 #include "module/commands/Download.h"
+#include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
 
 namespace rv52::cli {
@@ -18,6 +19,10 @@ Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& conte
     return Current(tool);
 }
 
+void SaveTable(Tool& tool, const std::string& path, const Snapshot& saved) {
+    tool.files.ReplaceWhole(path, FormatTableFile(saved.table, saved.parameters));
+}
+
 Ending NotReached(const Tool& tool) {
     if (tool.Interrupted()) return {Status::Interrupted, "interrupted; nothing was written to the module"};
     return {tool.line.refused ? Status::Port : Status::NoAnswer, tool.Told()};
@@ -31,7 +36,7 @@ Snapshot DownloadedFrom(Tool& tool) {
     tool.ConnectModule();
     tool.Run(mnuDownload_Click);
     RequireDownloaded(tool);
-    return {tool.session.table.Table(), tool.session.state.ModuleParameters};
+    return Current(tool);
 }
 
 Snapshot LoadAny(Tool& tool, const std::string& name) {

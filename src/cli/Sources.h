@@ -9,7 +9,7 @@ namespace rv52::cli {
 
 class Tool;
 
-// Where the tool has a table from.
+// Where the tool has a table from, and where it puts it.
 
 // Opens a table file as the window does; throws Ending with the window's words when it does not open.
 Snapshot LoadTable(Tool& tool, const std::string& path);
@@ -20,6 +20,9 @@ Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& conte
 Snapshot DownloadedFrom(Tool& tool);
 // A file, or the module where the name is "module".
 Snapshot LoadAny(Tool& tool, const std::string& name);
+
+// Replaces the file as safely as the window does.
+void SaveTable(Tool& tool, const std::string& path, const Snapshot& saved);
 
 // What the session holds now.
 Snapshot Current(const Tool& tool);

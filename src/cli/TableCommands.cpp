@@ -4,7 +4,6 @@
 #include "table/LimitTables.h"
 #include "table/ModifyExpression.h"
 #include "table/Numbers.h"
-#include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
 #include "table/commands/NewTable.h"
 #include "table/commands/SelectionCommands.h"
@@ -19,10 +18,6 @@ namespace {
 
 // Between neighbours; a rule of thumb, no limit of the module.
 constexpr double kSteepStep = 12;
-
-void Save(Tool& tool, const std::string& path, const Snapshot& saved) {
-    tool.files.ReplaceWhole(path, FormatTableFile(saved.table, saved.parameters));
-}
 
 // "3000..5000", or one number for both ends.
 std::pair<int, int> ReadRange(std::string_view text, const std::string& whole) {
@@ -126,7 +121,7 @@ Status New(Tool& tool) {
     session.table.Replace(AdvanceTable(type));
     if (!TakeChartTemplate(session, type)) throw Ending(Status::File, tool.Told());
     CreateNewTable(session, settings);
-    Save(tool, tool.options.files.front(), Current(tool));
+    SaveTable(tool, tool.options.files.front(), Current(tool));
     return Status::Done;
 }
 
@@ -140,7 +135,7 @@ Status Modify(Tool& tool) {
     tool.session.sheet.Select(cells, cells.first);
     tool.answers.text = tool.options.expression;
     mnuPopUpModify3D_Click(tool.session);
-    Save(tool, tool.options.output.empty() ? path : tool.options.output, Current(tool));
+    SaveTable(tool, tool.options.output.empty() ? path : tool.options.output, Current(tool));
     return Status::Done;
 }
 
@@ -156,7 +151,7 @@ Status Import(Tool& tool) {
     }();
     ModuleParameters parameters;
     if (path != "-" && tool.files.Exists(path)) parameters = LoadTable(tool, path).parameters;
-    Save(tool, path, {table, parameters});
+    SaveTable(tool, path, {table, parameters});
     return Status::Done;
 }
 

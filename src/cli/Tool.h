@@ -3,6 +3,7 @@
 #include "app/state/Session.h"
 #include "cli/Options.h"
 #include "platform/ComDevices.h"
+#include "platform/NoPrinter.h"
 #include "platform/linux/EndSignals.h"
 #include "platform/qt/QtFiles.h"
 #include "platform/qt/QtSettings.h"
@@ -75,20 +76,6 @@ class ToolFiles : public QtFiles {
 
  private:
     std::pair<std::string, std::string> served_;
-};
-
-class NoPrinter : public Printer {
- public:
-    PrintTarget Target() override { return PrintTarget::Documents; }
-    std::vector<std::string> FontNames() const override { return {}; }
-    std::string DateAndTime() const override { return {}; }
-    void Begin(const PrintJob&) override {}
-    void PrintLine(const std::vector<PrintItem>&) override {}
-    PrintPage Page() const override { return {}; }
-    void DrawChart(const PixelRectangle&) override {}
-    void EndDocument() override {}
-    void Discard() noexcept override {}
-    bool SetUp() override { return false; }
 };
 
 // The serial line, which remembers whether it could be opened: that is another ending than a silent module.

@@ -131,6 +131,7 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
         {{"modify", "a.tbl", "--cells", "3100..3200,30", "--by=1"}, 2, "no cell"},
         {{"modify", "a.tbl", "--cells", "3000,30", "--by=more"}, 2, "no change"},
         {{"upload", "a.tbl"}, 2, "--yes"},
+        {{"upload", "a.tbl", "--yes", "--backup", "./a.tbl"}, 2, "would overwrite a.tbl"},
         {{"vin", "TOO SHORT", "--yes"}, 2, "17 characters"},
         {{"show", "missing.tbl"}, 3, "missing.tbl"},
         {{"show", "broken.tbl"}, 3, "Error loading broken.tbl"},
