@@ -7,6 +7,7 @@
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
+#include "table/TableFile.h"
 
 #include <filesystem>
 #include <iostream>
@@ -15,11 +16,6 @@
 namespace rv52::cli {
 
 namespace {
-
-std::string PortOf(const Tool& tool) {
-    const int port = tool.session.state.CommPort;
-    return CommPortName(port) + " (" + tool.devices.NameOf(port) + ")";
-}
 
 bool SameFile(const std::string& one, const std::string& other) {
     std::error_code none;
@@ -34,6 +30,17 @@ std::string BackupFor(const Tool& tool, const std::string& path) {
     return backup;
 }
 
+// A backup is there to go back to: it never takes the place of another table.
+void SaveBackup(Tool& tool, const std::string& backup, const Snapshot& held) {
+    if (backup != "-" && tool.files.Exists(backup)) {
+        if (tool.files.ReadWhole(backup) == FormatTableFile(held.table, held.parameters)) return;
+        throw Ending(Status::File, backup +
+                                       " is there, and holds something else than the module; nothing was " +
+                                       "written to the module. Back up to another name.");
+    }
+    SaveTable(tool, backup, held);
+}
+
 // The module was identified, and refused as the window refuses it: told from the types alone.
 bool RefusedByType(const Session& session) {
     return session.state.CommOK && session.table.Table().Type() == TableType::RACE &&
@@ -46,7 +53,7 @@ Status OutcomeOf(const Tool& tool) {
     if (state.LastOutcome.empty()) throw NotReached(tool);
     if (!state.CommOK) throw Ending(Status::NotProgrammed, tool.Told() + " Upload again.");
     if (state.VerifyErrors != 0) throw Ending(Status::NotVerified, tool.Told() + " Upload again.");
-    if (!tool.options.quiet) std::cerr << "rv52: " << state.LastOutcome << "\n";
+    tool.Remark(state.LastOutcome);
     return tool.Interrupted() ? Status::Interrupted : Status::Done;
 }
 
@@ -113,6 +120,7 @@ Status Download(Tool& tool) {
         tool.files.ReplaceWhole(tool.options.image, std::string(buffer.begin(), buffer.end()));
     }
     SaveTable(tool, tool.options.files.front(), read);
+    tool.Remark("every byte of " + tool.session.state.FirmwareId + " is read.");
     return Status::Done;
 }
 
@@ -123,11 +131,9 @@ Status Upload(Tool& tool) {
     const auto file = tool.files.ReadWhole(path);
     LoadTable(tool, path, file);
     tool.ConnectModule();
-    AskBefore(tool,
-              "Program the module at " + PortOf(tool) + " with " + path +
-                  (!backup.empty() && tool.files.Exists(backup) ? ", replacing the file " + backup : ""));
-    if (backup.empty() && !tool.options.quiet)
-        std::cerr << "rv52: without --backup the four flag bits that a file does not keep become 0.\n";
+    AskBefore(tool, "Program the module at " + tool.Port() + " with " + path);
+    if (backup.empty())
+        tool.Remark("without --backup the four flag bits that a file does not keep become 0.");
     std::exception_ptr ended;
     tool.Run([&](Session& session) {
         try {
@@ -135,10 +141,10 @@ Status Upload(Tool& tool) {
                 mnuDownload_Click(session);
                 session.gate.SetCloseAborts(false);
                 RequireDownloaded(tool);
-                SaveTable(tool, backup, Current(tool));
-                const auto flags = session.state.ModuleParameters.FlagByte;
+                const auto held = Current(tool);
                 LoadTable(tool, path, file);
-                session.state.ModuleParameters.FlagByte = flags;
+                if (!RefusedByType(session)) SaveBackup(tool, backup, held);
+                session.state.ModuleParameters.FlagByte = held.parameters.FlagByte;
             }
             mnuUpload_Click(session);
         } catch (...) {
@@ -152,24 +158,15 @@ Status Upload(Tool& tool) {
 
 Status Verify(Tool& tool) {
     const auto wanted = LoadTable(tool, tool.options.files.front());
-    auto held = DownloadedFrom(tool);
+    const auto held = DownloadedFrom(tool);
     const auto& state = tool.session.state;
-    auto parameters = wanted.parameters;
-    parameters.FlagByte = held.parameters.FlagByte;
-    EepromBuffer expected{};
-    try {
-        EncodeEepromImage(wanted.table, parameters, state.TableType, expected);
-    } catch (const std::logic_error&) {
-        throw Ending(Status::File, "Cannot compare race data with EX version");
-    }
+    const auto expected = BytesOf(wanted, state.TableType, held.parameters);
     int bytes = 0;
     for (const auto& range : ReadExtent(state.TableType).ranges)
         for (auto index = static_cast<std::size_t>(range.first);
              index <= static_cast<std::size_t>(range.last); ++index)
             bytes += expected[index] != state.EepromBuffer[index];
-    ModuleParameters meant;
-    const auto table = DecodeEepromImage(expected, state.TableType, meant);
-    const auto differences = Differences({table, meant}, held);
+    const auto differences = Differences(ReadBytes(expected, state.TableType), held);
     if (tool.options.form == Form::Json) {
         auto json = AsJson(differences);
         json["same"] = bytes == 0;
@@ -179,11 +176,10 @@ Status Verify(Tool& tool) {
         std::cout << AsText(differences);
     }
     if (bytes != 0)
-        throw Ending(Status::Found, std::to_string(bytes) + " bytes of the module differ from " +
+        throw Ending(Status::Found, Counted(bytes, "byte") + " of the module not as in " +
                                         tool.options.files.front() +
                                         "; upload it, or look which of the two is right");
-    if (!tool.options.quiet)
-        std::cerr << "rv52: every byte is as " << tool.options.files.front() << " says.\n";
+    tool.Remark("every byte is as " + tool.options.files.front() + " says.");
     return Status::Done;
 }
 
@@ -193,7 +189,7 @@ Status Vin(Tool& tool) {
         throw Ending(Status::Usage, "a VIN has 17 characters that the module can hold");
     if (!wanted.empty()) RequireAnswer(tool, false);
     tool.ConnectModule();
-    if (!wanted.empty()) AskBefore(tool, "Write the VIN " + wanted + " to the module at " + PortOf(tool));
+    if (!wanted.empty()) AskBefore(tool, "Write the VIN " + wanted + " to the module at " + tool.Port());
     tool.answers.text = wanted;
     auto& state = tool.session.state;
     state.Vin.clear();

@@ -2,8 +2,10 @@
 
 #include "app/state/Version.h"
 #include "platform/ComDevices.h"
+#include "platform/Text.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 namespace rv52::cli {
 
@@ -21,7 +23,7 @@ class Reader {
  public:
     Reader() {
         app_.set_version_flag("--version", std::string("rv52 ") + kVersion);
-        app_.require_subcommand(1);
+        app_.require_subcommand(0, 1);  // without one, a word that is no command is named
         app_.fallthrough();
         app_.add_flag("-q,--quiet", options_.quiet, "no progress, no remarks");
         auto* port = app_.add_option("--port", options_.port,
@@ -33,7 +35,7 @@ class Reader {
         auto* simulate =
             app_.add_option("--simulate", options_.simulate, "a simulated module, RACE or EX, for this run")
                 ->type_name("RACE|EX")
-                ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case).description(""));
+                ->transform(TypeName());
         port->excludes(device)->excludes(simulate);
         device->excludes(simulate);
         AddModuleCommands();
@@ -43,22 +45,41 @@ class Reader {
     std::variant<Options, Status> Read(int argc, char** argv) {
         try {
             app_.parse(argc, argv);
+            if (app_.get_subcommands().empty()) throw CLI::RequiredError("a command");
         } catch (const CLI::Success& wanted) {
             app_.exit(wanted);
             return Status::Done;
         } catch (const CLI::ParseError& error) {
-            std::cerr << "rv52: " << error.what() << " (rv52 --help lists commands and options)\n";
-            return Status::Usage;
+            return Refuse(error.what());
         }
         options_.command = app_.get_subcommands().front()->get_name();
         if (json_) options_.form = Form::Json;
         if (csv_) options_.form = Form::Csv;
         for (const auto* file : {&first_, &second_})
             if (!file->empty()) options_.files.push_back(*file);
+        if (!AdmitsModule(options_.command))
+            for (const auto& file : {options_.files, {options_.backup, options_.image, options_.output}})
+                if (std::ranges::count(file, kModule) > 0)
+                    return Refuse("\"module\" is the module itself here; ./module is a file of that name");
         return options_;
     }
 
  private:
+    static Status Refuse(const std::string& why) {
+        std::cerr << "rv52: " << OneLine(why) << " (rv52 --help lists commands and options)\n";
+        return Status::Usage;
+    }
+    // RACE or EX, in letters of any case.
+    static CLI::Validator TypeName() {
+        return {[](std::string& text) {
+                    const auto type = kTypes.find(UpperCase(text));
+                    if (type == kTypes.end()) return text + " is neither RACE nor EX";
+                    text = std::to_string(static_cast<int>(type->second));
+                    return std::string();
+                },
+                ""};
+    }
+
     CLI::App& Add(const char* name, const char* does) { return *app_.add_subcommand(name, does); }
     CLI::App& AddReport(const char* name, const char* does) {
         auto& command = Add(name, does);
@@ -106,7 +127,7 @@ class Reader {
         make.add_option("TYPE", options_.type, "RACE or EX")
             ->type_name("")
             ->required()
-            ->transform(CLI::CheckedTransformer(kTypes, CLI::ignore_case).description(""));
+            ->transform(TypeName());
         make.add_option("--timing", options_.timing,
                         "shifts by its distance from 5 in degrees; EX: at most 5")
             ->required()
@@ -124,7 +145,7 @@ class Reader {
             ->required();
         modify
             .add_option("--by", options_.expression,
-                        "30 sets, --by=-1 and +1.5 shift, 95% scales, -5% and +5% change")
+                        "30 sets, -1 and +1.5 shift, 95% scales, -5% and +5% change")
             ->type_name("CHANGE")
             ->required();
         modify.add_option("-o,--output", options_.output, "writes there instead")->type_name("FILE");

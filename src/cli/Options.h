@@ -22,6 +22,13 @@ enum class Status {
     Interrupted = 130,
 };
 
+// In the place of a file: what the module holds.
+constexpr const char* kModule = "module";
+// Whether that is so for a command.
+inline bool AdmitsModule(const std::string& command) {
+    return command == "show" || command == "diff";
+}
+
 enum class Form { Text, Csv, Json };
 
 // A command line, read.

@@ -1,6 +1,7 @@
 #include "cli/Sources.h"
 
 #include "cli/Tool.h"
+#include "module/EepromImage.h"
 #include "module/commands/Download.h"
 #include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
@@ -25,7 +26,10 @@ void SaveTable(Tool& tool, const std::string& path, const Snapshot& saved) {
 
 Ending NotReached(const Tool& tool) {
     if (tool.Interrupted()) return {Status::Interrupted, "interrupted; nothing was written to the module"};
-    return {tool.line.refused ? Status::Port : Status::NoAnswer, tool.Told()};
+    const auto told = tool.Told();
+    const auto name = CommPortName(tool.session.state.CommPort);
+    return {tool.line.refused ? Status::Port : Status::NoAnswer,
+            told.starts_with(name) ? told : tool.Port() + ": " + told};
 }
 
 void RequireDownloaded(const Tool& tool) {
@@ -40,11 +44,29 @@ Snapshot DownloadedFrom(Tool& tool) {
 }
 
 Snapshot LoadAny(Tool& tool, const std::string& name) {
-    return name == "module" ? DownloadedFrom(tool) : LoadTable(tool, name);
+    return name == kModule ? DownloadedFrom(tool) : LoadTable(tool, name);
 }
 
 Snapshot Current(const Tool& tool) {
     return {tool.session.table.Table(), tool.session.state.ModuleParameters};
+}
+
+EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameters& held) {
+    auto parameters = file.parameters;
+    parameters.FlagByte = held.FlagByte;
+    EepromBuffer bytes{};
+    try {
+        EncodeEepromImage(file.table, parameters, type, bytes);
+    } catch (const std::logic_error&) {
+        throw Ending(Status::File, "Cannot compare race data with EX version");
+    }
+    return bytes;
+}
+
+Snapshot ReadBytes(const EepromBuffer& bytes, TableType type) {
+    ModuleParameters parameters;
+    auto table = DecodeEepromImage(bytes, type, parameters);
+    return {std::move(table), parameters};
 }
 
 }  // namespace rv52::cli

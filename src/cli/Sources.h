@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/TableTexts.h"
+#include "module/EepromMap.h"
 
 #include <string>
 
@@ -26,6 +27,11 @@ void SaveTable(Tool& tool, const std::string& path, const Snapshot& saved);
 
 // What the session holds now.
 Snapshot Current(const Tool& tool);
+
+// The table and parameters as a module of that type keeps them, in the steps of its bytes; the four flag bits
+// are those of held, the module's own. Throws Ending for a table that such a module does not take.
+EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameters& held);
+Snapshot ReadBytes(const EepromBuffer& bytes, TableType type);
 
 // Nothing was programmed: the port, the module, or the user who has interrupted it.
 Ending NotReached(const Tool& tool);

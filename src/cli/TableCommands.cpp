@@ -4,6 +4,7 @@
 #include "table/LimitTables.h"
 #include "table/ModifyExpression.h"
 #include "table/Numbers.h"
+#include "table/TableBlock.h"
 #include "table/commands/FileCommands.h"
 #include "table/commands/NewTable.h"
 #include "table/commands/SelectionCommands.h"
@@ -55,6 +56,21 @@ GridRange ReadCells(const std::string& text, TableType type) {
     return *range;
 }
 
+// "5 cells changed, 2 of them held at a limit."
+std::string ChangesSince(const AdvanceTable& before, const Tool& tool, const ModifyExpression& expression) {
+    const auto& now = tool.session.table.Table();
+    int changed = 0;
+    int held = 0;
+    ForEachCell(now.Type(), [&](Cell cell) {
+        const auto [was, is] = std::pair(before.GetCell(cell), now.GetCell(cell));
+        if (was == is) return;
+        ++changed;
+        held += expression.Apply(*EntireNumber(FormatTenths(was))) != is;
+    });
+    const auto text = Counted(changed, "cell") + " changed";
+    return held == 0 ? text + "." : text + ", " + std::to_string(held) + " of them held at a limit.";
+}
+
 // What is wrong with the values of a table that opens.
 std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
     std::vector<std::string> findings;
@@ -79,6 +95,17 @@ std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
     return findings;
 }
 
+// The same of a file's content, which need not open.
+std::vector<std::string> FindingsOf(Tool& tool, const std::string& path, const std::string& content) {
+    try {
+        return Findings(tool, LoadTable(tool, path, content).table);
+    } catch (const Ending& ending) {
+        const int line = MalformedLine(content, tool.session.state.TableType);
+        const std::string where = ": line " + std::to_string(line) + " is not what belongs there";
+        return {ending.what() + (line == 0 ? "" : where)};
+    }
+}
+
 }  // namespace
 
 Status Show(Tool& tool) {
@@ -93,8 +120,16 @@ Status Show(Tool& tool) {
 }
 
 Status Diff(Tool& tool) {
-    const auto first = LoadAny(tool, tool.options.files[0]);
-    const auto second = LoadAny(tool, tool.options.files[1]);
+    const auto& names = tool.options.files;
+    auto first = LoadAny(tool, names[0]);
+    auto second = LoadAny(tool, names[1]);
+    // A file and a module differ in what the module can hold, as verify tells it.
+    const auto asHeldBy = [](Snapshot& file, const Snapshot& module) {
+        const auto type = module.table.Type();
+        if (file.table.Type() == type) file = ReadBytes(BytesOf(file, type, module.parameters), type);
+    };
+    if (names[0] == kModule && names[1] != kModule) asHeldBy(second, first);
+    if (names[1] == kModule && names[0] != kModule) asHeldBy(first, second);
     const auto differences = Differences(first, second);
     if (tool.options.form == Form::Json)
         std::cout << AsJson(differences).dump(2) << "\n";
@@ -126,16 +161,18 @@ Status New(Tool& tool) {
 }
 
 Status Modify(Tool& tool) {
-    if (!ParseModifyExpression(tool.options.expression))
+    const auto expression = ParseModifyExpression(tool.options.expression);
+    if (!expression)
         throw Ending(Status::Usage,
                      "\"" + tool.options.expression + "\" is no change such as 30, -1, +1.5 or 95%");
     const auto& path = tool.options.files.front();
-    const auto type = LoadTable(tool, path).table.Type();
-    const auto cells = ReadCells(tool.options.cells, type);
+    const auto before = LoadTable(tool, path).table;
+    const auto cells = ReadCells(tool.options.cells, before.Type());
     tool.session.sheet.Select(cells, cells.first);
     tool.answers.text = tool.options.expression;
     mnuPopUpModify3D_Click(tool.session);
     SaveTable(tool, tool.options.output.empty() ? path : tool.options.output, Current(tool));
+    tool.Remark(ChangesSince(before, tool, *expression));
     return Status::Done;
 }
 
@@ -163,15 +200,18 @@ Status Export(Tool& tool) {
 
 Status Check(Tool& tool) {
     auto list = nlohmann::ordered_json::array();
-    bool found = false;
+    auto worst = Status::Done;
     for (const auto& path : tool.options.files) {
         std::vector<std::string> findings;
+        auto status = Status::Found;
         try {
-            findings = Findings(tool, LoadTable(tool, path).table);
-        } catch (const Ending& ending) {
-            findings = {ending.what()};
+            const auto content = tool.files.ReadWhole(path);
+            findings = FindingsOf(tool, path, content);
+        } catch (const FileFailure& failure) {
+            findings = {failure.what()};
+            status = Status::File;
         }
-        found = found || !findings.empty();
+        if (!findings.empty()) worst = std::max(worst, status);
         list.push_back({{"file", path}, {"good", findings.empty()}, {"findings", findings}});
         if (tool.options.form == Form::Json) continue;
         if (findings.empty()) std::cout << path << ": good\n";
@@ -179,7 +219,7 @@ Status Check(Tool& tool) {
             std::cout << path << ": " << finding << "\n";
     }
     if (tool.options.form == Form::Json) std::cout << list.dump(2) << "\n";
-    return found ? Status::Found : Status::Done;
+    return worst;
 }
 
 }  // namespace rv52::cli

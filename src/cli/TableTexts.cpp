@@ -32,8 +32,16 @@ struct Parameter {
     double value;
     bool flag;
 
-    std::string Text() const { return flag ? (value != 0 ? "on" : "off") : ReadableDecimal(value); }
+    ordered_json Json() const {
+        return flag ? ordered_json(value != 0) : ordered_json(static_cast<int>(value));
+    }
 };
+
+std::string ValueText(const ordered_json& value) {
+    if (value.is_null()) return "none";
+    if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
+    return value.is_string() ? value.get<std::string>() : ReadableDecimal(value.get<double>());
+}
 
 std::vector<Parameter> ListOf(const ModuleParameters& of) {
     return {{"Advance table in EEPROM", "SelEEPROMTblFlag", double(of.SelEEPROMTblFlag), true},
@@ -100,6 +108,14 @@ class CsvReader {
 
 }  // namespace
 
+double Difference::By() const {
+    return first.is_number() && second.is_number() ? second.get<double>() - first.get<double>() : 0;
+}
+
+std::string Counted(int count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 std::string NameOf(Cell cell) {
     return "RPM " + std::to_string(RpmOfColumn(cell.column)) + ", MAP " + std::to_string(MapOfRow(cell.row));
 }
@@ -117,7 +133,7 @@ std::string AsText(const Snapshot& shown) {
     });
     text += "\n";
     for (const auto& parameter : ListOf(shown.parameters))
-        text += std::string(parameter.name) + ": " + parameter.Text() + "\n";
+        text += std::string(parameter.name) + ": " + ValueText(parameter.Json()) + "\n";
     return text;
 }
 
@@ -132,8 +148,8 @@ ordered_json AsJson(const Snapshot& shown) {
         json["map"].push_back(MapOfRow(row));
         json["advance"].push_back(values);
     });
-    for (const auto& [name, key, value, flag] : ListOf(shown.parameters))
-        json["parameters"][key] = flag ? ordered_json(value != 0) : ordered_json(static_cast<int>(value));
+    for (const auto& parameter : ListOf(shown.parameters))
+        json["parameters"][parameter.key] = parameter.Json();
     return json;
 }
 
@@ -183,31 +199,26 @@ AdvanceTable TableOfCsv(std::string_view text, const std::function<double(TableT
 std::vector<Difference> Differences(const Snapshot& first, const Snapshot& second) {
     std::vector<Difference> differences;
     const auto [one, other] = std::pair(first.table.Type(), second.table.Type());
-    if (one != other)
-        differences.push_back({"Type", std::string(ToText(one)), std::string(ToText(other)), 0});
+    if (one != other) differences.push_back({"Type", ToText(one), ToText(other)});
     ForEachCell(RowCount(one) > RowCount(other) ? one : other, [&](Cell cell) {
         const auto valueIn = [&](const AdvanceTable& table) {
-            return cell.row > table.RowCount() ? std::optional<double>() : table.GetCell(cell);
+            return cell.row > table.RowCount() ? ordered_json() : ordered_json(table.GetCell(cell));
         };
         const auto [a, b] = std::pair(valueIn(first.table), valueIn(second.table));
-        if (a == b) return;
-        const auto say = [](const std::optional<double>& value) {
-            return value ? ReadableDecimal(*value) : "none";
-        };
-        differences.push_back({NameOf(cell), say(a), say(b), a && b ? *b - *a : 0});
+        if (a != b) differences.push_back({NameOf(cell), a, b});
     });
     const auto [ours, theirs] = std::pair(ListOf(first.parameters), ListOf(second.parameters));
     for (std::size_t i = 0; i < ours.size(); ++i)
         if (ours[i].value != theirs[i].value)
-            differences.push_back({ours[i].name, ours[i].Text(), theirs[i].Text(),
-                                   ours[i].flag ? 0 : theirs[i].value - ours[i].value});
+            differences.push_back({ours[i].name, ours[i].Json(), theirs[i].Json()});
     return differences;
 }
 
 std::string AsText(const std::vector<Difference>& differences) {
     std::string text;
-    for (const auto& [where, first, second, by] : differences) {
-        text += where + ": " + first + " -> " + second;
+    for (const auto& difference : differences) {
+        text += difference.where + ": " + ValueText(difference.first) + " -> " + ValueText(difference.second);
+        const double by = difference.By();
         if (by != 0) text += std::string(" (") + (by > 0 ? "+" : "") + ReadableDecimal(by) + ")";
         text += "\n";
     }
@@ -216,8 +227,11 @@ std::string AsText(const std::vector<Difference>& differences) {
 
 ordered_json AsJson(const std::vector<Difference>& differences) {
     auto list = ordered_json::array();
-    for (const auto& [where, first, second, by] : differences)
-        list.push_back({{"where", where}, {"first", first}, {"second", second}, {"by", by}});
+    for (const auto& difference : differences)
+        list.push_back({{"where", difference.where},
+                        {"first", difference.first},
+                        {"second", difference.second},
+                        {"by", difference.By()}});
     return {{"same", differences.empty()}, {"differences", list}};
 }
 

@@ -29,15 +29,20 @@ AdvanceTable TableOfCsv(std::string_view text, const std::function<double(TableT
 
 // One value that is not the same twice.
 struct Difference {
-    std::string where;  // "RPM 3000, MAP 28" or a parameter's name
-    std::string first;
-    std::string second;
-    double by = 0;
+    std::string where;             // "RPM 3000, MAP 28" or a parameter's name
+    nlohmann::ordered_json first;  // a number, a flag, a type's name, or nothing where there is no such cell
+    nlohmann::ordered_json second;
+
+    // By how much numbers differ; 0 for anything else.
+    double By() const;
 };
 // Cells that only one of the two tables has differ, too.
 std::vector<Difference> Differences(const Snapshot& first, const Snapshot& second);
 std::string AsText(const std::vector<Difference>& differences);
 nlohmann::ordered_json AsJson(const std::vector<Difference>& differences);
+
+// "1 cell", "5 cells".
+std::string Counted(int count, const std::string& what);
 
 // "RPM 3000, MAP 28".
 std::string NameOf(Cell cell);

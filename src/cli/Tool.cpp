@@ -104,10 +104,22 @@ std::string Tool::Told() const {
     for (const auto& text : answers.told) {
         if (text.starts_with("Firmware ID: ")) continue;
         if (!said.empty()) said += ' ';
-        for (const char letter : text)
-            if (letter != '\r') said += letter == '\n' ? ' ' : letter;
+        // There is nothing to click here.
+        const auto click = text.find(" and click ");
+        const auto end = click == std::string::npos ? click : text.find('.', click);
+        for (std::size_t i = 0; i < text.size(); ++i)
+            if (text[i] != '\r' && (i < click || i >= end)) said += text[i] == '\n' ? ' ' : text[i];
     }
     return said;
+}
+
+std::string Tool::Port() const {
+    const int port = session.state.CommPort;
+    return CommPortName(port) + " (" + devices.NameOf(port) + ")";
+}
+
+void Tool::Remark(const std::string& text) const {
+    if (!options.quiet) std::cerr << "rv52: " << text << "\n";
 }
 
 }  // namespace rv52::cli

@@ -101,8 +101,12 @@ class Tool {
     // and its verify.
     void Run(const std::function<void(Session&)>& command);
     bool Interrupted() const { return interrupted_; }
-    // What the window would have said last, on one line.
+    // What the window would have said, on one line.
     std::string Told() const;
+    // "Com1 (/dev/ttyS0)".
+    std::string Port() const;
+    // A remark on standard error, unless none are wanted.
+    void Remark(const std::string& text) const;
 
     const Options& options;
     ComDevices devices;

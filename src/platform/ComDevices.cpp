@@ -1,9 +1,16 @@
 #include "platform/ComDevices.h"
 
+#include <filesystem>
+
 namespace rv52 {
 
 std::string CommPortName(int commPort) {
     return "Com" + std::to_string(commPort);
+}
+
+void ComDevices::Override(int commPort, const std::string& device, const std::string& name) {
+    const auto path = std::filesystem::absolute(device).string();
+    overrides_[commPort] = {path, name.empty() ? path : name};
 }
 
 std::string ComDevices::DeviceOf(int commPort) const {

@@ -15,10 +15,9 @@ std::string CommPortName(int commPort);
 // ComN is the system's own.
 class ComDevices {
  public:
-    // For this run ComN is that device, known by a name where its path tells a user nothing.
-    void Override(int commPort, const std::string& device, const std::string& name = {}) {
-        overrides_[commPort] = {device, name.empty() ? device : name};
-    }
+    // For this run ComN is that device, a path from the working folder; known by a name where the path tells
+    // a user nothing.
+    void Override(int commPort, const std::string& device, const std::string& name = {});
 
     // The empty text when ComN has no device.
     std::string DeviceOf(int commPort) const;

@@ -87,6 +87,23 @@ bool ReadRow(std::string_view line, int row, AdvanceTable& table) {
     return true;
 }
 
+// Takes the block off the text, or what comes before the end of the line that breaks it.
+std::optional<AdvanceTable> TakeBlock(std::string_view& text, TableType type) {
+    const auto header = TakeBlockLine(text);
+    if (!header || !IsHeader(*header, type)) return std::nullopt;
+    const auto rpms = TakeBlockLine(text);
+    if (!rpms || !IsRpmLine(*rpms)) return std::nullopt;
+
+    AdvanceTable table(type);
+    for (int row = 1; row <= table.RowCount(); ++row) {
+        const auto line = TakeBlockLine(text);
+        if (!line || !ReadRow(*line, row, table)) return std::nullopt;
+    }
+    while (!text.empty())
+        if (!IsPassedOver(TakeLine(text))) return std::nullopt;
+    return table;
+}
+
 }  // namespace
 
 std::string FormatTableBlock(const AdvanceTable& table) {
@@ -108,19 +125,15 @@ std::string FormatTableBlock(const AdvanceTable& table) {
 
 std::optional<AdvanceTable> ParseTableBlock(std::string_view text, TableType type) {
     if (text.find('\0') != std::string_view::npos) return std::nullopt;
-    const auto header = TakeBlockLine(text);
-    if (!header || !IsHeader(*header, type)) return std::nullopt;
-    const auto rpms = TakeBlockLine(text);
-    if (!rpms || !IsRpmLine(*rpms)) return std::nullopt;
+    return TakeBlock(text, type);
+}
 
-    AdvanceTable table(type);
-    for (int row = 1; row <= table.RowCount(); ++row) {
-        const auto line = TakeBlockLine(text);
-        if (!line || !ReadRow(*line, row, table)) return std::nullopt;
-    }
-    while (!text.empty())
-        if (!IsPassedOver(TakeLine(text))) return std::nullopt;
-    return table;
+int MalformedLine(std::string_view text, TableType type) {
+    const auto whole = text.substr(0, text.find('\0'));
+    auto rest = whole;
+    if (TakeBlock(rest, type) && whole.size() == text.size()) return 0;
+    return static_cast<int>(
+        std::max<std::size_t>(1, Lines(whole.substr(0, whole.size() - rest.size())).size()));
 }
 
 }  // namespace rv52

@@ -17,4 +17,8 @@ std::string FormatTableBlock(const AdvanceTable& table);
 // or its counts are not those of the type.
 std::optional<AdvanceTable> ParseTableBlock(std::string_view text, TableType type);
 
+// The line, counted from 1, that keeps a text from being a block of the type: one that is not what belongs
+// there, or the last one of a text that ends too early. 0 when nothing does.
+int MalformedLine(std::string_view text, TableType type);
+
 }  // namespace rv52

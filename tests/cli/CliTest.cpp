@@ -103,6 +103,9 @@ TEST_F(CliTest, MakesChangesComparesAndConvertsFilesExactly) {
         EXPECT_EQ(Run({"export", "-", "-"}, Content("a.tbl")).out, Content("a.csv"));
         EXPECT_EQ(Run({"show", "a.tbl", "--csv"}).out, Content("a.csv"));
         EXPECT_EQ(Run({"check", "a.tbl"}).out, "a.tbl: good\n");
+        EXPECT_EQ(Run({"modify", "a.tbl", "--cells", "3000..3500,30", "--by=+99", "-o", "c.tbl"}).err,
+                  "rv52: 2 cells changed, 2 of them held at a limit.\n");
+        EXPECT_EQ(Run({"diff", "a.tbl", "b.tbl", "--json"}).out.find("\"first\": \""), std::string::npos);
         std::filesystem::remove(Path("c.tbl"));
     }
 }
@@ -123,7 +126,9 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
     Write("broken.tbl", "no table");
     const std::tuple<QStringList, int, const char*> cases[] = {
         {{}, 2, "rv52 --help"},
-        {{"frobnicate"}, 2, "rv52 --help"},
+        {{"frobnicate"}, 2, "frobnicate"},
+        {{"--device", "id"}, 2, "a command is required"},
+        {{"--simulate", "foo", "id"}, 2, "foo is neither RACE nor EX"},
         {{"--port", "256", "id"}, 2, "255"},
         {{"--port", "1", "--device", "/dev/null", "id"}, 2, "excludes"},
         {{"new", "EX", "--timing", "6", "--slope", "5", "x.tbl"}, 2, "at most"},
@@ -131,6 +136,7 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
         {{"modify", "a.tbl", "--cells", "3100..3200,30", "--by=1"}, 2, "no cell"},
         {{"modify", "a.tbl", "--cells", "3000,30", "--by=more"}, 2, "no change"},
         {{"upload", "a.tbl"}, 2, "--yes"},
+        {{"verify", "module"}, 2, "./module"},
         {{"upload", "a.tbl", "--yes", "--backup", "./a.tbl"}, 2, "would overwrite a.tbl"},
         {{"vin", "TOO SHORT", "--yes"}, 2, "17 characters"},
         {{"show", "missing.tbl"}, 3, "missing.tbl"},
@@ -142,6 +148,7 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
         {{"import", "narrow.csv", "x.tbl"}, 3, "line 1, column 17: 16 columns"},
         {{"import", "short.csv", "x.tbl"}, 3, "2 rows"},
         {{"check", "a.tbl", "broken.tbl"}, 1, ""},
+        {{"check", "missing.tbl", "broken.tbl"}, 3, ""},
         {{"--device", "/dev/no-such", "id"}, 4, "the device is not there"},
     };
     const auto before = Content("a.tbl");
@@ -154,6 +161,12 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
         EXPECT_FALSE(std::filesystem::exists(Path("x.tbl")));
     }
     EXPECT_EQ(Content("a.tbl"), before);
+    auto cut = before;
+    Write("cut.tbl", cut.replace(cut.find("    26 "), 7, "    27 "));
+    EXPECT_EQ(Run({"check", "missing.tbl", "cut.tbl", "a.tbl"}).out,
+              "missing.tbl: Cannot read missing.tbl: No such file or directory.\n"
+              "cut.tbl: Error loading cut.tbl: line 5 is not what belongs there\n"
+              "a.tbl: good\n");
 }
 
 // The four flag bits that a file does not keep come from the backup, or become 0.
@@ -171,6 +184,10 @@ TEST_F(CliTest, BacksUpProgramsVerifiesAndGoesBackByteForByte) {
     ExpectDone(Run({"modify", "first.tbl", "--cells", "3000..5000,30", "--by=-1", "-o", "new.tbl"}));
     EXPECT_EQ(OnModule({"verify", "new.tbl"}).status, 1);
     EXPECT_EQ(OnModule({"diff", "first.tbl", "module"}).status, 0);
+    // Against a module a file is what the module would keep of it.
+    ExpectDone(Run({"modify", "first.tbl", "--cells", "3000,30", "--by=+0.02", "-o", "close.tbl"}));
+    EXPECT_EQ(Run({"diff", "first.tbl", "close.tbl"}).status, 1);
+    EXPECT_EQ(OnModule({"diff", "module", "close.tbl"}).status, OnModule({"verify", "close.tbl"}).status);
     EXPECT_EQ(Run({"--simulate", "EX", "diff", "module", "module"}).status, 0);
     ExpectDone(OnModule({"upload", "new.tbl", "--yes", "--backup", "back.tbl"}));
     EXPECT_EQ(Content("back.tbl"), Content("first.tbl"));
@@ -178,6 +195,11 @@ TEST_F(CliTest, BacksUpProgramsVerifiesAndGoesBackByteForByte) {
     EXPECT_EQ(OnModule({"verify", "first.tbl"}).status, 1);
     ExpectDone(OnModule({"vin", "1CVRV52A0SM000099", "--yes"}));
     EXPECT_EQ(OnModule({"vin"}).out, "1CVRV52A0SM000099\n");
+    const auto refused = OnModule({"upload", "first.tbl", "--yes", "--backup", "back.tbl"});
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_NE(refused.err.find("Back up to another name"), std::string::npos) << refused.err;
+    EXPECT_EQ(Content("back.tbl"), Content("first.tbl"));
+    ExpectDone(OnModule({"verify", "new.tbl"}));
     ExpectDone(OnModule({"upload", "back.tbl", "--yes", "--backup", "again.tbl"}));
     Disconnect();
     const auto after = Content("module.bin");
@@ -203,7 +225,7 @@ TEST_F(CliTest, ABadLineNeverLooksLikeSuccess) {
         {"RACE", "flipped-bit=30", {"upload", "a.tbl", "--yes"}, 7},
         {"RACE", "flipped-bit=30", {"verify", "module.tbl"}, 1},
         {"RACE", "not-stored=17", {"vin", "1CVRV52A0SM000098", "--yes"}, 7},
-        {"EX", "", {"upload", "a.tbl", "--yes"}, 3},
+        {"EX", "", {"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 3},
     };
     Connect("RACE");
     ExpectDone(OnModule({"download", "module.tbl"}));
