@@ -65,7 +65,7 @@ double Modify(const AdvanceTable& table) {
     session.state.ExMaxTable = ExMaximum();
     session.table.Replace(table);
     SetUpTableGrid(session, TableType::EX);
-    FillAndShowTable(session, {GridRow(1), GridColumn(1)});
+    FillAndShowTable(session, "opened", {GridRow(1), GridColumn(1)});
     SelectGridCells(session,
                     {{GridRow(1), GridColumn(1)},
                      {GridRow(session.sheet.RowCountWithHeader() - 1),

@@ -26,7 +26,7 @@ void ShownProgram::ShowExTable() {
     session.table.Replace(ExTable());
     LoadChartTemplate(session, TableType::EX);
     SetUpTableGrid(session, TableType::EX);
-    FillAndShowTable(session, {GridRow(1), GridColumn(1)});
+    FillAndShowTable(session, "opened", {GridRow(1), GridColumn(1)});
     SetEditingPermission(session, TableType::EX);
     Settle();
 }

@@ -5,6 +5,7 @@
 #include "app/state/Session.h"
 #include "chart/commands/ChartEditing.h"
 #include "table/commands/FileCommands.h"
+#include "table/commands/Undo.h"
 
 namespace rv52 {
 
@@ -30,6 +31,10 @@ class DeviceForOneCommand {
  private:
     Line& line_;
 };
+
+bool TableAtRest(const Session& session) {
+    return session.state.TableShown && session.gesture.kind == ChartGesture::Kind::None;
+}
 
 }  // namespace
 
@@ -105,6 +110,14 @@ void Exit(Session& session) {
 void EscapePressed(Session& session) {
     session.state.AbortRequested = true;
     session.chart.HideLabel();
+}
+
+void UndoPressed(Session& session) {
+    if (TableAtRest(session)) RunCommand(session, UndoEdit);
+}
+
+void RedoPressed(Session& session) {
+    if (TableAtRest(session)) RunCommand(session, RedoEdit);
 }
 
 void UserActed(Session& session) {

@@ -35,6 +35,11 @@ void UserActed(Session& session);
 // Escape pressed in the main window.
 void EscapePressed(Session& session);
 
+// The keys that undo and redo what was done to the table. During a drag, and without a table on screen, they
+// do nothing.
+void UndoPressed(Session& session);
+void RedoPressed(Session& session);
+
 void mnuAbout_Click(Session& session);
 void mnuHelpContents_Click(Session& session);
 

@@ -1,6 +1,7 @@
 #include "app/StatusText.h"
 
 #include "app/state/AppState.h"
+#include "app/state/EditHistory.h"
 #include "app/state/GridSheet.h"
 #include "app/state/TableStore.h"
 #include "link/commands/ModuleDialogue.h"
@@ -52,13 +53,20 @@ std::string Foremost(const AppState& state, const TableStore& table, const GridS
     return cell.empty() ? Advice(state) : cell;
 }
 
+std::string ChangesText(const AppState& state, const EditHistory& history) {
+    const int cells = history.ChangedCells();
+    if (!state.TableShown || cells == 0) return {};
+    return std::to_string(cells) + (cells == 1 ? " cell" : " cells") + " changed since " + history.Since();
+}
+
 }  // namespace
 
 std::string StatusText(const AppState& state, const TableStore& table, const GridSheet& sheet,
-                       const std::string& device) {
-    auto first = Foremost(state, table, sheet);
-    if (!first.empty()) first += kBetween;
-    return first + CommPortName(state.CommPort) + ": " + (device.empty() ? "no device of its own" : device);
+                       const EditHistory& history, const std::string& device) {
+    std::string before;
+    for (const auto& part : {Foremost(state, table, sheet), ChangesText(state, history)})
+        if (!part.empty()) before += part + kBetween;
+    return before + CommPortName(state.CommPort) + ": " + (device.empty() ? "no device of its own" : device);
 }
 
 }  // namespace rv52

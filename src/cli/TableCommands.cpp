@@ -37,14 +37,15 @@ std::pair<int, int> ReadRange(std::string_view text, const std::string& whole) {
 
 GridRange ReadCells(const std::string& text, TableType type) {
     const auto comma = text.find(',');
-    const auto [lowRpm, highRpm] = ReadRange(std::string_view(text).substr(0, comma), text);
-    const auto [lowMap, highMap] = ReadRange(
+    const auto rpms = ReadRange(std::string_view(text).substr(0, comma), text);
+    const auto maps = ReadRange(
         comma == std::string::npos ? std::string_view() : std::string_view(text).substr(comma + 1), text);
+    const auto holds = [](const std::pair<int, int>& ends, int number) {
+        return ends.first <= number && number <= ends.second;
+    };
     std::optional<GridRange> range;
     ForEachCell(type, [&](Cell cell) {
-        const int rpm = RpmOfColumn(cell.column);
-        const int map = MapOfRow(cell.row);
-        if (rpm < lowRpm || rpm > highRpm || map < lowMap || map > highMap) return;
+        if (!holds(rpms, RpmOfColumn(cell.column)) || !holds(maps, MapOfRow(cell.row))) return;
         const auto at = GridCellOf(cell, type);
         if (!range) range = GridRange{at, at};
         range->first = {std::min(range->first.row, at.row), std::min(range->first.column, at.column)};
@@ -177,7 +178,8 @@ Status Modify(Tool& tool) {
 }
 
 Status Import(Tool& tool) {
-    const auto& [csv, path] = std::pair(tool.options.files[0], tool.options.files[1]);
+    const auto& csv = tool.options.files[0];
+    const auto& path = tool.options.files[1];
     const auto limit = [&](TableType type, Cell cell) { return CellLimit(tool.session.state, type, cell); };
     const auto table = [&] {
         try {

@@ -147,8 +147,8 @@ void Robot::Type(const std::string& text) {
         QTest::keyClick(Focused(), character);
 }
 
-void Robot::Press(Qt::Key key) {
-    QTest::keyClick(Focused(), key);
+void Robot::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(Focused(), key, modifiers);
 }
 
 // What stands over the window, a menu or a box, is put over its picture; one larger than the window makes

@@ -39,7 +39,7 @@ class Robot {
 
     // Types into whatever has the focus, key by key.
     void Type(const std::string& text);
-    void Press(Qt::Key key);
+    void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {});
 
     // The main window with the modal window on it, if there is one.
     QImage Picture() const;

@@ -42,6 +42,7 @@ bool Tour::Run() {
     EditCell();
     ModifySelection();
     DragPoint();
+    UndoAndRedo();
     SetParameters();
     SaveAndOpen();
     Upload();

@@ -35,6 +35,7 @@ class Tour {
     void EditCell();
     void ModifySelection();
     void DragPoint();
+    void UndoAndRedo();
     void SetParameters();
     void MakeNewTable();
 

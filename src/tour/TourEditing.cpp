@@ -79,6 +79,26 @@ void Tour::DragPoint() {
                " degrees");
 }
 
+// All three edits go back to what the module gave, and come again.
+void Tour::UndoAndRedo() {
+    const auto& session = program_.Running();
+    const auto edited = session.table.Table();
+    const auto text = session.sheet.Text(kEdited);
+    const int changed = session.history.ChangedCells();
+    Check(changed == 12, "twelve cells differ from the module's");
+    for (int step = 0; step < 3; ++step)
+        robot_.Press(Qt::Key_Z, Qt::ControlModifier);
+    Check(session.history.ChangedCells() == 0, "Ctrl+Z brings back the table of the module");
+    Picture("undone");
+    robot_.Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    robot_.Press(Qt::Key_Y, Qt::ControlModifier);
+    robot_.Press(Qt::Key_Y, Qt::ControlModifier);
+    Check(session.table.Table() == edited && session.sheet.Text(kEdited) == text,
+          "Ctrl+Shift+Z and Ctrl+Y make every edit again");
+    Picture("redone");
+    album_.Say("Took back three edits of " + std::to_string(changed) + " cells, and made them again");
+}
+
 void Tour::SetParameters() {
     const auto& parameters = program_.Running().state.ModuleParameters;
     const int before = parameters.RPMLimit;

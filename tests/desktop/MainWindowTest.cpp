@@ -73,7 +73,7 @@ TEST_F(MainWindowTest, AsksOnceAboutWhatCannotBePainted) {
     Running().table.Replace(table);
     LoadChartTemplate(Running(), TableType::EX);
     SetUpTableGrid(Running(), TableType::EX);
-    FillAndShowTable(Running(), {GridRow(0), GridColumn(0)});
+    FillAndShowTable(Running(), "opened", {GridRow(0), GridColumn(0)});
     Running().gesture.kind = ChartGesture::Kind::Point;
     Running().table.Touch();
     robot_->Expect("the failure box", [this](QWidget& box) {
@@ -219,6 +219,54 @@ TEST_F(MainWindowTest, EscapeDuringProgrammingChangesNothingAndClosingWaits) {
     robot_->ExpectBox("Save advance table before exiting?", "cmdNo");
     robot_->Choose("mnuComm", "mnuUpload");
     EXPECT_FALSE(Window().isVisible());
+}
+
+// From grid and chart alike; the keys of an open editor are its own, and what is under way is not at rest.
+TEST_F(MainWindowTest, UndoesAndRedoesByKeysWhateverHasTheFocus) {
+    Simulate();
+    Download();
+    auto& grid = Part<GridView>("VSFlexGrid1");
+    const GridCell at{GridRow(2), GridColumn(3)};
+    const auto text = [&] { return Running().sheet.Text(at); };
+    const auto loaded = text();
+    const auto edit = [&] {
+        Click(*grid.viewport(), grid.visualRect(grid.model()->index(1, 2)).center());
+        robot_->Type("12.34");
+        robot_->Press(Qt::Key_Return);
+    };
+    edit();
+    for (auto* focus : {static_cast<QWidget*>(&grid), &Part("Chart3D1")}) {
+        SCOPED_TRACE(FromQt(focus->objectName()));
+        focus->setFocus();
+        robot_->Press(Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(text(), loaded);
+        EXPECT_EQ(FromQt(Part<QLabel>("lblStatus").text()).substr(0, 20), "Undone: Edit, 1 cell");
+        robot_->Press(Qt::Key_Y, Qt::ControlModifier);
+        EXPECT_EQ(text(), "12.34");
+        robot_->Press(Qt::Key_Z, Qt::ControlModifier);
+        robot_->Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(text(), "12.34");
+    }
+    const auto keepsAll = [&] {
+        for (const auto key : {Qt::Key_Z, Qt::Key_Y})
+            robot_->Press(key, Qt::ControlModifier);
+        EXPECT_EQ(text(), "12.34");
+    };
+    edit();  // the same text once more is nothing to undo
+    Click(*grid.viewport(), grid.visualRect(grid.model()->index(1, 2)).center());
+    robot_->Type("9");
+    keepsAll();
+    EXPECT_TRUE(grid.Edits()) << "the editor has taken back its letter, and stays";
+    robot_->Press(Qt::Key_Escape);
+    QTest::mousePress(Window().windowHandle(), Qt::LeftButton, {},
+                      grid.viewport()->mapTo(&Window(), grid.visualRect(grid.model()->index(3, 3)).center()));
+    keepsAll();
+    QTest::mouseRelease(Window().windowHandle(), Qt::LeftButton);
+    Meanwhile("Programming EEPROM", 20, keepsAll);
+    robot_->ExpectBox("Upload completed.", "cmdOK");
+    robot_->Choose("mnuComm", "mnuUpload");
+    robot_->Press(Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(text(), loaded) << "an upload leaves the steps as they are";
 }
 
 TEST_F(MainWindowTest, OpensTheHelpOnceBesideIt) {

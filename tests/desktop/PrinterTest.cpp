@@ -75,7 +75,7 @@ class PrinterTest : public testing::Test {
         return spooler.sent.size() == before ? "nothing" : spooler.sent.back();
     }
     // Opens the setup, chooses by the shown names, and presses a button.
-    bool SetUp(const std::vector<std::pair<const char*, const char*>>& choices, const char* button) {
+    bool UseSetup(const std::vector<std::pair<const char*, const char*>>& choices, const char* button) {
         QTimer::singleShot(0, qApp, [&] {
             auto* dialog = QApplication::activeModalWidget();
             ASSERT_EQ(FromQt(dialog->objectName() + dialog->windowTitle()), "PrinterSetupPrinter Setup");
@@ -137,7 +137,7 @@ TEST_F(PrinterTest, KeepsThePaperChosenForDocuments) {
     for (const auto& [paper, button, kept] : {std::tuple("A5", "cmdOK", QPageSize::A5),
                                               {"A4", "cmdCancel", QPageSize::A5},
                                               {"A4", "cmdOK", QPageSize::A4}}) {
-        SetUp({{"cboPaper", paper}}, button);
+        UseSetup({{"cboPaper", paper}}, button);
         Begin("/docs/a.pdf");
         EXPECT_NEAR(printer.Page().width, PageAcross(PaperOf(kept)).paintRectPoints().width() * 20.0, 40);
         EXPECT_GT(printer.Page().width, printer.Page().height);
@@ -152,18 +152,18 @@ TEST_F(PrinterTest, GoesWhereTheSetupSaysAndElsewhereOnlyByOK) {
     EXPECT_EQ(printer.Target(), PrintTarget::Unchosen);
     EXPECT_EQ(FailureOf([&] { Print(); }), "There is no printer to print on.");
     // None is proposed, so that there is nothing to agree to.
-    EXPECT_FALSE(SetUp({}, "cmdCancel"));
+    EXPECT_FALSE(UseSetup({}, "cmdCancel"));
     spooler.queues[1].isDefault = true;
     EXPECT_EQ(Print(), "B, A4, : Chart");
 
-    EXPECT_TRUE(SetUp({{"cboPrinter", "A"}, {"cboPaper", "A5"}, {"cboTray", "Lower"}}, "cmdOK"));
+    EXPECT_TRUE(UseSetup({{"cboPrinter", "A"}, {"cboPaper", "A5"}, {"cboTray", "Lower"}}, "cmdOK"));
     EXPECT_EQ(Print(), "A, A5, tray-2: Chart");
-    EXPECT_FALSE(SetUp({{"cboPrinter", "B"}, {"cboPaper", "A4"}, {"cboTray", "Upper"}}, "cmdCancel"));
+    EXPECT_FALSE(UseSetup({{"cboPrinter", "B"}, {"cboPaper", "A4"}, {"cboTray", "Upper"}}, "cmdCancel"));
     EXPECT_EQ(Print(), "A, A5, tray-2: Chart");
     // It opens as it was left.
-    EXPECT_TRUE(SetUp({{"cboTray", "Automatic"}}, "cmdOK"));
+    EXPECT_TRUE(UseSetup({{"cboTray", "Automatic"}}, "cmdOK"));
     EXPECT_EQ(Print(), "A, A5, : Chart");
-    EXPECT_TRUE(SetUp({{"cboPrinter", "B"}}, "cmdOK"));
+    EXPECT_TRUE(UseSetup({{"cboPrinter", "B"}}, "cmdOK"));
     EXPECT_EQ(Print(), "B, A4, : Chart");
 
     spooler.queues = {{"A"}};
@@ -171,7 +171,7 @@ TEST_F(PrinterTest, GoesWhereTheSetupSaysAndElsewhereOnlyByOK) {
     EXPECT_EQ(FailureOf([&] { Print(); }), "The printer \"B\" is not there.");
     // Without any printer documents are what the setup offers, and what is then chosen.
     spooler.queues.clear();
-    EXPECT_TRUE(SetUp({{"cboPaper", "Letter"}}, "cmdOK"));
+    EXPECT_TRUE(UseSetup({{"cboPaper", "Letter"}}, "cmdOK"));
     EXPECT_EQ(printer.Target(), PrintTarget::Documents);
 }
 

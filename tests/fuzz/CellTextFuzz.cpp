@@ -83,7 +83,7 @@ void Target(std::string_view input) {
     session.state.TableType = type;
     session.table.Replace(AdvanceTable(type));
     SetUpTableGrid(session, type);
-    FillAndShowTable(session, {GridRow(1), GridColumn(1)});
+    FillAndShowTable(session, "opened", {GridRow(1), GridColumn(1)});
     while (bytes.Any()) {
         const int deed = bytes.Next() % 4;
         if (deed == 0) {

@@ -18,7 +18,7 @@ inline void ShowAs(Session& session, const AdvanceTable& table) {
     session.state.TableType = table.Type();
     session.table.Replace(table);
     SetUpTableGrid(session, table.Type());
-    FillAndShowTable(session, {GridRow(0), GridColumn(0)});
+    FillAndShowTable(session, "opened", {GridRow(0), GridColumn(0)});
     SetEditingPermission(session, table.Type());
 }
 

@@ -4,6 +4,7 @@
 #include "app/state/ChartState.h"
 #include "app/state/CommandGate.h"
 #include "app/state/DrawFailures.h"
+#include "app/state/EditHistory.h"
 #include "app/state/GridSheet.h"
 #include "app/state/TableStore.h"
 #include "app/state/WindowPorts.h"
@@ -40,6 +41,7 @@ struct Session : Ports {
     ChartState chart{table};
     ChartGesture gesture;
     GridSheet sheet{drawing};
+    EditHistory history{table, sheet};
     Steps steps{prompts};
     ModuleLink link{line, prompts};
     CommandGate gate;

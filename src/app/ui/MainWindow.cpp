@@ -21,6 +21,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QShortcut>
 
 namespace rv52 {
 
@@ -56,6 +57,14 @@ void MainWindow::Compose(Session& session, const ComDevices& devices) {
     ports_ = new PortPanel(devices, {pick, [run] { run(cmdPortSelectOK_Click); }}, client_);
     ports_->Select(session.state.CommPort);
 
+    for (const auto& keys :
+         {QKeySequence(Qt::CTRL | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z),
+          QKeySequence(Qt::CTRL | Qt::Key_Y)}) {
+        const bool undoes = keys == QKeySequence(Qt::CTRL | Qt::Key_Z);
+        connect(new QShortcut(keys, this), &QShortcut::activated, this,
+                [this, undoes] { UndoOrRedo(undoes ? UndoPressed : RedoPressed); });
+    }
+
     // The client area has its design size; the menus stand above it.
     const auto width = ToPixels(kClientWidth);
     resize(width, ToPixels(kClientHeight) + menuBar()->heightForWidth(width));
@@ -68,6 +77,12 @@ void MainWindow::Dispatch(const std::function<void()>& handler) {
 
 void MainWindow::Run(const std::function<void(Session&)>& command) {
     Dispatch([&] { RunCommand(*session_, command); });
+}
+
+// While a cell is edited these keys are its editor's; while a button is held, what it drags is not at rest.
+void MainWindow::UndoOrRedo(void (*command)(Session&)) {
+    if (grid_->Edits() || QGuiApplication::mouseButtons() != Qt::NoButton) return;
+    Dispatch([&] { command(*session_); });
 }
 
 // Out of whatever is being changed or painted now. A command that runs tells of them at its end.
@@ -106,8 +121,8 @@ void MainWindow::HideProgress() {
 
 void MainWindow::RenewStatus() {
     const auto& state = session_->state;
-    status_->Tell(
-        ToQt(StatusText(state, session_->table, session_->sheet, devices_->NameOf(state.CommPort))));
+    status_->Tell(ToQt(StatusText(state, session_->table, session_->sheet, session_->history,
+                                  devices_->NameOf(state.CommPort))));
 }
 
 void MainWindow::ShowPortPanel() {

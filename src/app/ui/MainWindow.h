@@ -62,6 +62,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
 
  private:
     void TellDrawFailuresLater();
+    void UndoOrRedo(void (*command)(Session&));
 
     Session* session_ = nullptr;
     const ComDevices* devices_ = nullptr;

@@ -78,6 +78,7 @@ void WritePointText(Session& session) {
 void ReleasePoint(Session& session, Steps& step) {
     step([&] { WritePointText(session); });
     step([&] { session.chart.HideLabel(); });
+    session.history.End("Drag");
 }
 
 void ReleaseSurface(Session& session, Steps& step) {
@@ -88,6 +89,7 @@ void ReleaseSurface(Session& session, Steps& step) {
         if (session.gesture.PendingOffset != 0) session.table.Replace(ShiftedTable(session));
     });
     step([&] { CopyChartToGrid(session); });
+    session.history.End("Shift");
 }
 
 // Whether the gesture's point still exists: a command may have replaced the table since the press.
@@ -110,6 +112,7 @@ void ChartPress(Session& session, PressKey key, std::optional<Cell> hit) {
     // The cursor may be about to leave a cell that is open in the editor.
     const bool cursorMoves = hit || key == PressKey::Shift;
     if (cursorMoves && !session.view.CommitEditor()) return;
+    session.history.Begin();
     const auto drop = [&] {
         EndGesture(session);
         Pick(session.gesture, std::nullopt);
@@ -153,7 +156,7 @@ void ChartDragLost(Session& session) {
     const auto kind = EndGesture(session);
     if (kind == ChartGesture::Kind::None) return;
     session.steps.Procedure([&](Steps& step) {
-        if (kind == ChartGesture::Kind::Point && PointExists(session)) step([&] { WritePointText(session); });
+        if (kind == ChartGesture::Kind::Point && PointExists(session)) return ReleasePoint(session, step);
         step([&] { session.chart.HideLabel(); });
     });
 }

@@ -48,7 +48,7 @@ bool TakeImage(Session& session) {
 void ShowDownloaded(Session& session) {
     const auto type = session.state.TableType;
     session.steps([&] { SetUpTableGrid(session, type); });
-    FillAndShowTable(session, {GridRow(0), GridColumn(0)});
+    FillAndShowTable(session, "downloaded", {GridRow(0), GridColumn(0)});
     ShowCaption(session, " - Downloaded Data");
     session.steps([&] { SetEditingPermission(session, type); });
 }

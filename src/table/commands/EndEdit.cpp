@@ -45,9 +45,11 @@ bool ValidateEdit(Session& session, GridCell at, const std::string& text) {
 void AcceptEdit(Session& session, GridCell at, const std::string& text) {
     const RedrawHold hold(session.table);
     const double degrees = LeadingNumber(text).value_or(0.0);
+    session.history.Begin();
     session.sheet.SetText(at, text);
     session.table.SetCell(CellAt(at, session.table.Table().Type()), degrees);
     session.chart.SetLabelText(FormatTenths(degrees));
+    session.history.End("Edit");
 }
 
 bool EndEdit(Session& session, GridCell at, const std::string& typed) {

@@ -61,7 +61,7 @@ void ShowFile(Session& session, const std::string& path) {
         ReadParameters(session, content);
         if (!LoadTable(session, path, content)) return;
         step([&] { SetUpTableGrid(session, session.state.TableType); });
-        FillAndShowTable(session, {GridRow(0), GridColumn(0)});
+        FillAndShowTable(session, "opened", {GridRow(0), GridColumn(0)});
         step([&] { SetFileCaption(session, path); });
         step([&] { SetEditingPermission(session, session.state.TableType); });
     });
@@ -139,6 +139,8 @@ void mnuSaveTable_Click(Session& session) {
             });
             return mnuCloseTable_Click(session);
         }
+        session.history.Saved();
+        session.shell.RenewStatus();
         step([&] { SetFileCaption(session, path); });
     });
 }

@@ -98,7 +98,7 @@ void CreateNewTable(Session& session, const NewTable& newTable) {
             });
             session.table.Replace(table);
         });
-        FillAndShowTable(session, {GridRow(3), GridColumn(3)});
+        FillAndShowTable(session, "made", {GridRow(3), GridColumn(3)});
     });
     // The dialog stays open, and the command with it: its end is too late for what this change has met.
     session.drawing.Tell(session.steps);

@@ -135,12 +135,14 @@ void mnuPopupPaste3D_Click(Session& session) {
         if (!selection || session.state.CopyBuffer.empty()) return;
         const auto target = PasteTarget(session, *selection);
         const auto changes = step.Value([&] { return Pasted(session, target); }, Changes{});
+        session.history.Begin();
         step([&] {
             const RedrawHold hold(session.table);
             if (session.state.CopyRows > 0 || session.state.CopyCols > 0)
                 SelectGridCells(session, target, target.first);
             ChangeCells(session, changes);
         });
+        session.history.End("Paste");
     });
 }
 
@@ -155,7 +157,9 @@ void mnuPopUpModify3D_Click(Session& session) {
         const auto block = session.sheet.SelectedData();
         if (!expression || !block) return;
         const auto changes = step.Value([&] { return Modified(session, *block, *expression); }, Changes{});
+        session.history.Begin();
         step([&] { ChangeCells(session, changes); });
+        session.history.End("Modify");
     });
 }
 

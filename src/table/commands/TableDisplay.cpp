@@ -43,8 +43,9 @@ void CopyChartToGrid(Session& session) {
     });
 }
 
-void FillAndShowTable(Session& session, GridCell cursor) {
+void FillAndShowTable(Session& session, const std::string& how, GridCell cursor) {
     session.steps([&] { CopyChartToGrid(session); });
+    session.steps([&] { session.history.Loaded(how); });
     session.steps([&] { session.chart.HideLabel(); });
     session.steps([&] { Form_Resize(session); });
     session.steps([&] { ShowTable(session); });
@@ -59,6 +60,7 @@ void ShowTable(Session& session) {
 
 void HideTable(Session& session) {
     session.view.Hide();
+    session.history.Forget();
     session.state.TableShown = false;
     session.shell.RenewStatus();
 }

@@ -3,6 +3,8 @@
 #include "app/state/GridSheet.h"
 #include "table/TableType.h"
 
+#include <string>
+
 namespace rv52 {
 
 struct Session;
@@ -25,8 +27,8 @@ void SetEditingPermission(Session& session, TableType type);
 void CopyChartToGrid(Session& session);
 
 // The grid's share of putting a table on screen: fills it, hides the value label, runs the layout pass,
-// shows chart and grid and puts the cursor where the command wants it.
-void FillAndShowTable(Session& session, GridCell cursor);
+// shows chart and grid and puts the cursor where the command wants it. how says what the table was: "opened".
+void FillAndShowTable(Session& session, const std::string& how, GridCell cursor);
 
 // Chart and grid together; TableShown follows.
 void ShowTable(Session& session);

@@ -101,6 +101,10 @@ void GridView::ApplyPitch() {
     editing_->Place();
 }
 
+bool GridView::Edits() const {
+    return editing_->IsOpen();
+}
+
 bool GridView::CommitEditor() {
     return editing_->Commit();
 }

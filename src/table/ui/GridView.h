@@ -26,6 +26,8 @@ class GridView : public QTableView {
 
     GridView(Session& session, Dispatch dispatch, RunCommand runCommand, QWidget* parent = nullptr);
 
+    // Whether a cell editor is open.
+    bool Edits() const;
     // Ends an open cell editor as Enter would; false when its text is refused and the editor stays open.
     bool CommitEditor();
     // Closes an open cell editor, leaving the cell's old text.

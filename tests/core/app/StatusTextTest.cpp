@@ -11,7 +11,7 @@ namespace rv52::test {
 namespace {
 
 std::string Told(const Session& session, const std::string& device = "/dev/ttyUSB0") {
-    return StatusText(session.state, session.table, session.sheet, device);
+    return StatusText(session.state, session.table, session.sheet, session.history, device);
 }
 
 void ShowWith(Session& session, TableType type, Cell cell, double degrees) {
@@ -31,7 +31,9 @@ TEST(StatusTextTest, NamesTheCurrentCellItsExactValueAndLimitAndThePort) {
     ShowWith(session, TableType::RACE, {Column(6), Row(3)}, 27.75);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.75°, limit 45°   ·   Com33: /dev/ttyUSB0");
     session.table.SetCell({Column(6), Row(3)}, 72 * 0.176);
-    EXPECT_EQ(Told(session, ""), "RPM 2500, MAP 26: 12.672°, limit 45°   ·   Com33: no device of its own");
+    EXPECT_EQ(Told(session, ""),
+              "RPM 2500, MAP 26: 12.672°, limit 45°   ·   1 cell changed since opened   ·   Com33: no device "
+              "of its own");
     ShowWith(session, TableType::EX, {Column(6), Row(3)}, 27.7734375);
     session.state.ExMaxTable.SetCell({Column(6), Row(3)}, 31.5);
     EXPECT_EQ(Told(session), "RPM 2500, MAP 26: 27.7734375°, limit 31.5°   ·   Com33: /dev/ttyUSB0");

@@ -84,7 +84,7 @@ class SoakRun {
         state_.TableType = table.Type();
         session_.table.Replace(table);
         SetUpTableGrid(session_, table.Type());
-        FillAndShowTable(session_, {GridRow(0), GridColumn(0)});
+        FillAndShowTable(session_, "opened", {GridRow(0), GridColumn(0)});
     }
 
     void ConnectSomeModule() {
