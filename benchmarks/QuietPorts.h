@@ -18,7 +18,7 @@ struct Nobody : Prompts {
     std::string answer;
 };
 
-struct NoView : TableView, Shell {
+struct NoView : ChartAndGrid, Shell {
     void Show() override {}
     void Hide() override {}
     bool CommitEditor() override { return true; }

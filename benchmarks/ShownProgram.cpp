@@ -2,6 +2,7 @@
 
 #include "Samples.h"
 #include "app/StartUp.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/commands/TableDisplay.h"
 
 #include <QCoreApplication>

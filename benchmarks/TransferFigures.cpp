@@ -105,10 +105,10 @@ Seconds ProcessorTime() {
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// The program on a paced line, as it stands on a desk.
-class Desk {
+// The program on a paced line, as it stands on a connected.
+class ConnectedProgram {
  public:
-    explicit Desk(const Kind& kind) : kind_(kind), module_(kind.type, kind.echo) {
+    explicit ConnectedProgram(const Kind& kind) : kind_(kind), module_(kind.type, kind.echo) {
         program_.devices.Override(program_.session.state.CommPort, module_.Device());
         program_.ShowExTable();
     }
@@ -142,26 +142,26 @@ class Desk {
 };
 
 void MeasureKind(Report& report, const Kind& kind) {
-    Desk desk(kind);
+    ConnectedProgram connected(kind);
     std::vector<double> runs;
     for (int run = 0; run < kRuns; ++run)
-        runs.push_back(desk.Run());
+        runs.push_back(connected.Run());
     report.Add(Ratio(kind.name, Median(runs) / DueTime(kind).Whole().count(), 1.05));
 }
 
 // Where the time of an EX download goes, for each of its bytes; and what it asks of the machine.
 void MeasureDownload(Report& report) {
     const auto& kind = kKinds[0];
-    Desk desk(kind);
+    ConnectedProgram connected(kind);
     std::vector<double> times;
     std::vector<double> shares;
     std::vector<double> gaps;
     for (int run = 0; run < kRuns; ++run) {
         const auto before = ProcessorTime();
-        const double time = desk.Run();
+        const double time = connected.Run();
         times.push_back(time);
         shares.push_back((ProcessorTime() - before).count() / time);
-        gaps.push_back(desk.LongestGap());
+        gaps.push_back(connected.LongestGap());
     }
     const auto due = DueTime(kind);
     const double perByte = 1e6 / kExReadRanges[0].Count();

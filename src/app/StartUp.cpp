@@ -6,7 +6,7 @@
 #include "link/commands/PortSetup.h"
 #include "platform/Failure.h"
 #include "table/LimitTables.h"
-#include "table/commands/TableDisplay.h"
+#include "table/commands/LoadChartTemplate.h"
 
 namespace rv52 {
 

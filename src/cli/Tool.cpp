@@ -1,6 +1,7 @@
 #include "cli/Tool.h"
 
-#include "app/Commands.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
 #include "app/StartUp.h"
 #include "platform/Failure.h"
 

@@ -32,7 +32,7 @@ class Answers : public Prompts {
     std::string text;  // for the next question that wants one
 };
 
-class NoTableView : public TableView {
+class NoChartAndGrid : public ChartAndGrid {
  public:
     void Show() override {}
     void Hide() override {}
@@ -117,7 +117,7 @@ class Tool {
  private:
     void Signalled();
 
-    NoTableView view_;
+    NoChartAndGrid view_;
     Progress progress_;
     QtSettings settings_;
     NoPrinter printer_;

@@ -23,7 +23,7 @@ Identification ModuleLink::Identify(int commPort) {
         step([&] { line_.SendByte(WireBytes::kIdentify); });
         found.text.emplace();
         const auto outcome = CollectIdentification(found);
-        if (outcome == LinkOutcome::Done) step([&] { line_.Pause(WireTimes::kAfterIdentification); });
+        if (outcome == LinkOutcome::Done) step([&] { line_.WaitFor(WireTimes::kAfterIdentification); });
         found.outcome = outcome;
     });
     line_.Close();
@@ -45,7 +45,7 @@ LinkOutcome ModuleLink::CollectIdentification(Identification& found) {
         const bool printable = *byte >= 32 && *byte <= 127;
         if (first && (printable || byte == WireBytes::kIdentify)) found.echoes = !printable;
         if (printable) *found.text += static_cast<char>(*byte);
-        steps_([&] { line_.Pump(); });
+        steps_([&] { line_.Yield(); });
     }
 }
 
@@ -54,7 +54,7 @@ LinkOutcome ModuleLink::CollectIdentification(Identification& found) {
 std::optional<std::uint8_t> ModuleLink::NextCharacter(Line::Clock deadline) {
     const auto await = [&] {
         try {
-            return line_.Await(1, deadline, Yielding::Yes);
+            return line_.WaitForBytes(1, deadline, Yielding::Yes);
         } catch (const PortFailure&) {
             if (disturbed_) return 0;
             throw;
@@ -101,10 +101,10 @@ LinkOutcome ModuleLink::SendAddress(bool echoes, EepromAddress address) {
     if (!SendAddressByte(echoes, low)) return LinkOutcome::TimedOut;
     const auto sent = line_.Now();
     steps_([&] { line_.SendByte(high); });
-    if (!AwaitReply(echoes ? 2 : 1)) return LinkOutcome::TimedOut;
+    if (!ReplyArrives(echoes ? 2 : 1)) return LinkOutcome::TimedOut;
     const bool acknowledged = TakeReply(echoes ? 1 : 0) == WireBytes::kAcknowledge && Answers(sent);
     steps_([&] { line_.Discard(); });
-    steps_([&] { line_.Pause(WireTimes::kAfterAddress); });
+    steps_([&] { line_.WaitFor(WireTimes::kAfterAddress); });
     if (!acknowledged) return LinkOutcome::Refused;
     return line_.IsOpen() ? LinkOutcome::Done : LinkOutcome::Abandoned;
 }
@@ -118,15 +118,15 @@ bool ModuleLink::Answers(Line::Clock sent) const {
 // The echo is only waited for: the discard takes it away.
 bool ModuleLink::SendAddressByte(bool echoes, std::uint8_t byte) {
     steps_([&] { line_.SendByte(byte); });
-    if (echoes && !AwaitReply(1)) return false;
+    if (echoes && !ReplyArrives(1)) return false;
     steps_([&] { line_.Discard(); });
-    steps_([&] { line_.Pause(WireTimes::kAfterAddressByte); });
+    steps_([&] { line_.WaitFor(WireTimes::kAfterAddressByte); });
     return true;
 }
 
-bool ModuleLink::AwaitReply(int count) {
+bool ModuleLink::ReplyArrives(int count) {
     const auto deadline = line_.Now() + WireTimes::kReply;
-    const auto await = [&] { return line_.Await(count, deadline, Yielding::Yes); };
+    const auto await = [&] { return line_.WaitForBytes(count, deadline, Yielding::Yes); };
     const bool complete = steps_.Value(await, 0) >= count;
     lastReply_ = std::min(line_.LastArrival(), deadline);
     return complete;
@@ -209,29 +209,29 @@ LinkOutcome ModuleLink::ReadEEPROM(bool echoes, std::uint8_t& byte) {
     if (!SendUnbroken(WireBytes::kRead)) return LinkOutcome::Abandoned;
     const int replyLength = echoes ? 2 : 1;
     const auto deadline = line_.Now() + WireTimes::kReply;
-    if (line_.Await(replyLength, deadline, Yielding::No) < replyLength) {
-        line_.Pump();
+    if (line_.WaitForBytes(replyLength, deadline, Yielding::No) < replyLength) {
+        line_.Yield();
         line_.Discard();  // fails where a third condition has closed the port
         return disturbed_ ? LinkOutcome::Abandoned : LinkOutcome::TimedOut;
     }
     byte = LastOf(replyLength, deadline);
-    line_.Pause(WireTimes::kAfterRead);
+    line_.WaitFor(WireTimes::kAfterRead);
     return LinkOutcome::Done;
 }
 
 LinkOutcome ModuleLink::WriteEEPROM(bool echoes, std::uint8_t byte) {
     line_.Discard();
     if (!SendUnbroken(WireBytes::kWrite)) return LinkOutcome::Abandoned;
-    line_.Pause(WireTimes::kBeforeWrittenByte);
+    line_.WaitFor(WireTimes::kBeforeWrittenByte);
     const auto sent = line_.Now();
     if (!SendUnbroken(byte)) return LinkOutcome::Abandoned;
     const int replyLength = echoes ? 3 : 1;  // the command and the byte are echoed
     const auto deadline = line_.Now() + WireTimes::kReply;
-    if (line_.Await(replyLength, deadline, Yielding::Yes) < replyLength)
+    if (line_.WaitForBytes(replyLength, deadline, Yielding::Yes) < replyLength)
         return disturbed_ ? LinkOutcome::Abandoned : LinkOutcome::TimedOut;
     const auto reply = LastOf(replyLength, deadline);
     if (reply != WireBytes::kAcknowledge || !Answers(sent)) return LinkOutcome::Refused;
-    line_.Pause(WireTimes::kAfterWrite);
+    line_.WaitFor(WireTimes::kAfterWrite);
     return LinkOutcome::Done;
 }
 

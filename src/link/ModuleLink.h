@@ -84,7 +84,7 @@ class ModuleLink {
     bool OpenForAddress(int commPort, FailedOpen failedOpen);
     LinkOutcome SendAddress(bool echoes, EepromAddress address);
     bool SendAddressByte(bool echoes, std::uint8_t byte);
-    bool AwaitReply(int count);
+    bool ReplyArrives(int count);
     std::optional<std::uint8_t> TakeReply(int echoes);
     bool Answers(Line::Clock sent) const;
 

@@ -11,12 +11,13 @@ namespace rv52 {
 namespace {
 
 constexpr int kCountsPerRevolution = 30;
-constexpr int kRpmPerCount = 100;
+constexpr int kRpmPerCount = ModuleParameters::kRpmStep;
 
 // What the module accepts in the bytes of its parameter block.
 constexpr Range kTimingCounts{0, 56};
 constexpr Range kCrankCounts{4, 90};  // no cranking revolution at all is sent as 4
-constexpr Range kRPMLimitCounts{30, 99};
+constexpr Range kRPMLimitCounts{ModuleParameters::kRPMLimit.lowest / kRpmPerCount,
+                                ModuleParameters::kRPMLimit.highest / kRpmPerCount};
 constexpr Range kByte{0, 255};
 
 constexpr std::uint8_t kFixedLim = 0x01;

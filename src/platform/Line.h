@@ -53,15 +53,15 @@ class Line {
     // without yielding to anyone.
     virtual Clock LastArrival() const = 0;
     // Serves the window events that are pending.
-    virtual void Pump() = 0;
+    virtual void Yield() = 0;
     // Waits until count bytes are waiting or the clock has passed the deadline; returns how many are
     // waiting then. Yielding serves window events meanwhile.
-    virtual int Await(int count, Clock deadline, Yielding yielding) = 0;
+    virtual int WaitForBytes(int count, Clock deadline, Yielding yielding) = 0;
     // Returns after at least this long, having served window events.
-    virtual void Pause(std::chrono::milliseconds duration) = 0;
+    virtual void WaitFor(std::chrono::milliseconds duration) = 0;
 
-    // Line conditions are delivered to the handler where the program yields (Pump, a yielding Await,
-    // Pause), at most once per kind and poll, never from anywhere else.
+    // Line conditions are delivered to the handler where the program yields (Yield, a yielding WaitForBytes,
+    // WaitFor), at most once per kind and poll, never from anywhere else.
     virtual void OnCondition(ConditionHandler handler) = 0;
 };
 

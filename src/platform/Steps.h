@@ -57,6 +57,9 @@ class Steps {
         }
     }
 
+    // A box with OK alone.
+    void Tell(const std::string& text, const std::string& title, Icon icon = Icon::Warning);
+
     // Leaves the procedure through its exit step.
     [[noreturn]] void Abandon() { throw Abandoned{}; }
 

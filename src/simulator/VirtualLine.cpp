@@ -62,12 +62,12 @@ void VirtualLine::SendByte(std::uint8_t byte) {
     wire_.Send(byte, now_);
 }
 
-void VirtualLine::Pump() {
+void VirtualLine::Yield() {
     TakeArrivals();
-    Yield();
+    ServeEvents();
 }
 
-int VirtualLine::Await(int count, Clock deadline, Yielding yielding) {
+int VirtualLine::WaitForBytes(int count, Clock deadline, Yielding yielding) {
     for (;;) {
         TakeArrivals();
         RequireOpen();
@@ -78,20 +78,20 @@ int VirtualLine::Await(int count, Clock deadline, Yielding yielding) {
             return waiting;
         }
         const auto before = now_;
-        if (yielding == Yielding::Yes) Yield();
+        if (yielding == Yielding::Yes) ServeEvents();
         RequireOpen();
         // An event, or a box that the user left open, may have taken its time: then look again first.
         if (now_ == before) PassTime(deadline, yielding);
     }
 }
 
-void VirtualLine::Pause(std::chrono::milliseconds duration) {
+void VirtualLine::WaitFor(std::chrono::milliseconds duration) {
     pauses_.push_back(duration);
     const auto end = now_ + duration;
-    Pump();
+    Yield();
     while (now_ < end) {
         PassTime(end, Yielding::Yes);
-        Pump();
+        Yield();
     }
 }
 
@@ -138,7 +138,7 @@ void VirtualLine::TakeArrivals() {
     }
 }
 
-void VirtualLine::Yield() {
+void VirtualLine::ServeEvents() {
     if (onYield_) onYield_();
     while (!events_.empty() && events_.begin()->first <= now_) {
         const auto event = events_.extract(events_.begin());

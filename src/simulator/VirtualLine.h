@@ -14,8 +14,8 @@
 namespace rv52 {
 
 // The serial line to a peer on virtual time: a second of waiting takes no time at all, and every moment is
-// exact. Each byte takes 10 bits at 56000 bit/s either way. Time passes only inside Await and Pause (and
-// Advance); a wait that is in vain ends one nanosecond after its deadline, so a byte that arrives at the
+// exact. Each byte takes 10 bits at 56000 bit/s either way. Time passes only inside WaitForBytes and WaitFor
+// (and Advance); a wait that is in vain ends one nanosecond after its deadline, so a byte that arrives at the
 // very deadline is in time. Bytes that arrive while the line is closed are lost, as on a real port.
 class VirtualLine : public Line {
  public:
@@ -30,9 +30,9 @@ class VirtualLine : public Line {
     void SendByte(std::uint8_t byte) override;
     Clock Now() const override { return now_; }
     Clock LastArrival() const override { return lastArrival_; }
-    void Pump() override;
-    int Await(int count, Clock deadline, Yielding yielding) override;
-    void Pause(std::chrono::milliseconds duration) override;
+    void Yield() override;
+    int WaitForBytes(int count, Clock deadline, Yielding yielding) override;
+    void WaitFor(std::chrono::milliseconds duration) override;
     void OnCondition(ConditionHandler handler) override { onCondition_ = std::move(handler); }
 
     // What happens to the program.
@@ -67,13 +67,13 @@ class VirtualLine : public Line {
     // Changes from open to closed, a hang-up being one.
     int Closes() const { return closes_; }
     int HoldsEnded() const { return holdsEnded_; }
-    // Every Pause in order.
+    // Every WaitFor in order.
     const std::vector<std::chrono::milliseconds>& Pauses() const { return pauses_; }
 
  private:
     void RequireOpen() const;
     void TakeArrivals();
-    void Yield();
+    void ServeEvents();
     void DeliverConditions();
     // Time passes until the next thing happens, at the latest until then.
     void PassTime(Clock latest, Yielding yielding);

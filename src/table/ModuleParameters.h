@@ -18,13 +18,14 @@ struct Range {
 struct ModuleParameters {
     static constexpr Range kTiming{-5, 5};         // degrees, InitialTiming and RearOffset
     static constexpr Range kCrankRevs{0, 3};       // revolutions
-    static constexpr Range kRPMLimit{3000, 9900};  // rpm
-    static constexpr Range kVSSFreq{910, 1700};    // Hz at 100 km/h
+    static constexpr Range kRPMLimit{3000, 9900};  // rpm, in steps of kRpmStep
+    static constexpr int kRpmStep = 100;
+    static constexpr Range kVSSFreq{910, 1700};  // Hz at 100 km/h
 
     std::int16_t InitialTiming = 0;
     std::int16_t RearOffset = 0;
     std::int16_t CrankRevs = 0;
-    std::int16_t RPMLimit = 3000;
+    std::int16_t RPMLimit = kRPMLimit.lowest;
     std::int16_t VSSFreq = 1424;
     bool FixedLimFlag = false;     // fixed RPM limit enabled
     bool SelEEPROMTblFlag = true;  // the module runs the table in EEPROM, not its FLASH tables

@@ -1,11 +1,12 @@
-#include "Hands.h"
-#include "app/Commands.h"
+#include "UserActions.h"
+#include "app/WindowKeys.h"
 #include "chart/commands/ChartEditing.h"
 #include "chart/ui/ChartPainter.h"
 #include "chart/ui/ChartView.h"
 #include "chart/ui/QtPlane.h"
 #include "table/Numbers.h"
 #include "table/commands/GridCursor.h"
+#include "table/commands/LoadChartTemplate.h"
 
 #include <QAccessible>
 #include <QLabel>

@@ -154,7 +154,7 @@ TEST_F(GridTest, OpensNoEditorOnAnExTableOrWhileACommandRuns) {
     for (const auto type : {TableType::EX, TableType::RACE}) {
         Show(type);
         ClickCell({GridRow(2), GridColumn(3)});
-        std::optional<CommandGate::Stay> stay;
+        std::optional<CommandGate::Closed> stay;
         if (type == TableType::RACE) stay.emplace(session.gate);
         Type("5");
         Key(Qt::Key_F2);

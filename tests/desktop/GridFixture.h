@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Hands.h"
+#include "UserActions.h"
 #include "table/ui/GridView.h"
 
 #include <QLineEdit>

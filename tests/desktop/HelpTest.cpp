@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "app/ui/HelpWindow.h"
 
 #include <QFile>

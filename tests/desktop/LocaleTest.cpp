@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "module/commands/Report.h"
 #include "support/DismissingUser.h"
 #include "support/TemporaryFolder.h"

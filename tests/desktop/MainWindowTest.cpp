@@ -2,6 +2,7 @@
 #include "app/ui/HelpWindow.h"
 #include "support/TemporaryFolder.h"
 #include "table/TableFile.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/ui/GridView.h"
 
 #include <QComboBox>

@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "module/ui/ModParamsDialog.h"
 
 #include <QAccessible>

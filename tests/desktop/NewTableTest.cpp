@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "platform/qt/Twips.h"
 #include "table/ui/NewTableDialog.h"
 

@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "module/commands/Report.h"
 #include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/Papers.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Hands.h"
+#include "UserActions.h"
 #include "app/ui/DesktopProgram.h"
 #include "tour/Robot.h"
 

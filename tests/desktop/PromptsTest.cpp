@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "platform/qt/FileIcons.h"
 #include "platform/qt/QtPrompts.h"
 #include "tour/Robot.h"

@@ -1,4 +1,4 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "link/commands/LineErrors.h"
 #include "link/commands/Vin.h"
 #include "module/EepromImage.h"
@@ -32,10 +32,17 @@ class Cable {
     // Plugged in, and pulled shortly after so many bytes have crossed it; shaken, it is back at once.
     void Plug(int bytes, bool shaken) {
         server_ = std::thread([this, far = NewDevice(), bytes, shaken] {
-            Serve(far, bytes);
-            if (!shaken) return;
+            const bool pulled = Serve(far, bytes);
+            if (!shaken) {
+                close(far);
+                if (pulled) std::filesystem::remove(name_);
+                return;
+            }
             CycleIgnition();
-            Serve(NewDevice(), kEndless);
+            const int back = NewDevice();
+            close(far);
+            Serve(back, kEndless);
+            close(back);
         });
     }
     void PlugInAgain() {
@@ -50,8 +57,9 @@ class Cable {
     int NewDevice() {
         const int far = posix_openpt(O_RDWR | O_NOCTTY);
         if (far < 0 || grantpt(far) != 0 || unlockpt(far) != 0) throw std::runtime_error("no device");
-        std::filesystem::remove(name_);
-        std::filesystem::create_symlink(ptsname(far), name_);
+        // In one step: the name is never without a device.
+        std::filesystem::create_symlink(ptsname(far), name_ + ".new");
+        std::filesystem::rename(name_ + ".new", name_);
         return far;
     }
     // It comes back without memory of what it was told, at another address than before.
@@ -62,7 +70,8 @@ class Cable {
         for (const int byte : {0x14, 0xC0, 0x00})
             module_.Receive(static_cast<std::uint8_t>(byte));
     }
-    void Serve(int far, int left) {
+    // True when so many bytes have crossed, false when the module is no longer wanted.
+    bool Serve(int far, int left) {
         pollfd waiting{far, POLLIN, 0};
         while (left > 0 && !end_) {
             std::uint8_t byte = 0;
@@ -75,8 +84,7 @@ class Cable {
                 left -= left > 0 && write(far, &answer.byte, 1) == 1;
         }
         std::this_thread::sleep_for(1500us);  // what has crossed has arrived
-        close(far);
-        if (left <= 0) std::filesystem::remove(name_);
+        return left <= 0;
     }
     void Wait() {
         end_ = true;

@@ -53,7 +53,7 @@ TEST_F(SerialLineTest, CarriesEveryByteUnchangedBothWays) {
     for (int byte = 0; byte < 256; ++byte)
         all += static_cast<char>(byte);
     FarSends(all);
-    ASSERT_EQ(line.Await(256, line.Now() + 1s, Yielding::Yes), 256);
+    ASSERT_EQ(line.WaitForBytes(256, line.Now() + 1s, Yielding::Yes), 256);
     for (const char byte : all) {
         const auto received = line.ReadByte();
         line.SendByte(received);
@@ -68,13 +68,13 @@ TEST_F(SerialLineTest, WaitsForBytesOrTheDeadlineAndPausesNoShorterServingEvents
     line.Open(7);
     for (const auto yielding : {Yielding::Yes, Yielding::No}) {
         const auto start = line.Now();
-        EXPECT_EQ(line.Await(1, start + 30ms, yielding), 0);
+        EXPECT_EQ(line.WaitForBytes(1, start + 30ms, yielding), 0);
         EXPECT_GE(line.Now() - start, 30ms);
         EXPECT_LT(line.Now() - start, 60ms);
         FarSends("ab");
-        EXPECT_EQ(line.Await(2, line.Now() + 1s, yielding), 2);
+        EXPECT_EQ(line.WaitForBytes(2, line.Now() + 1s, yielding), 2);
         line.Discard();
-        EXPECT_EQ(line.Await(1, line.Now() + 5ms, yielding), 0);
+        EXPECT_EQ(line.WaitForBytes(1, line.Now() + 5ms, yielding), 0);
     }
     // Many a short one, since a sleep that wakes late hides what is missing.
     for (int pause = 0; pause < 60; ++pause) {
@@ -82,7 +82,7 @@ TEST_F(SerialLineTest, WaitsForBytesOrTheDeadlineAndPausesNoShorterServingEvents
         bool served = false;
         QTimer::singleShot(0, [&] { served = true; });
         const auto start = line.Now();
-        line.Pause(duration);
+        line.WaitFor(duration);
         EXPECT_GE(line.Now() - start, duration);
         EXPECT_TRUE(served);
     }
@@ -186,13 +186,13 @@ TEST_F(SerialLineTest, ADeviceThatGoesAwayClosesTheLineAndNothingCrossesAClosedO
     line.Open(7);
     HangUp();
     const auto start = line.Now();
-    EXPECT_EQ(FailureOf([&] { line.Await(1, start + 1s, Yielding::Yes); }),
+    EXPECT_EQ(FailureOf([&] { line.WaitForBytes(1, start + 1s, Yielding::Yes); }),
               "Com7 (" + device + ") is lost: the device is gone.");
     EXPECT_LT(line.Now() - start, 500ms);
     EXPECT_FALSE(line.IsOpen());
     for (const Act& act : {Act(send), Act([&] { line.Discard(); }), Act([&] { line.Open(7); })})
         EXPECT_NE(FailureOf(act), "");
-    line.Pause(1ms);
+    line.WaitFor(1ms);
     line.Close();
 }
 

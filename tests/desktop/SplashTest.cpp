@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "UserActions.h"
 #include "app/ui/SplashWindow.h"
 #include "support/FailureOf.h"
 

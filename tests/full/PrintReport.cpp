@@ -12,6 +12,7 @@
 #include "support/IdleLine.h"
 #include "support/TestSession.h"
 #include "table/LimitTables.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/commands/TableDisplay.h"
 
 #include <QApplication>

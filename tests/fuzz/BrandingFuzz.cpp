@@ -1,6 +1,6 @@
 #include "app/Branding.h"
 #include "app/SplashLoad.h"
-#include "fuzz/Desk.h"
+#include "fuzz/FuzzedSession.h"
 #include "fuzz/Target.h"
 
 namespace rv52::fuzz {
@@ -20,7 +20,7 @@ class NoSplash : public Splash {
 }  // namespace
 
 void Target(std::string_view input) {
-    static Desk desk;
+    static FuzzedSession desk;
     desk.parts.files.contents[desk.parts.files.folder + kBrandingFileName] = input;
     desk.session.state.BrandingLines.clear();
     desk.user.told.clear();

@@ -1,6 +1,6 @@
 #include "app/StartUp.h"
 #include "fuzz/Bytes.h"
-#include "fuzz/Desk.h"
+#include "fuzz/FuzzedSession.h"
 #include "fuzz/Target.h"
 #include "table/Numbers.h"
 #include "table/commands/EndEdit.h"

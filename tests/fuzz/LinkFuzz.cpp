@@ -1,4 +1,6 @@
-#include "app/Commands.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
+#include "app/WindowKeys.h"
 #include "app/state/FormResize.h"
 #include "fuzz/Bytes.h"
 #include "fuzz/Target.h"

@@ -1,4 +1,4 @@
-#include "fuzz/Desk.h"
+#include "fuzz/FuzzedSession.h"
 #include "fuzz/Target.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
@@ -7,7 +7,7 @@
 namespace rv52::fuzz {
 
 void Target(std::string_view input) {
-    static Desk desk;
+    static FuzzedSession desk;
     const std::string path = "/fuzz.tbl";
     desk.parts.files.contents[path] = input;
     desk.session.state.TableShown = false;

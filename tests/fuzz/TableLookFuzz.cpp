@@ -7,6 +7,7 @@
 #include "support/IdleLine.h"
 #include "support/ShownTable.h"
 #include "table/Numbers.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/ui/GridView.h"
 
 #include <bit>
@@ -48,7 +49,7 @@ struct NoSpooler : PrintSystem {
 };
 
 // A desk with the real chart, grid and printer, which writes into memory.
-struct Desk {
+struct FuzzedSession {
     test::IdleLine line;
     test::TestSession test{line};
     Session& session = test.session;
@@ -59,7 +60,7 @@ struct Desk {
     QtPrinter printer{files, spooler};
 };
 
-void Print(Desk& desk) {
+void Print(FuzzedSession& desk) {
     const ReportNotes notes{"today", "fuzz"};
     desk.printer.SetChartDrawing(
         [&](QPainter& painter, const QRectF& place) { desk.chart.DrawOnPaper(painter, place); });
@@ -82,7 +83,7 @@ void Print(Desk& desk) {
 
 void Target(std::string_view input) {
     NeedApplication();
-    static auto& desk = *new Desk;
+    static auto& desk = *new FuzzedSession;
     Bytes bytes(input);
     AdvanceTable table(bytes.Next() % 2 == 0 ? TableType::RACE : TableType::EX);
     const int width = 1 + 4 * bytes.Next();

@@ -21,9 +21,9 @@ class IdleLine : public Line {
     void SendByte(std::uint8_t) override { ADD_FAILURE() << "a byte was sent"; }
     Clock Now() const override { return {}; }
     Clock LastArrival() const override { return {}; }
-    void Pump() override {}
-    int Await(int, Clock, Yielding) override { return 0; }
-    void Pause(std::chrono::milliseconds) override {}
+    void Yield() override {}
+    int WaitForBytes(int, Clock, Yielding) override { return 0; }
+    void WaitFor(std::chrono::milliseconds) override {}
     void OnCondition(ConditionHandler) override {}
 };
 

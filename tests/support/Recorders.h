@@ -12,7 +12,7 @@
 namespace rv52::test {
 
 // Chart, grid and main window as a recorder.
-class RecordingView : public TableView {
+class RecordingView : public ChartAndGrid {
  public:
     void Show() override { shown = true; }
     void Hide() override { shown = false; }

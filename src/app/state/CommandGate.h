@@ -36,19 +36,19 @@ class CommandGate {
     std::optional<std::chrono::nanoseconds> EndAskedAt() const { return endAskedAt_; }
     void SetEndAskedAt(std::optional<std::chrono::nanoseconds> when) { endAskedAt_ = when; }
 
-    // A command's stay behind the gate.
-    class Stay {
+    // Keeps the gate closed while a command runs.
+    class Closed {
      public:
-        explicit Stay(CommandGate& gate) : gate_(gate) {
+        explicit Closed(CommandGate& gate) : gate_(gate) {
             gate_.busy_ = true;
             gate_.closeAborts_ = false;
         }
-        ~Stay() {
+        ~Closed() {
             gate_.busy_ = gate_.closePending_ = gate_.settingsPending_ = gate_.closeAborts_ = false;
             gate_.dismissesBoxes_ = gate_.leaving_ = false;
         }
-        Stay(const Stay&) = delete;
-        Stay& operator=(const Stay&) = delete;
+        Closed(const Closed&) = delete;
+        Closed& operator=(const Closed&) = delete;
 
      private:
         CommandGate& gate_;

@@ -21,7 +21,7 @@ namespace rv52 {
 struct Ports {
     Line& line;
     Prompts& prompts;
-    TableView& view;
+    ChartAndGrid& view;
     Shell& shell;
     Files& files;
     Settings& settings;

@@ -9,9 +9,9 @@ namespace rv52 {
 struct NewTable;
 
 // The chart and the grid, which are always shown and hidden together.
-class TableView {
+class ChartAndGrid {
  public:
-    virtual ~TableView() = default;
+    virtual ~ChartAndGrid() = default;
 
     virtual void Show() = 0;
     virtual void Hide() = 0;

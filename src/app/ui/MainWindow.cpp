@@ -1,7 +1,9 @@
 #include "app/ui/MainWindow.h"
 
-#include "app/Commands.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
 #include "app/StatusText.h"
+#include "app/WindowKeys.h"
 #include "app/state/FormResize.h"
 #include "app/state/Session.h"
 #include "app/ui/HelpWindow.h"
@@ -72,7 +74,7 @@ void MainWindow::Compose(Session& session, const ComDevices& devices) {
 }
 
 void MainWindow::Dispatch(const std::function<void()>& handler) {
-    session_->steps.Procedure([&](Steps& step) { step(handler); });
+    session_->drawing.Guard([&] { session_->steps.Procedure([&](Steps&) { handler(); }); }, [] {});
 }
 
 void MainWindow::Run(const std::function<void(Session&)>& command) {

@@ -19,7 +19,7 @@ struct Session;
 
 // frmCorvane_Main: the menus, the chart above the grid, and two panels over them. It composes and forwards;
 // what a command does is the core's business.
-class MainWindow : public QMainWindow, public Shell, public TableView {
+class MainWindow : public QMainWindow, public Shell, public ChartAndGrid {
  public:
     MainWindow();
 
@@ -41,7 +41,7 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     void OpenHelp(const std::string& path) override;
     void CloseWindows() override;
 
-    // TableView
+    // ChartAndGrid
     void Show() override;
     void Hide() override;
     bool CommitEditor() override;
@@ -50,7 +50,8 @@ class MainWindow : public QMainWindow, public Shell, public TableView {
     // What the chart shows, as vectors, on a printer page.
     void DrawChart(QPainter& painter, const QRectF& place) const;
 
-    // Runs a handler of the window's events; whatever it throws ends in the failure box.
+    // Runs a handler of the window's events, once: what its own steps do not ask about is told in the failure
+    // box when the event is over, and no answer there repeats an event.
     void Dispatch(const std::function<void()>& handler);
     // Runs a command behind the gate.
     void Run(const std::function<void(Session&)>& command);

@@ -1,6 +1,6 @@
 #include "app/ui/Menus.h"
 
-#include "app/Commands.h"
+#include "app/HelpMenu.h"
 #include "link/commands/PortSetup.h"
 #include "link/commands/Vin.h"
 #include "module/commands/Download.h"

@@ -1,6 +1,6 @@
 #include "app/ui/SystemEnd.h"
 
-#include "app/Commands.h"
+#include "app/Leaving.h"
 #include "app/state/Session.h"
 #include "app/ui/MainWindow.h"
 

@@ -213,7 +213,7 @@ void VerifyVIN(Session& session) {
 }
 
 void DelayTimer(Session& session, std::chrono::milliseconds duration) {
-    session.steps([&] { session.line.Pause(duration); });
+    session.steps([&] { session.line.WaitFor(duration); });
 }
 
 }  // namespace rv52

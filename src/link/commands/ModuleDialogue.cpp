@@ -9,10 +9,6 @@ namespace {
 
 constexpr std::size_t kShownOfIdentification = 40;  // characters
 
-void Tell(Session& session, const std::string& text, const std::string& title, Icon icon) {
-    session.steps([&] { session.prompts.Ask({text, title, icon, Buttons::Ok}); });
-}
-
 }  // namespace
 
 bool IdentifyModule(Session& session, const std::string& title, const std::string& verb) {
@@ -21,12 +17,12 @@ bool IdentifyModule(Session& session, const std::string& title, const std::strin
     if (session.gate.ClosePending()) return false;
     if (state.CommOK && !state.FirmwareId.empty()) return true;
     const std::string reason = state.CommOK ? "Invalid firmware ID" : "Firmware ID read failed";
-    Tell(session, reason + " - cannot " + verb + ".", title, Icon::Warning);
+    session.steps.Tell(reason + " - cannot " + verb + ".", title);
     return false;
 }
 
 bool ShowFirmwareId(Session& session, const std::string& title) {
-    Tell(session, "Firmware ID: " + session.state.FirmwareId, title, Icon::Warning);
+    session.steps.Tell("Firmware ID: " + session.state.FirmwareId, title);
     return !session.gate.ClosePending();
 }
 
@@ -39,7 +35,7 @@ void ReportUpload(Session& session, const std::string& title, const std::string&
     state.LastOutcome = verified ? "Upload completed: " + IdentifiedAs(state) + "." : aborted;
     session.shell.RenewStatus();
     session.gate.SetDismissesBoxes(false);  // what has become of a module is never left unsaid
-    Tell(session, verified ? completed : aborted, title, verified ? Icon::Warning : Icon::Information);
+    session.steps.Tell(verified ? completed : aborted, title, verified ? Icon::Warning : Icon::Information);
 }
 
 std::string IdentifiedAs(const AppState& state) {

@@ -42,7 +42,7 @@ void ProgressAndCancel::AdvanceBar() {
 
 bool ProgressAndCancel::AfterRead() {
     AdvanceBar();
-    session_.steps([&] { session_.line.Pump(); });
+    session_.steps([&] { session_.line.Yield(); });
     return !session_.state.AbortRequested;
 }
 

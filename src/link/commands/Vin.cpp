@@ -13,10 +13,7 @@ constexpr const char* kTitle = "Edit RV52A VIN";
 
 bool TakesVin(Session& session) {
     if (ContainsNoCase(session.state.FirmwareId, "RV52A")) return true;
-    session.steps([&] {
-        session.prompts.Ask(
-            {"VIN feature only valid on RV52A Rev 8.1 or higher unit.", kTitle, Icon::Warning, Buttons::Ok});
-    });
+    session.steps.Tell("VIN feature only valid on RV52A Rev 8.1 or higher unit.", kTitle);
     return false;
 }
 

@@ -19,7 +19,7 @@ void ShowCaption(Session& session, const char* suffix) {
 
 void ClearTable(Session& session) {
     session.steps([&] { HideTable(session); });
-    session.steps([&] { session.line.Pump(); });
+    session.steps([&] { session.line.Yield(); });
     ClearEEPROMBuffer(session.state.EepromBuffer);
     ShowCaption(session, " - Data Buffer Empty");
 }
@@ -28,8 +28,7 @@ void ClearTable(Session& session) {
 bool ReadImage(Session& session) {
     ReadEEPROMData(session);
     if (session.state.CommOK) return true;
-    if (!session.gate.ClosePending())
-        session.steps([&] { session.prompts.Ask({"Download failed.", kTitle, Icon::Warning, Buttons::Ok}); });
+    if (!session.gate.ClosePending()) session.steps.Tell("Download failed.", kTitle);
     ClearEEPROMBuffer(session.state.EepromBuffer);
     return false;
 }

@@ -31,10 +31,6 @@ void FixInitialTiming(ModuleParameters& parameters, bool fixed) {
     if (!fixed) parameters.InitialTiming = kNoTimingShift;
 }
 
-void Warn(Session& session, const std::string& text, const char* title) {
-    session.steps([&] { session.prompts.Ask({text, title, Icon::Warning, Buttons::Ok}); });
-}
-
 }  // namespace
 
 void mnuEditModParams_Click(Session& session) {
@@ -84,24 +80,24 @@ void optEEPROMAdvTable_Click(Session& session) {
 }
 
 void optFLASHAdvTable_Click(Session& session) {
-    session.steps.Procedure([&](Steps&) {
+    session.steps.Procedure([&](Steps& step) {
         if (Parameters(session).SelEEPROMTblFlag)
-            Warn(session, "Selecting this option disables any advance table that you upload to EEPROM.",
-                 "Advance Table Options");
+            step.Tell("Selecting this option disables any advance table that you upload to EEPROM.",
+                      "Advance Table Options");
         Parameters(session).SelEEPROMTblFlag = false;
     });
 }
 
 void txtVSSFreq_Validate(Session& session, const std::string& text) {
     constexpr auto range = ModuleParameters::kVSSFreq;
-    session.steps.Procedure([&](Steps&) {
+    session.steps.Procedure([&](Steps& step) {
         const double value = std::floor(LeadingNumber(text).value_or(0.0));
         if (value < range.lowest)
-            Warn(session, "Value must be greater than or equal to " + std::to_string(range.lowest),
-                 "VSS Frequency");
+            step.Tell("Value must be greater than or equal to " + std::to_string(range.lowest),
+                      "VSS Frequency");
         else if (value > range.highest)
-            Warn(session, "Value must be less than or equal to " + std::to_string(range.highest),
-                 "VSS Frequency");
+            step.Tell("Value must be less than or equal to " + std::to_string(range.highest),
+                      "VSS Frequency");
         Parameters(session).VSSFreq =
             Word(static_cast<int>(std::clamp<double>(value, range.lowest, range.highest)));
     });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "table/ModuleParameters.h"
 #include "table/SliderScale.h"
 
 #include <string>
@@ -13,7 +14,10 @@ struct Session;
 
 void mnuEditModParams_Click(Session& session);
 
-constexpr SliderScale kRPMLimitScale{30, 99, 10, 129, 100};
+constexpr int kLowestRpmCount = ModuleParameters::kRPMLimit.lowest / ModuleParameters::kRpmStep;
+constexpr int kHighestRpmCount = ModuleParameters::kRPMLimit.highest / ModuleParameters::kRpmStep;
+constexpr SliderScale kRPMLimitScale{kLowestRpmCount, kHighestRpmCount, 10,
+                                     kLowestRpmCount + kHighestRpmCount, ModuleParameters::kRpmStep};
 constexpr SliderScale kInitTimingScale{0, 10, 2, 5, 1};
 constexpr SliderScale kRearOffsetScale{0, 10, 2, 5, 1};
 constexpr SliderScale kCrankRevsScale{0, 3, 2, 3, 1};

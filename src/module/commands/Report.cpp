@@ -2,6 +2,7 @@
 
 #include "app/state/Session.h"
 #include "platform/Text.h"
+#include "table/commands/FileDialogs.h"
 
 #include <algorithm>
 #include <optional>
@@ -28,9 +29,7 @@ std::string AskDocumentPath(Session& session, const std::string& title) {
         auto path =
             session.prompts.AskSavePath({"Save Report", "PDF documents (*.pdf)|*.pdf", title + ".pdf"});
         if (path.empty() || !session.files.Exists(path)) return path;
-        const auto answer =
-            session.prompts.Ask({path + "\r\nThis file already exists.\r\n\r\nReplace existing file?",
-                                 "Save Report", Icon::Warning, Buttons::YesNoCancel, Answer::No});
+        const auto answer = session.prompts.Ask(ExistsBox(path, "Save Report"));
         if (answer == Answer::Yes) return path;
         if (answer == Answer::Cancel) return {};
     }

@@ -11,10 +11,6 @@ namespace {
 
 constexpr const char* kTitle = "Upload To EEPROM";
 
-void Refuse(Session& session, const char* text, Icon icon) {
-    session.steps([&] { session.prompts.Ask({text, kTitle, icon, Buttons::Ok}); });
-}
-
 // The values themselves say which rows they have. TableType may have followed a module since they were
 // shown.
 bool LacksRows(const Session& session) {
@@ -36,12 +32,12 @@ bool Encode(Session& session) {
 }  // namespace
 
 void mnuUpload_Click(Session& session) {
-    session.steps.Procedure([&](Steps&) {
+    session.steps.Procedure([&](Steps& step) {
         if (!session.state.TableShown || !session.table.HasTable())
-            return Refuse(session, "No advance table data for uploading.", Icon::Warning);
+            return step.Tell("No advance table data for uploading.", kTitle);
         const TableTypeGuard guard(session.state);
         if (!IdentifyModule(session, kTitle, "upload")) return;
-        if (LacksRows(session)) return Refuse(session, "Cannot upload race data to EX version", Icon::None);
+        if (LacksRows(session)) return step.Tell("Cannot upload race data to EX version", kTitle, Icon::None);
         if (!Encode(session)) return;
         WriteEEPROMData(session);
         ReportUpload(session, kTitle, "Upload completed.");

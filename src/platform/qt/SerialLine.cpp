@@ -157,7 +157,7 @@ Line::Clock SerialLine::Now() const {
     return BootTime();
 }
 
-void SerialLine::Pump() {
+void SerialLine::Yield() {
     QCoreApplication::processEvents();
     DeliverConditions();
 }
@@ -168,9 +168,9 @@ void SerialLine::DeliverConditions() {
         handler_(condition);
 }
 
-int SerialLine::Await(int count, Clock deadline, Yielding yielding) {
+int SerialLine::WaitForBytes(int count, Clock deadline, Yielding yielding) {
     for (;;) {
-        if (yielding == Yielding::Yes) Pump();
+        if (yielding == Yielding::Yes) Yield();
         RequireOpen();
         const auto left = deadline - Now();
         const auto waiting = static_cast<int>(port_.bytesAvailable());
@@ -180,10 +180,10 @@ int SerialLine::Await(int count, Clock deadline, Yielding yielding) {
     }
 }
 
-void SerialLine::Pause(std::chrono::milliseconds duration) {
+void SerialLine::WaitFor(std::chrono::milliseconds duration) {
     const auto end = Now() + duration;
     for (;;) {
-        Pump();
+        Yield();
         const auto now = Now();
         if (now >= end) return;
         if (end - now > kSpin)

@@ -26,9 +26,9 @@ class SerialLine : public Line {
     void SendByte(std::uint8_t byte) override;
     Clock Now() const override;
     Clock LastArrival() const override { return lastArrival_; }
-    void Pump() override;
-    int Await(int count, Clock deadline, Yielding yielding) override;
-    void Pause(std::chrono::milliseconds duration) override;
+    void Yield() override;
+    int WaitForBytes(int count, Clock deadline, Yielding yielding) override;
+    void WaitFor(std::chrono::milliseconds duration) override;
     void OnCondition(ConditionHandler handler) override { handler_ = std::move(handler); }
 
  private:

@@ -36,9 +36,7 @@ double UpperLimit(const Session& session, GridCell at) {
 
 bool ValidateEdit(Session& session, GridCell at, const std::string& text) {
     if (MayBecome(session, at, text)) return true;
-    session.steps([&] {
-        session.prompts.Ask({Refusal(session, at), "Advance Edit", Icon::Critical, Buttons::Ok});
-    });
+    session.steps.Tell(Refusal(session, at), "Advance Edit", Icon::Critical);
     return false;
 }
 

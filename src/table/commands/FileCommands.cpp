@@ -5,6 +5,7 @@
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
 #include "table/commands/FileDialogs.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/commands/TableDisplay.h"
 
 #include <filesystem>
@@ -104,7 +105,7 @@ bool OfferToSave(Session& session, const std::string& question, const std::strin
 }
 
 bool RefuseLoad(Session& session, const std::string& text, const std::string& title) {
-    session.steps([&] { session.prompts.Ask({text, title, Icon::Critical, Buttons::Ok}); });
+    session.steps.Tell(text, title, Icon::Critical);
     mnuCloseTable_Click(session);
     return false;
 }
@@ -125,18 +126,12 @@ void OpenTableFile(Session& session, const std::string& path) {
 
 void mnuSaveTable_Click(Session& session) {
     session.steps.Procedure([&](Steps& step) {
-        if (!session.table.HasTable())
-            return step([&] {
-                session.prompts.Ask(
-                    {"No advance table data for saving.", "File Save", Icon::Warning, Buttons::Ok});
-            });
+        if (!session.table.HasTable()) return step.Tell("No advance table data for saving.", "File Save");
         const auto path =
             step.Value([&] { return FileSave(session, "Save File", kTableFilter, {}); }, std::string{});
         if (path.empty()) return;
         if (!WriteTableFile(session, path)) {
-            step([&] {
-                session.prompts.Ask({"Error saving " + path, "File Save", Icon::Critical, Buttons::Ok});
-            });
+            step.Tell("Error saving " + path, "File Save", Icon::Critical);
             return mnuCloseTable_Click(session);
         }
         session.history.Saved();

@@ -30,13 +30,13 @@ MessageBox NotFoundBox(const std::string& path, const std::string& question) {
     return box;
 }
 
-MessageBox ExistsBox(const std::string& path, const std::string& question) {
+}  // namespace
+
+MessageBox ExistsBox(const std::string& path, const std::string& title, const std::string& question) {
     return {path + "\r\nThis file already exists.\r\n\r\n" +
                 (question.empty() ? "Replace existing file?" : question),
-            "File Save", Icon::Warning, Buttons::YesNoCancel, Answer::No};
+            title, Icon::Warning, Buttons::YesNoCancel, Answer::No};
 }
-
-}  // namespace
 
 std::string FileOpen(Session& session, const std::string& fileTitle, const std::string& filter,
                      const std::string& notExistMessage, std::string chosen) {
@@ -69,8 +69,8 @@ std::string FileSave(Session& session, const std::string& fileTitle, const std::
             // Where it cannot be told whether the file exists, the question is asked: nothing is replaced
             // unasked.
             if (path.empty() || !step.Value([&] { return session.files.Exists(path); }, true)) return;
-            const auto answer =
-                step.Value([&] { return session.prompts.Ask(ExistsBox(path, existMessage)); }, Answer::No);
+            const auto answer = step.Value(
+                [&] { return session.prompts.Ask(ExistsBox(path, "File Save", existMessage)); }, Answer::No);
             if (answer == Answer::Yes) return;
             if (answer != Answer::No) FailSave("Canceled File Save");
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/Prompts.h"
+
 #include <string>
 
 namespace rv52 {
@@ -16,8 +18,11 @@ struct Session;
 std::string FileOpen(Session& session, const std::string& fileTitle, const std::string& filter,
                      const std::string& notExistMessage, std::string chosen = {});
 
-// Asks for a file to save to; for one that exists, existMessage decides ("Replace existing file?" when
-// empty).
+// Whether a file that exists may be replaced: "Replace existing file?" when question is empty.
+MessageBox ExistsBox(const std::string& path, const std::string& title, const std::string& question = {});
+
+// Asks for a file to save to; for one that exists, existMessage decides, as in
+// ExistsBox.
 std::string FileSave(Session& session, const std::string& fileTitle, const std::string& filter,
                      const std::string& existMessage);
 

@@ -2,25 +2,10 @@
 
 #include "app/state/FormResize.h"
 #include "app/state/Session.h"
-#include "platform/Failure.h"
 #include "table/Numbers.h"
 #include "table/commands/GridCursor.h"
 
 namespace rv52 {
-
-bool LoadChartTemplate(Session& session, TableType type) {
-    const auto path = session.files.ProgramFolder() + std::string(ChartTemplateFileName(type));
-    if (!session.files.Exists(path)) return false;
-    std::optional<ChartTemplate> chartTemplate;
-    try {
-        chartTemplate = ParseChartTemplate(session.files.ReadWhole(path), type);
-    } catch (const FileFailure&) {
-        return false;
-    }
-    if (!chartTemplate) return false;
-    session.chart.SetTemplate(std::move(*chartTemplate));
-    return true;
-}
 
 void SetUpTableGrid(Session& session, TableType type) {
     session.sheet.SetUp(type);

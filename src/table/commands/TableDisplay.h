@@ -11,9 +11,6 @@ struct Session;
 
 // What every command that loads a table does to the chart and the grid.
 
-// The type's template from the program's folder into the chart; false when it is missing or malformed.
-bool LoadChartTemplate(Session& session, TableType type);
-
 // Lays the grid out: headers, empty cells, the cursor on the corner.
 void SetUpTableGrid(Session& session, TableType type);
 

@@ -97,11 +97,11 @@ void CellEditor::OpenOnText() {
 
 bool CellEditor::Commit() {
     if (!editor_) return true;
-    if (judging_) return false;
+    if (asking_) return false;
     bool accepted = false;
     {
         // The box that refuses a text takes the focus, which is no second end of the edit.
-        const QScopedValueRollback judging(judging_, true);
+        const QScopedValueRollback judging(asking_, true);
         dispatch_([&] { accepted = EndEdit(session_, edited_, FromQt(editor_->text())); });
     }
     if (accepted) {

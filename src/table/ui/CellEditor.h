@@ -73,8 +73,8 @@ class CellEditor : public QObject {
     Dispatch dispatch_;
     QAbstractItemView& view_;
     QPointer<CellLineEdit> editor_;
-    GridCell edited_;       // the cell that editor_ is open on
-    bool judging_ = false;  // a refusal may be on screen
+    GridCell edited_;      // the cell that editor_ is open on
+    bool asking_ = false;  // a refusal may be on screen
 };
 
 }  // namespace rv52

@@ -46,7 +46,7 @@ GridView::GridView(Session& session, Dispatch dispatch, RunCommand runCommand, Q
       corner_(new GridCorner(this)),
       menu_(new GridMenu(session, std::move(runCommand), this)),
       editing_(new CellEditor(session, dispatch_, *this)) {
-    Dress();
+    SetUpParts();
     setModel(model_);
     session.sheet.OnChange([view = QPointer<GridView>(this)](GridSheet::Change change) {
         if (view) view->SheetChanged(change);
@@ -55,7 +55,7 @@ GridView::GridView(Session& session, Dispatch dispatch, RunCommand runCommand, Q
     ReflectLayout();
 }
 
-void GridView::Dress() {
+void GridView::SetUpParts() {
     setObjectName(QStringLiteral("VSFlexGrid1"));
     setAccessibleName(tr("Advance table"));
     setToolTip(tr("Click to select or double click to edit cell"));

@@ -53,7 +53,7 @@ class GridView : public QTableView {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
-    void Dress();
+    void SetUpParts();
     void SheetChanged(GridSheet::Change change);
     void ReflectLayout();
     // Row heights and column widths for the grid's present inner size.

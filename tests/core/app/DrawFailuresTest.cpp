@@ -1,5 +1,5 @@
-#include "app/Commands.h"
-#include "core/Desk.h"
+#include "app/RunCommand.h"
+#include "core/SessionTest.h"
 #include "platform/Failure.h"
 #include "support/FailureOf.h"
 #include "table/commands/GridCursor.h"
@@ -9,7 +9,7 @@ namespace rv52::test {
 namespace {
 
 // Chart and grid that cannot always be drawn; and a copied 30 for every cell of a table of 20.
-class DrawFailuresTest : public Desk {
+class DrawFailuresTest : public SessionTest {
  protected:
     DrawFailuresTest() {
         session.table.OnRedraw([this] { Draw(chartDraws); });

@@ -1,5 +1,7 @@
 #include "app/Branding.h"
-#include "app/Commands.h"
+#include "app/HelpMenu.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
 #include "app/StartUp.h"
 #include "app/state/FormResize.h"
 #include "app/state/WindowLayout.h"
@@ -45,7 +47,7 @@ TEST_F(ProgramTest, StartsWithoutATableUnderTheBrand) {
     line_.Raise(LineCondition::Parity);
     test_.prompts.Expect({"Parity error.", "Communications Error", Icon::Critical, Buttons::RetryCancel},
                          Answer::Cancel);
-    line_.Pump();
+    line_.Yield();
 }
 
 TEST_F(ProgramTest, TellsOfSettingsThatCannotBeReadAndStartsAllTheSame) {
@@ -154,7 +156,7 @@ TEST_F(ProgramTest, TheSystemAsksOnceAsAUserWouldAndThenNoMoreButNeverStopsProgr
         const auto ask = [&] {
             session_.state.LinkWork = moment.work;
             if (moment.earlier != Earlier::Never) gate.SetEndAskedAt(line_.Now());
-            if (moment.earlier == Earlier::Before) line_.Pause(std::chrono::seconds(1));
+            if (moment.earlier == Earlier::Before) line_.WaitFor(std::chrono::seconds(1));
             EXPECT_EQ(AskedToEnd(session_), moment.act);
             EXPECT_EQ(gate.ClosePending(), moment.closeFollows);
             EXPECT_EQ(gate.DismissesBoxes(), moment.boxesDismissed);
@@ -181,7 +183,7 @@ TEST_F(ProgramTest, WhileLeavingTheSystemAddsNoQuestionAndAfterACancelAsksAnew) 
         test_.prompts.ExpectQuestion("Save advance table before exiting?", "Exit Program", Answer::Cancel);
         test_.prompts.whileOpen = [this] {
             EXPECT_EQ(AskedToEnd(session_), EndAct::Nothing);
-            line_.Pause(std::chrono::seconds(1));
+            line_.WaitFor(std::chrono::seconds(1));
             EXPECT_EQ(AskedToEnd(session_), EndAct::LeaveAtOnce);
         };
         RequestExit(session_);

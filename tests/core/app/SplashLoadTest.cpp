@@ -1,6 +1,6 @@
 #include "app/Branding.h"
 #include "app/SplashLoad.h"
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "platform/Failure.h"
 #include "table/Numbers.h"
 
@@ -28,7 +28,7 @@ class RecordingSplash : public Splash {
     Texts told;
 };
 
-class SplashLoadTest : public test::Desk {
+class SplashLoadTest : public test::SessionTest {
  protected:
     void Load(const std::string& file) {
         files["/program/Corvane_RV52.cfg"] = file;

@@ -1,4 +1,4 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "app/StatusText.h"
 #include "module/commands/Upload.h"
 #include "support/ConnectedSession.h"

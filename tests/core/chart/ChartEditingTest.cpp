@@ -1,6 +1,7 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
+#include "app/WindowKeys.h"
 #include "chart/commands/ChartEditing.h"
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "table/Numbers.h"
 #include "table/commands/GridCursor.h"
 
@@ -10,7 +11,7 @@
 namespace rv52::test {
 namespace {
 
-class ChartEditingTest : public Desk {
+class ChartEditingTest : public SessionTest {
  protected:
     ChartEditingTest() {
         session.table.OnRedraw([this] { ++redraws; });

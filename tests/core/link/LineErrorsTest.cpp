@@ -28,10 +28,10 @@ TEST(LineErrorsTest, NamesEachConditionAndRetryEmptiesTheBuffer) {
             at.line.Advance(1ms);
             at.line.Raise(condition);
             ExpectLineError(at.prompts, text, answer);
-            at.line.Pump();
+            at.line.Yield();
             EXPECT_TRUE(at.prompts.Done());
             EXPECT_EQ(at.state.LineErrorCount, 1);
-            EXPECT_EQ(at.line.Await(1, at.line.Now(), Yielding::No), answer == Answer::Retry ? 0 : 1);
+            EXPECT_EQ(at.line.WaitForBytes(1, at.line.Now(), Yielding::No), answer == Answer::Retry ? 0 : 1);
             EXPECT_TRUE(at.line.IsOpen());
         }
     }
@@ -50,7 +50,7 @@ TEST(LineErrorsTest, TheThirdClosesThePortBeforeItsBox) {
             }
             at.line.Raise(LineCondition::Parity);
             ExpectLineError(at.prompts, "Parity error.", answer);
-            at.line.Pump();
+            at.line.Yield();
             EXPECT_EQ(at.state.LineErrorCount, error == 5 ? 1 : error);
         }
         EXPECT_EQ(open, (std::vector{true, true, false, false, true}));

@@ -133,11 +133,11 @@ class FailingLine : public VirtualLine {
     void Discard() override { Call(), VirtualLine::Discard(); }
     std::uint8_t ReadByte() override { return Call(), VirtualLine::ReadByte(); }
     void SendByte(std::uint8_t byte) override { Call(), VirtualLine::SendByte(byte); }
-    void Pump() override { Call(), VirtualLine::Pump(); }
-    int Await(int count, Clock deadline, Yielding yielding) override {
-        return Call(), VirtualLine::Await(count, deadline, yielding);
+    void Yield() override { Call(), VirtualLine::Yield(); }
+    int WaitForBytes(int count, Clock deadline, Yielding yielding) override {
+        return Call(), VirtualLine::WaitForBytes(count, deadline, yielding);
     }
-    void Pause(std::chrono::milliseconds duration) override { Call(), VirtualLine::Pause(duration); }
+    void WaitFor(std::chrono::milliseconds duration) override { Call(), VirtualLine::WaitFor(duration); }
 
     bool HasFailed() const { return calls_ >= callToFail_; }
 

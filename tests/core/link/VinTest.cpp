@@ -1,4 +1,6 @@
-#include "app/Commands.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
+#include "app/WindowKeys.h"
 #include "link/commands/LinkProcedures.h"
 #include "link/commands/Vin.h"
 #include "support/ConnectedSession.h"

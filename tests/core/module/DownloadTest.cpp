@@ -1,4 +1,4 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "module/commands/Download.h"
 #include "support/PatternModule.h"
 #include "support/ShownTable.h"

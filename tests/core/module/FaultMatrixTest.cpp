@@ -1,4 +1,6 @@
-#include "module/FaultMatrixWorkshop.h"
+#include "app/Leaving.h"
+#include "app/WindowKeys.h"
+#include "module/TamperedTransfer.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -18,8 +20,8 @@ TEST(FaultMatrix, AReplyLostAnywhereIsNoSuccess) {
                                       : k <= uploadReplies / 2 + 1 ? kUnprogrammed
                                       : k <= uploadReplies         ? kUnverified
                                                                    : kCompleted;
-                EXPECT_EQ(Workshop(Options(type, true), fault).Upload(), outcome);
-                EXPECT_EQ(Workshop(Options(type, true), fault).Download(), k > downloadReplies);
+                EXPECT_EQ(TamperedTransfer(Options(type, true), fault).Upload(), outcome);
+                EXPECT_EQ(TamperedTransfer(Options(type, true), fault).Download(), k > downloadReplies);
             }
         }
     }
@@ -27,7 +29,7 @@ TEST(FaultMatrix, AReplyLostAnywhereIsNoSuccess) {
 
 enum class Transfer { Upload, Download, Vin };
 
-bool Succeeds(Workshop& workshop, Transfer transfer) {
+bool Succeeds(TamperedTransfer& workshop, Transfer transfer) {
     if (transfer == Transfer::Upload) return workshop.Upload() == kCompleted;
     return transfer == Transfer::Download ? workshop.Download() : workshop.EditVin() == kVinDone;
 }
@@ -47,7 +49,7 @@ void StrikeEverywhere(const ModuleOptions& options, const std::string& kind, Ans
          k += k % 100 < 20 ? 1 : stride) {
         const auto fault = kind + std::to_string(k + 1) + details;
         SCOPED_TRACE(fault + ", " + std::to_string(static_cast<int>(transfer)));
-        Workshop workshop(options, fault, answer);
+        TamperedTransfer workshop(options, fault, answer);
         workshop.user.whileOpen = [&] {
             if (workshop.at.line.IsPresent()) return;
             workshop.at.line.PlugIn();
@@ -88,8 +90,8 @@ INSTANTIATE_TEST_SUITE_P(EachAnswer, FaultMatrixTest,
 TEST(FaultMatrix, StrayBytesMayDisturbButNotDeceive) {
     for (const bool echo : {true, false})
         for (int k = 1; k <= 273; k += 3)
-            Workshop(Options(TableType::RACE, echo), "garbage-before-reply=" + std::to_string(k),
-                     Answer::Ignore)
+            TamperedTransfer(Options(TableType::RACE, echo), "garbage-before-reply=" + std::to_string(k),
+                             Answer::Ignore)
                 .Upload();
 }
 
@@ -101,12 +103,12 @@ TEST(FaultMatrix, WhoComesInBetweenTwoOpeningsIsNoSuccess) {
         for (const auto answer : {Answer::Abort, Answer::Ignore, Answer::Retry}) {
             for (int closing = 1; closing <= 6; ++closing) {
                 SCOPED_TRACE(std::string(ToText(options.type)) + ", closing " + std::to_string(closing));
-                const auto fails = [&](Workshop& workshop) {
+                const auto fails = [&](TamperedTransfer& workshop) {
                     workshop.peer.closed = [&, left = closing]() mutable {
                         if (--left == 0) workshop.at.line.FailOpens("Com1 is in use.", 2);
                     };
                 };
-                Workshop upload(options, {}, answer);
+                TamperedTransfer upload(options, {}, answer);
                 fails(upload);
                 const auto outcome = upload.Upload();
                 const auto stored = upload.peer.module.Stored();
@@ -114,17 +116,18 @@ TEST(FaultMatrix, WhoComesInBetweenTwoOpeningsIsNoSuccess) {
                                    : stored == programmed            ? kUnverified
                                                                      : kUnprogrammed);
                 EXPECT_TRUE(closing > 2 || stored == 0);
-                Workshop download(options, {}, answer);
+                TamperedTransfer download(options, {}, answer);
                 fails(download);
                 const bool taken = download.Download();
                 EXPECT_EQ(taken, closing > 2 || (closing == 1 && answer == Answer::Retry));
                 if (options.echo) {
-                    Workshop vin(options, {}, answer);
+                    TamperedTransfer vin(options, {}, answer);
                     fails(vin);
                     vin.EditVin();
                 }
 
-                Workshop talked(options, "second-talker=" + std::to_string(closing) + ",at=192", answer);
+                TamperedTransfer talked(options, "second-talker=" + std::to_string(closing) + ",at=192",
+                                        answer);
                 talked.repointed = true;
                 talked.Upload();
             }
@@ -141,7 +144,7 @@ TEST(FaultMatrix, ADamagedNameIsNoneOrIsTold) {
             const auto fault = "flipped-identification=1,character=" + std::to_string(character) +
                                ",bit=" + std::to_string(bit);
             SCOPED_TRACE(fault);
-            Workshop seen(options, fault);
+            TamperedTransfer seen(options, fault);
             seen.at.line.OnYield([&, raised = false]() mutable {
                 if (!std::exchange(raised, seen.peer.received == 1)) return;
                 seen.at.line.Raise(LineCondition::Framing);
@@ -149,7 +152,7 @@ TEST(FaultMatrix, ADamagedNameIsNoneOrIsTold) {
             EXPECT_EQ(seen.Upload(), kUnread);
             EXPECT_EQ(seen.peer.module.Stored(), 0);
 
-            Workshop unseen(options, fault);
+            TamperedTransfer unseen(options, fault);
             unseen.repointed = true;
             const auto& state = unseen.session.state;
             RunCommand(unseen.session, mnuUpload_Click);
@@ -183,7 +186,7 @@ TEST(FaultMatrix, EchoesAreCountedNotTrusted) {
     for (const auto& [what, echo, tamper, outcome] : cases) {
         SCOPED_TRACE(what);
         for (const auto type : {TableType::RACE, TableType::EX}) {
-            Workshop workshop(Options(type, echo));
+            TamperedTransfer workshop(Options(type, echo));
             workshop.peer.out = tamper;
             EXPECT_EQ(workshop.Upload(), outcome);
             workshop.peer.received = 0;
@@ -195,7 +198,7 @@ TEST(FaultMatrix, EchoesAreCountedNotTrusted) {
 TEST(FaultMatrix, ABitFlippedOnTheWayOutIsFound) {
     constexpr int sent = 1 + 3 + 2 * 135 + 3 + 135;
     for (int k = 0; k < sent; ++k) {
-        Workshop workshop(Options(TableType::RACE, k % 2 == 0));
+        TamperedTransfer workshop(Options(TableType::RACE, k % 2 == 0));
         // Of an address's high byte the module minds the lowest bit only.
         const int bit = k == 3 || k == 4 + 270 + 2 ? 0 : k % 8;
         workshop.peer.in = [=](int n, std::uint8_t byte) {
@@ -223,7 +226,7 @@ TEST(FaultMatrix, IdentificationsOfEveryKind) {
         for (const bool echo : {false, true}) {
             auto options = Options(TableType::RACE, echo);
             options.identification = text;
-            EXPECT_EQ(Workshop(options).Upload(), outcome) << text.substr(0, 20);
+            EXPECT_EQ(TamperedTransfer(options).Upload(), outcome) << text.substr(0, 20);
         }
     }
 }
@@ -237,7 +240,7 @@ TEST(FaultMatrix, EscapeAndClosingAtAnyMoment) {
         bool struck = true;
         for (int moment = 1; struck; moment += 11) {
             SCOPED_TRACE(moment);
-            Workshop workshop(Options(TableType::RACE, true));
+            TamperedTransfer workshop(Options(TableType::RACE, true));
             workshop.session.state.AbortRequested = true;  // pressed while idle: without effect
             const auto& panels = workshop.at.test.shell.progress;
             int yields = 0;

@@ -1,4 +1,4 @@
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "module/commands/ModParams.h"
 
 #include <tuple>
@@ -6,7 +6,7 @@
 namespace rv52::test {
 namespace {
 
-class ModParamsTest : public Desk {};
+class ModParamsTest : public SessionTest {};
 
 TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
     parameters = {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};

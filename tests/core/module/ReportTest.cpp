@@ -1,4 +1,4 @@
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "module/commands/Report.h"
 #include "table/commands/FileCommands.h"
 
@@ -15,7 +15,7 @@ constexpr const char* kRpm =
     "    5000    5500    6000    6500    7000    7500";
 constexpr const char* kWords = "the printer is on fire";
 
-class ReportTest : public Desk {
+class ReportTest : public SessionTest {
  protected:
     ReportTest() { session.state.BrandingLines = {"Emberline", "Street"}; }
 

@@ -1,4 +1,4 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "module/EepromImage.h"
 #include "module/commands/Upload.h"
 #include "support/PatternModule.h"
@@ -14,8 +14,8 @@ constexpr auto RACE = TableType::RACE;
 constexpr auto EX = TableType::EX;
 
 // A module, and a table of the pattern on screen with its parameters.
-struct Workshop : ConnectedModule {
-    Workshop(const ModuleOptions& options, TableType shown, Faults faults = {})
+struct ModuleAndTable : ConnectedModule {
+    ModuleAndTable(const ModuleOptions& options, TableType shown, Faults faults = {})
         : ConnectedModule(options, std::move(faults)) {
         ShowAs(session, DecodeEepromImage(PatternBuffer(), shown, state.ModuleParameters));
     }
@@ -40,7 +40,7 @@ TEST(UploadTest, ProgramsTheTableOnScreenAndVerifies) {
     for (const auto type : {RACE, EX}) {
         for (const bool echo : {false, true}) {
             const auto options = Options(type, echo);
-            Workshop at(options, type);
+            ModuleAndTable at(options, type);
             at.state.VerifyErrors = 3;  // of an upload before
             at.Upload(kCompleted, Icon::Warning);
 
@@ -60,7 +60,7 @@ TEST(UploadTest, ProgramsTheTableOnScreenAndVerifies) {
 
 TEST(UploadTest, AnExTableGivesARaceModuleItsUpperRows) {
     const auto options = Options(RACE, true);
-    Workshop at(options, EX);
+    ModuleAndTable at(options, EX);
     at.Upload(kCompleted, Icon::Warning);
     auto expected = Programmed(options.eeprom, RACE);
     for (int index = 0; index < 128; ++index)  // MAP 16 is the fourth row of the EX region
@@ -74,7 +74,7 @@ TEST(UploadTest, ARaceTableIsNoTableForAnExModule) {
     options.identification = "rv52a ex 8.1";
     // Also where TableType has lost track of the values on screen.
     for (const auto believed : {RACE, EX}) {
-        Workshop at(options, RACE);
+        ModuleAndTable at(options, RACE);
         at.state.TableType = believed;
         at.Upload("Cannot upload race data to EX version", Icon::None);
         EXPECT_EQ(at.module.Stored(), 0);
@@ -83,7 +83,7 @@ TEST(UploadTest, ARaceTableIsNoTableForAnExModule) {
 }
 
 TEST(UploadTest, WithoutATableThePortStaysUntouched) {
-    Workshop at(Options(RACE, true), RACE);
+    ModuleAndTable at(Options(RACE, true), RACE);
     HideTable(at.session);
     at.Upload("No advance table data for uploading.", Icon::Warning);
     EXPECT_TRUE(at.line.Opens().empty());
@@ -116,7 +116,7 @@ TEST(UploadTest, TellsEveryFailureAndGivesTheTypeBack) {
     for (const auto& [fault, module, timesOut, stored, outcome, verifyErrors] : cases) {
         for (const auto answer : {Answer::Abort, Answer::Ignore}) {
             SCOPED_TRACE(std::string(fault) + ": " + outcome);
-            Workshop at(Options(module, true), EX, Faults({fault}, 5));
+            ModuleAndTable at(Options(module, true), EX, Faults({fault}, 5));
             if (timesOut) at.prompts.ExpectError(kTimeoutText, answer);
             const bool aborted = outcome == kUnprogrammed || outcome == kUnverified;
             at.Upload(outcome, aborted ? Icon::Information : Icon::Warning);

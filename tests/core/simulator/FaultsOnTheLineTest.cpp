@@ -53,9 +53,9 @@ class Conversation {
         if (word == "!") line_.HangUp(), line_.PlugIn();
         if (word == "|") line_.Close();
         if (word == "|" || word == "!") return line_.Open(1);
-        if (word.front() == 'w') return line_.Pause(std::chrono::milliseconds(std::stoi(word.substr(1))));
+        if (word.front() == 'w') return line_.WaitFor(std::chrono::milliseconds(std::stoi(word.substr(1))));
         line_.SendByte(static_cast<std::uint8_t>(std::stoi(word, nullptr, 16)));
-        line_.Pause(1ms);
+        line_.WaitFor(1ms);
     }
 
     SimulatedModule module_;

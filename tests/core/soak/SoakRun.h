@@ -1,6 +1,8 @@
 #pragma once
 
-#include "app/Commands.h"
+#include "app/Leaving.h"
+#include "app/RunCommand.h"
+#include "app/WindowKeys.h"
 #include "app/state/FormResize.h"
 #include "app/state/Session.h"
 #include "link/commands/Vin.h"
@@ -62,7 +64,7 @@ class SoakRun {
             closing_ = false;
             const auto panels = shell_.progress.size();
             Transfer();
-            JudgeRest(panels);
+            CheckAfterwards(panels);
             ++count_.transfers;
         }
     }
@@ -134,25 +136,25 @@ class SoakRun {
     }
 
     void Transfer() {
-        using Judge = void (SoakRun::*)(const Before&);
-        const std::pair<void (*)(Session&), Judge> transfers[] = {
-            {mnuDownload_Click, &SoakRun::JudgeDownload},
-            {mnuUpload_Click, &SoakRun::JudgeUpload},
-            {mnuEditVIN_Click, &SoakRun::JudgeVin}};
-        const auto [command, judge] = dice_.Of(transfers);
+        using Check = void (SoakRun::*)(const Before&);
+        const std::pair<void (*)(Session&), Check> transfers[] = {
+            {mnuDownload_Click, &SoakRun::CheckDownload},
+            {mnuUpload_Click, &SoakRun::CheckUpload},
+            {mnuEditVIN_Click, &SoakRun::CheckVin}};
+        const auto [command, check] = dice_.Of(transfers);
         const Before before{state_.TableType, state_.TableShown, shell_.caption, state_.ModuleParameters,
                             session_.table.HasTable() ? std::optional(session_.table.Table()) : std::nullopt};
         const auto eeprom = module_.Module().Eeprom();
         const auto begun = module_.Module().State();
         RunCommand(session_, command);
         conduct_ = module_.TakeConduct();
-        (this->*judge)(before);
-        JudgeMemory(command, eeprom, begun);
+        (this->*check)(before);
+        CheckMemory(command, eeprom, begun);
     }
 
     // Nothing has changed outside the ranges of the module that is there, but for a byte begun by the command
     // before, and what no program can prevent.
-    void JudgeMemory(void (*command)(Session&), const ModuleEeprom& before, const ModuleState& begun) {
+    void CheckMemory(void (*command)(Session&), const ModuleEeprom& before, const ModuleState& begun) {
         EXPECT_EQ(conduct_.sentAfterBreak, 0);
         EXPECT_EQ(conduct_.writtenAfterSilence, 0);
         if (conduct_.repointed) ++count_.repointed;
@@ -174,7 +176,7 @@ class SoakRun {
                 << address;
     }
 
-    void JudgeRest(std::size_t panels) {
+    void CheckAfterwards(std::size_t panels) {
         EXPECT_FALSE(line_.IsOpen());
         EXPECT_FALSE(shell_.progressShown);
         EXPECT_FALSE(session_.gate.Busy());
@@ -199,7 +201,7 @@ class SoakRun {
         EXPECT_TRUE(!before.table || session_.table.Table() == *before.table);
     }
 
-    void JudgeDownload(const Before& before) {
+    void CheckDownload(const Before& before) {
         const auto answered = [&](Answer answer) {
             return user_.Answered("Save advance table before downloading?", answer);
         };
@@ -232,7 +234,7 @@ class SoakRun {
         EXPECT_TRUE(untemplated || state_.EepromBuffer == EepromBuffer{});
     }
 
-    void JudgeUpload(const Before& before) {
+    void CheckUpload(const Before& before) {
         ExpectUnchanged(before);
         const auto module = TypeNamedIn(state_.FirmwareId);
         const bool refused = user_.WasTold("Cannot upload race data to EX version");
@@ -247,7 +249,7 @@ class SoakRun {
         ExpectSeen(WriteExtent(module).ranges, wanted);
     }
 
-    void JudgeVin(const Before& before) {
+    void CheckVin(const Before& before) {
         EXPECT_EQ(state_.TableType, before.type);
         if (!user_.WasTold("Upload completed.\r\n")) return;
         ++count_.vins;

@@ -55,7 +55,7 @@ class WitnessedModule : public Peer {
             command_ = byte;
             arguments_ = byte == 0x14 ? 2 : byte == 0x16 ? 1 : 0;
             if (byte != 0x15) return answer;
-            Judge(address_, answer);
+            NoteRead(address_, answer);
             address_ = (address_ + 1) % ModuleEeprom::kSize;
         } else if (--arguments_ == 0 && command_ == 0x16) {
             seen_[static_cast<std::size_t>(address_)] = Seen::No;
@@ -119,7 +119,7 @@ class WitnessedModule : public Peer {
         lastByte_ = line->Now();
         reopened_ = false;
     }
-    void Judge(int address, const PeerAnswer& answer) {
+    void NoteRead(int address, const PeerAnswer& answer) {
         lastRead_ = address;
         const bool told = !answer.bytes.empty() && answer.bytes.back().byte == module_->Eeprom()[address];
         seen_[static_cast<std::size_t>(address)] =

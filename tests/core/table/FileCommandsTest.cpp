@@ -1,4 +1,4 @@
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "core/table/RandomTable.h"
 #include "platform/Failure.h"
 #include "table/TableFile.h"
@@ -18,11 +18,11 @@ ModuleParameters SomeParameters() {
 }
 
 // For the commands on table files. The caption tells whether a command set it.
-class FileDesk : public Desk {
+class FileCommandsTest : public SessionTest {
  protected:
     using Expectations = std::function<void()>;
 
-    FileDesk() {
+    FileCommandsTest() {
         caption = "as it was";
         session.sheet.SetUp(TableType::RACE);
     }
@@ -60,8 +60,8 @@ class FileDesk : public Desk {
     }
 };
 
-using OpenTableTest = FileDesk;
-using SaveTableTest = FileDesk;
+using OpenTableTest = FileCommandsTest;
+using SaveTableTest = FileCommandsTest;
 
 TEST_F(OpenTableTest, KeepsTheParametersOfAFileWhoseTableItCannotShow) {
     const auto kept = RandomTable(TableType::RACE, 5);

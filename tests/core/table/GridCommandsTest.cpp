@@ -1,4 +1,4 @@
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "table/Numbers.h"
 #include "table/commands/EndEdit.h"
 #include "table/commands/GridCursor.h"
@@ -12,7 +12,7 @@
 namespace rv52::test {
 namespace {
 
-class GridCommandsTest : public Desk {
+class GridCommandsTest : public SessionTest {
  protected:
     void ExpectRefused(GridCell at, const std::string& text, const std::string& words) {
         prompts.ExpectNotice(words, "Advance Edit", Icon::Critical);

@@ -1,4 +1,4 @@
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "table/Numbers.h"
 #include "table/commands/NewTable.h"
 
@@ -20,7 +20,7 @@ TEST(NewAdvanceTest, GivesTheWorkedValues) {
             << minimum << " to " << maximum << ", " << advSlope << ", " << initTiming;
 }
 
-class NewTableTest : public Desk {
+class NewTableTest : public SessionTest {
  protected:
     void ShowOldTable() {
         ShowFlat(TableType::RACE, 20);

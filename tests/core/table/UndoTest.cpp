@@ -1,7 +1,8 @@
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "app/StatusText.h"
+#include "app/WindowKeys.h"
 #include "chart/commands/ChartEditing.h"
-#include "core/Desk.h"
+#include "core/SessionTest.h"
 #include "core/table/RandomTable.h"
 #include "table/Numbers.h"
 #include "table/commands/EndEdit.h"
@@ -181,7 +182,7 @@ TEST(UndoTest, AnyEditsAreTakenBackAndMadeAgainToTheLetter) {
     }
 }
 
-class UndoDeskTest : public Desk {
+class UndoKeysTest : public SessionTest {
  protected:
     void SetUp() override { ShowFlat(TableType::RACE, 30); }
     void Edit(const std::string& text) { EXPECT_TRUE(EndEdit(session, kAt, text)); }
@@ -192,7 +193,7 @@ class UndoDeskTest : public Desk {
     static constexpr GridCell kAt{GridRow(2), GridColumn(3)};
 };
 
-TEST_F(UndoDeskTest, GoesBackAtLeastTwoHundredSteps) {
+TEST_F(UndoKeysTest, GoesBackAtLeastTwoHundredSteps) {
     for (int step = 0; step < 300; ++step)
         Edit(std::to_string(step % 45) + ".04");
     for (std::size_t step = 0; step < EditHistory::kMostSteps; ++step)
@@ -203,7 +204,7 @@ TEST_F(UndoDeskTest, GoesBackAtLeastTwoHundredSteps) {
     EXPECT_EQ(session.state.LastOutcome, "Nothing to undo");
 }
 
-TEST_F(UndoDeskTest, TheStatusLineTellsWhatWasUndoneAndWhatDiffers) {
+TEST_F(UndoKeysTest, TheStatusLineTellsWhatWasUndoneAndWhatDiffers) {
     MoveGridCursor(session, {GridRow(0), GridColumn(1)});
     const std::string port = "Com1: /dev/ttyS0";
     EXPECT_EQ(Status(), port);

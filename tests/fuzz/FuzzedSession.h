@@ -8,7 +8,7 @@
 namespace rv52::fuzz {
 
 // A program without a module, whose user dismisses every box.
-struct Desk {
+struct FuzzedSession {
     test::IdleLine line;
     test::TestSession parts{line};
     test::DismissingUser user;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/Commands.h"
+#include "app/RunCommand.h"
 #include "link/WireProtocol.h"
 #include "link/commands/Vin.h"
 #include "module/EepromImage.h"
@@ -66,9 +66,9 @@ struct MatrixUser : OneAnswer {
 // The program connected to it, with the pattern's table on screen.
 inline constexpr const char* kVinDone = "Upload completed.\r\n";
 
-struct Workshop {
-    explicit Workshop(const ModuleOptions& options, const std::string& fault = {},
-                      Answer answer = Answer::Abort)
+struct TamperedTransfer {
+    explicit TamperedTransfer(const ModuleOptions& options, const std::string& fault = {},
+                              Answer answer = Answer::Abort)
         : peer(options, fault.empty() ? Faults() : Faults({fault}, 7)), before(options.eeprom), user(answer) {
         HandleLineErrors(session);
         session.table.Replace(

@@ -9,7 +9,7 @@
 namespace rv52::test {
 
 // A session without a module, for the commands that want none.
-class Desk : public testing::Test {
+class SessionTest : public testing::Test {
  protected:
     void Show(const AdvanceTable& table) { ShowAs(session, table); }
     void ShowFlat(TableType type, double degrees) { Show(FlatTable(type, degrees)); }

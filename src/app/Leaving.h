@@ -1,15 +1,8 @@
 #pragma once
 
-#include <functional>
-
 namespace rv52 {
 
 struct Session;
-
-// Runs one command behind the gate: nothing when another one is running, or when an open cell editor
-// refuses its text. What had to wait meanwhile (a failure to draw, serial settings, a close) follows in any
-// case. An Escape from before the command has no effect on it.
-void RunCommand(Session& session, const std::function<void(Session&)>& command);
 
 // The main window is asked to close. Runs the exit sequence, or after the running command has ended.
 // A close while a module is read ends the reading as Escape does.
@@ -28,19 +21,5 @@ EndAct AskedToEnd(Session& session);
 
 // The exit sequence: the save question, the port, the windows.
 void Exit(Session& session);
-
-// A key or a mouse button pressed in the main window: the last command's outcome has been read.
-void UserActed(Session& session);
-
-// Escape pressed in the main window.
-void EscapePressed(Session& session);
-
-// The keys that undo and redo what was done to the table. During a drag, and without a table on screen, they
-// do nothing.
-void UndoPressed(Session& session);
-void RedoPressed(Session& session);
-
-void mnuAbout_Click(Session& session);
-void mnuHelpContents_Click(Session& session);
 
 }  // namespace rv52

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "table/TableType.h"
+
+namespace rv52 {
+
+struct Session;
+
+// The type's template from the program's folder into the chart; false when it is missing or malformed.
+bool LoadChartTemplate(Session& session, TableType type);
+
+}  // namespace rv52
