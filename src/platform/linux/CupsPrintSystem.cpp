@@ -1,6 +1,7 @@
 #include "platform/linux/CupsPrintSystem.h"
 
 #include "platform/Failure.h"
+#include "platform/linux/CupsLibrary.h"
 
 #include <QCoreApplication>
 
@@ -38,14 +39,15 @@ class Conversation {
         // Who does not answer is tried again; who cannot be there says so at once.
         for (bool again = true; again; ServeWindows()) {
             const auto start = Clock::now();
-            http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                                     static_cast<int>(kConnectTry.count()), nullptr));
+            http_.reset(Cups().httpConnect2(Cups().cupsServer(), Cups().ippPort(), nullptr, AF_UNSPEC,
+                                            Cups().cupsEncryption(), 1, static_cast<int>(kConnectTry.count()),
+                                            nullptr));
             silent_ = !http_ && Clock::now() - start >= kConnectTry;
             again = silent_ && !Late();
         }
-        if (http_) httpSetTimeout(http_.get(), kWaitSeconds, &Conversation::GoOn, this);
+        if (http_) Cups().httpSetTimeout(http_.get(), kWaitSeconds, &Conversation::GoOn, this);
     }
-    ~Conversation() { cupsFreeDests(count_, dests_); }
+    ~Conversation() { Cups().cupsFreeDests(count_, dests_); }
     Conversation(const Conversation&) = delete;
     Conversation& operator=(const Conversation&) = delete;
 
@@ -56,7 +58,7 @@ class Conversation {
     bool ReadQueues() {
         if (silent_) throw Failure(kSilent);
         if (!http_) return false;
-        count_ = cupsGetDests2(Http(), &dests_);
+        count_ = Cups().cupsGetDests2(Http(), &dests_);
         if (Late()) throw Failure(kSilent);
         return true;
     }
@@ -69,20 +71,21 @@ class Conversation {
         if (!ReadQueues()) throw Failure(kSilent);
         const auto slash = name.find('/');
         const auto instance = slash == std::string::npos ? std::string() : name.substr(slash + 1);
-        auto* found = cupsGetDest(name.substr(0, slash).c_str(),
-                                  instance.empty() ? nullptr : instance.c_str(), count_, dests_);
+        auto* found = Cups().cupsGetDest(name.substr(0, slash).c_str(),
+                                         instance.empty() ? nullptr : instance.c_str(), count_, dests_);
         if (found == nullptr) throw Failure("The printer \"" + name + "\" is not there.");
         return *found;
     }
     // What the last answer, or its lack, comes to.
     Failure Refusal(const std::string& queue) const {
         if (Late()) return Failure(kSilent);
-        return Failure("The printer \"" + queue + "\" does not take the page: " + cupsLastErrorString());
+        return Failure("The printer \"" + queue +
+                       "\" does not take the page: " + Cups().cupsLastErrorString());
     }
 
  private:
     struct Close {
-        void operator()(http_t* http) const { httpClose(http); }
+        void operator()(http_t* http) const { Cups().httpClose(http); }
     };
 
     // The library's question whether to wait on.
@@ -99,12 +102,12 @@ class Conversation {
 };
 
 struct FreeInfo {
-    void operator()(cups_dinfo_t* info) const { cupsFreeDestInfo(info); }
+    void operator()(cups_dinfo_t* info) const { Cups().cupsFreeDestInfo(info); }
 };
 using QueueInfo = std::unique_ptr<cups_dinfo_t, FreeInfo>;
 
 QueueInfo InfoOf(Conversation& spooler, cups_dest_t& queue) {
-    QueueInfo info(cupsCopyDestInfo(spooler.Http(), &queue));
+    QueueInfo info(Cups().cupsCopyDestInfo(spooler.Http(), &queue));
     if (!info) throw spooler.Refusal(queue.name);
     return info;
 }
@@ -124,21 +127,23 @@ void AddPaper(std::vector<PrintPaper>& papers, const cups_size_t& size) {
 }
 
 int IntegerIn(ipp_t* collection, const char* name) {
-    return ippGetInteger(ippFindAttribute(collection, name, IPP_TAG_ZERO), 0);
+    return Cups().ippGetInteger(Cups().ippFindAttribute(collection, name, IPP_TAG_ZERO), 0);
 }
 
 // The user's own default, else the printer's, which the library's function for defaults does not ask for.
 bool ReadUsualPaper(Conversation& spooler, cups_dest_t& queue, cups_dinfo_t* info, cups_size_t& size) {
     auto* http = spooler.Http();
-    if (const char* own = cupsGetOption(CUPS_MEDIA, queue.num_options, queue.options))
-        return cupsGetDestMediaByName(http, &queue, info, own, CUPS_MEDIA_FLAGS_DEFAULT, &size) != 0;
-    auto* usual = cupsFindDestDefault(http, &queue, info, "media-col");
+    if (const char* own = Cups().cupsGetOption(CUPS_MEDIA, queue.num_options, queue.options))
+        return Cups().cupsGetDestMediaByName(http, &queue, info, own, CUPS_MEDIA_FLAGS_DEFAULT, &size) != 0;
+    auto* usual = Cups().cupsFindDestDefault(http, &queue, info, "media-col");
     if (usual == nullptr) return false;
-    auto* dimensions = ippFindAttribute(ippGetCollection(usual, 0), "media-size", IPP_TAG_BEGIN_COLLECTION);
+    auto* dimensions =
+        Cups().ippFindAttribute(Cups().ippGetCollection(usual, 0), "media-size", IPP_TAG_BEGIN_COLLECTION);
     if (dimensions == nullptr) return false;
-    auto* both = ippGetCollection(dimensions, 0);
-    return cupsGetDestMediaBySize(http, &queue, info, IntegerIn(both, "x-dimension"),
-                                  IntegerIn(both, "y-dimension"), CUPS_MEDIA_FLAGS_DEFAULT, &size) != 0;
+    auto* both = Cups().ippGetCollection(dimensions, 0);
+    return Cups().cupsGetDestMediaBySize(http, &queue, info, IntegerIn(both, "x-dimension"),
+                                         IntegerIn(both, "y-dimension"), CUPS_MEDIA_FLAGS_DEFAULT,
+                                         &size) != 0;
 }
 
 // Where the library has no name in the user's language it gives the key: "tray-1".
@@ -150,11 +155,11 @@ std::string Readable(std::string name) {
 
 std::vector<PaperTray> TraysOf(Conversation& spooler, cups_dest_t& queue, cups_dinfo_t* info) {
     std::vector<PaperTray> trays;
-    auto* sources = cupsFindDestSupported(spooler.Http(), &queue, info, CUPS_MEDIA_SOURCE);
-    for (int i = 0; sources != nullptr && i < ippGetCount(sources); ++i) {
-        const char* key = ippGetString(sources, i, nullptr);
+    auto* sources = Cups().cupsFindDestSupported(spooler.Http(), &queue, info, CUPS_MEDIA_SOURCE);
+    for (int i = 0; sources != nullptr && i < Cups().ippGetCount(sources); ++i) {
+        const char* key = Cups().ippGetString(sources, i, nullptr);
         if (key == nullptr || std::string(key) == CUPS_MEDIA_SOURCE_AUTO) continue;
-        const char* name = cupsLocalizeDestValue(spooler.Http(), &queue, info, CUPS_MEDIA_SOURCE, key);
+        const char* name = Cups().cupsLocalizeDestValue(spooler.Http(), &queue, info, CUPS_MEDIA_SOURCE, key);
         trays.push_back({key, Readable(name != nullptr ? name : key)});
     }
     return trays;
@@ -168,9 +173,9 @@ class JobOptions {
         auto media = "{media-size={x-dimension=" + hundredths(order.paper.width) +
                      " y-dimension=" + hundredths(order.paper.height) + "}";
         if (!order.tray.empty()) media += " media-source=" + order.tray;
-        count = cupsAddOption("media-col", (media + "}").c_str(), count, &all);
+        count = Cups().cupsAddOption("media-col", (media + "}").c_str(), count, &all);
     }
-    ~JobOptions() { cupsFreeOptions(count, all); }
+    ~JobOptions() { Cups().cupsFreeOptions(count, all); }
     JobOptions(const JobOptions&) = delete;
     JobOptions& operator=(const JobOptions&) = delete;
 
@@ -180,21 +185,15 @@ class JobOptions {
 
 bool SendDocument(http_t* http, cups_dest_t& queue, cups_dinfo_t* info, int job, const std::string& title,
                   const std::string& document) {
-    if (cupsStartDestDocument(http, &queue, info, job, title.c_str(), CUPS_FORMAT_PDF, 0, nullptr, 1) !=
-        HTTP_STATUS_CONTINUE)
+    if (Cups().cupsStartDestDocument(http, &queue, info, job, title.c_str(), CUPS_FORMAT_PDF, 0, nullptr,
+                                     1) != HTTP_STATUS_CONTINUE)
         return false;
-    if (cupsWriteRequestData(http, document.data(), document.size()) != HTTP_STATUS_CONTINUE) return false;
-    return Succeeded(cupsFinishDestDocument(http, &queue, info));
+    if (Cups().cupsWriteRequestData(http, document.data(), document.size()) != HTTP_STATUS_CONTINUE)
+        return false;
+    return Succeeded(Cups().cupsFinishDestDocument(http, &queue, info));
 }
 
 }  // namespace
-
-// A spooler that wants a password refuses the page: the library would ask for it on the terminal.
-CupsPrintSystem::CupsPrintSystem() {
-    cupsSetPasswordCB2(
-        [](const char*, http_t*, const char*, const char*, void*) -> const char* { return nullptr; },
-        nullptr);
-}
 
 std::vector<PrintQueue> CupsPrintSystem::Queues() {
     Conversation spooler;
@@ -216,9 +215,9 @@ PrintMedia CupsPrintSystem::Media(const std::string& name) {
     cups_size_t size{};
     // The usual one comes first.
     if (ReadUsualPaper(spooler, queue, info.get(), size)) AddPaper(media.papers, size);
-    const int count = cupsGetDestMediaCount(http, &queue, info.get(), CUPS_MEDIA_FLAGS_DEFAULT);
+    const int count = Cups().cupsGetDestMediaCount(http, &queue, info.get(), CUPS_MEDIA_FLAGS_DEFAULT);
     for (int i = 0; i < count; ++i)
-        if (cupsGetDestMediaByIndex(http, &queue, info.get(), i, CUPS_MEDIA_FLAGS_DEFAULT, &size) != 0)
+        if (Cups().cupsGetDestMediaByIndex(http, &queue, info.get(), i, CUPS_MEDIA_FLAGS_DEFAULT, &size) != 0)
             AddPaper(media.papers, size);
     media.trays = TraysOf(spooler, queue, info.get());
     if (spooler.Late()) throw Failure(kSilent);
@@ -231,12 +230,12 @@ void CupsPrintSystem::Send(const PrintOrder& order, const std::string& document)
     const auto info = InfoOf(spooler, queue);
     const JobOptions options(order);
     int job = 0;
-    const auto created = cupsCreateDestJob(spooler.Http(), &queue, info.get(), &job, order.title.c_str(),
-                                           options.count, options.all);
+    const auto created = Cups().cupsCreateDestJob(spooler.Http(), &queue, info.get(), &job,
+                                                  order.title.c_str(), options.count, options.all);
     if (!Succeeded(created)) throw spooler.Refusal(order.queue);
     if (SendDocument(spooler.Http(), queue, info.get(), job, order.title, document)) return;
     const auto refusal = spooler.Refusal(order.queue);
-    if (!spooler.Late()) cupsCancelDestJob(spooler.Http(), &queue, job);
+    if (!spooler.Late()) Cups().cupsCancelDestJob(spooler.Http(), &queue, job);
     throw refusal;
 }
 

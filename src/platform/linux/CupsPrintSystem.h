@@ -8,8 +8,6 @@ namespace rv52 {
 // wait, except keys and mouse.
 class CupsPrintSystem : public PrintSystem {
  public:
-    CupsPrintSystem();
-
     std::vector<PrintQueue> Queues() override;
     PrintMedia Media(const std::string& queue) override;
     void Send(const PrintOrder& order, const std::string& document) override;
