@@ -2,6 +2,7 @@
 #include "table/TableFile.h"
 #include "table/ui/GridView.h"
 
+#include <QDir>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
@@ -177,7 +178,7 @@ TEST_F(EndsTest, LoggingOutAsksAndWaitsForACommand) {
     ExpectEnd();
 }
 
-// The X server is killed under a program that uploads, which is this test's own program once more.
+// The X server is killed under a program at each of these moments; the program is this test's own once more.
 TEST_F(EndsTest, LosingTheDisplayLeavesAModuleThatTheNextUploadPutsRight) {
     constexpr const char* kServer = "RV52_DISPLAY_SERVER";
     const auto upload = [this] {
@@ -186,40 +187,59 @@ TEST_F(EndsTest, LosingTheDisplayLeavesAModuleThatTheNextUploadPutsRight) {
     };
     CommandLine options;
     if (qEnvironmentVariableIsSet(kServer)) {
+        const auto moment = qgetenv("RV52_MOMENT");
+        const auto file = qgetenv("RV52_FILE").toStdString();
+        const auto killServer = [] { kill(qEnvironmentVariableIntValue(kServer), SIGKILL); };
         options.devices[1] = qgetenv("RV52_DEVICE").toStdString();
         Start(options);
         auto& bar = Part<QProgressBar>("prgProgress1");
         QObject::connect(&bar, &QProgressBar::valueChanged, &bar, [&](int percent) {
             const auto* panel = qobject_cast<QGroupBox*>(bar.parentWidget());
-            if (panel->title() == QLatin1String("Programming EEPROM") && percent > 40)
-                kill(qEnvironmentVariableIntValue(kServer), SIGKILL);
+            if (panel->title() == QLatin1String("Programming EEPROM") && percent > 40) killServer();
         });
-        upload();
+        if (moment == "programming") upload();
+        ShowAs(Running(), FlatTable(TableType::RACE, 30));
+        killServer();
+        if (moment == "saving")
+            Running().files.ReplaceWhole(file, FormatTableFile(Running().table.Table(), {}));
+        QTest::qWait(10000);
         FAIL() << "the program goes on without a display";
     }
     const QTemporaryDir folder;
-    const auto image = folder.filePath(QStringLiteral("module.bin"));
-    QProcess server;
-    server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1")});
+    const auto file = folder.filePath(QStringLiteral("saved.tbl"));
     QProcess module;
     module.start(QCoreApplication::applicationDirPath() + QStringLiteral("/rv52_simulator"),
-                 {QStringLiteral("--type"), QStringLiteral("RACE"), QStringLiteral("--image"), image});
-    ASSERT_TRUE(QTest::qWaitFor([&] { return server.canReadLine() && module.canReadLine(); }, 10000));
+                 {QStringLiteral("--type"), QStringLiteral("RACE")});
+    ASSERT_TRUE(QTest::qWaitFor([&] { return module.canReadLine(); }, 10000));
     const auto device = module.readLine().trimmed();
-    QProcess program;
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("DISPLAY"),
-                       QLatin1Char(':') + QString::fromLatin1(server.readLine().trimmed()));
-    environment.insert(QString::fromLatin1(kServer), QString::number(server.processId()));
-    environment.insert(QStringLiteral("RV52_DEVICE"), QString::fromLatin1(device));
-    program.setProcessEnvironment(environment);
-    program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(QCoreApplication::applicationFilePath(),
-                  {QStringLiteral("--gtest_filter=*LosingTheDisplay*")});
-    ASSERT_TRUE(program.waitForFinished(20000));
-    EXPECT_TRUE(program.readAll().contains("X11 connection broke"));
-    server.waitForFinished();
+    for (const auto* moment : {"idle", "saving", "programming"}) {
+        SCOPED_TRACE(moment);
+        QProcess server;
+        server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1")});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return server.canReadLine(); }, 10000));
+        QProcess program;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        environment.insert(QStringLiteral("DISPLAY"),
+                           QLatin1Char(':') + QString::fromLatin1(server.readLine().trimmed()));
+        environment.insert(QString::fromLatin1(kServer), QString::number(server.processId()));
+        environment.insert(QStringLiteral("RV52_MOMENT"), QString::fromLatin1(moment));
+        environment.insert(QStringLiteral("RV52_FILE"), file);
+        environment.insert(QStringLiteral("RV52_DEVICE"), QString::fromLatin1(device));
+        program.setProcessEnvironment(environment);
+        program.setProcessChannelMode(QProcess::MergedChannels);
+        program.start(QCoreApplication::applicationFilePath(),
+                      {QStringLiteral("--gtest_filter=*LosingTheDisplay*")});
+        ASSERT_TRUE(program.waitForFinished(20000));
+        EXPECT_TRUE(program.readAll().contains("X11 connection broke"));
+        server.waitForFinished();
+    }
+    // What was being saved is there as a whole, and nothing beside it.
+    QFile saved(file);
+    EXPECT_TRUE(saved.open(QIODevice::ReadOnly));
+    EXPECT_EQ(saved.readAll().toStdString(), FormatTableFile(FlatTable(TableType::RACE, 30), {}));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot).size(),
+              1);
 
     options.devices[1] = device.toStdString();
     Start(options);

@@ -1,5 +1,7 @@
 #include "app/state/EditHistory.h"
 
+#include <utility>
+
 namespace rv52 {
 
 namespace {
@@ -24,15 +26,18 @@ std::vector<EditHistory::Content> EditHistory::ContentsNow() const {
 
 void EditHistory::End(const std::string& name) {
     if (contents_.empty()) return;  // a table that is on its way to the screen has no past yet
-    auto now = ContentsNow();
     Step step{name, {}, begun_, PlaceNow()};
-    std::size_t index = 0;
-    ForEachGridCell(table_.Table().Type(), [&](GridCell at) {
-        if (contents_[index] != now[index]) step.cells.push_back({at, contents_[index], now[index]});
-        ++index;
+    const auto& table = table_.Table();
+    auto kept = contents_.begin();
+    ForEachGridCell(table.Type(), [&](GridCell at) {
+        auto& before = *kept++;
+        const double degrees = table.GetCell(CellAt(at, table.Type()));
+        const auto& text = sheet_.Text(at);
+        if (before.degrees == degrees && before.text == text) return;
+        Content after{degrees, text};
+        step.cells.push_back({at, std::exchange(before, after), after});
     });
     if (step.cells.empty()) return;
-    contents_ = std::move(now);
     steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(done_), steps_.end());
     steps_.push_back(std::move(step));
     if (steps_.size() > kMostSteps) steps_.pop_front();
