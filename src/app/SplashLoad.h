@@ -21,7 +21,7 @@ class Splash {
     virtual void SetApplicationTitle(const std::string& title) = 0;
 };
 
-// Reads the branding file, fills BrandingLines and dresses the splash. Afterwards BrandingLines has its first
+// Reads the branding file, fills BrandingLines and sets up the splash. Afterwards BrandingLines has its first
 // line, whatever failed and however that was answered.
 void LoadSplash(Session& session, Splash& splash);
 

@@ -7,6 +7,8 @@
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
+#include "platform/Text.h"
+#include "platform/linux/PortLock.h"
 #include "table/TableFile.h"
 
 #include <filesystem>
@@ -18,8 +20,11 @@ namespace rv52::cli {
 namespace {
 
 bool SameFile(const std::string& one, const std::string& other) {
+    using std::filesystem::absolute;
+    using std::filesystem::weakly_canonical;
     std::error_code none;
-    return one == other || std::filesystem::equivalent(one, other, none);
+    return std::filesystem::equivalent(one, other, none) ||
+           weakly_canonical(absolute(one), none) == weakly_canonical(absolute(other), none);
 }
 
 // A backup in the place of the very table that is to be programmed would be its end.
@@ -53,7 +58,7 @@ Status OutcomeOf(const Tool& tool) {
     if (state.LastOutcome.empty()) throw NotReached(tool);
     if (!state.CommOK) throw Ending(Status::NotProgrammed, tool.Told() + " Upload again.");
     if (state.VerifyErrors != 0) throw Ending(Status::NotVerified, tool.Told() + " Upload again.");
-    tool.Remark(state.LastOutcome);
+    if (tool.Interrupted() || !tool.options.quiet) std::cerr << "rv52: " << state.LastOutcome << "\n";
     return tool.Interrupted() ? Status::Interrupted : Status::Done;
 }
 
@@ -70,8 +75,40 @@ void AskBefore(const Tool& tool, const std::string& what) {
     std::cerr << "rv52: " << what << "? [y/N] ";
     std::string answer;
     std::getline(std::cin, answer);
-    if (answer != "y" && answer != "Y" && answer != "yes")
+    answer = UpperCase(answer);
+    if (answer != "Y" && answer != "YES")
         throw Ending(Status::Interrupted, "nothing was written to the module");
+}
+
+// Reads the module's table and parameters twice: a byte that came differently is in no backup.
+Snapshot ReadTwice(Tool& tool) {
+    const auto read = [&] {
+        mnuDownload_Click(tool.session);
+        tool.session.gate.SetCloseAborts(false);
+        RequireDownloaded(tool);
+        return std::pair(tool.session.state.FirmwareId, tool.session.state.EepromBuffer);
+    };
+    const auto first = read();
+    if (read() != first)
+        throw Ending(Status::NoAnswer,
+                     "two reads of the module differ; nothing was written to it. Check cable.");
+    return Current(tool);
+}
+
+// As the window uploads. With a backup, only into a module that names itself as the one it was read from.
+void UploadTo(Tool& tool, const std::string& backedUp) {
+    auto& session = tool.session;
+    session.steps.Procedure([&](Steps&) {
+        const auto file = Current(tool);
+        const TableTypeGuard guard(session.state);
+        if (!IdentifyModule(session, "Upload To EEPROM", "upload")) return;
+        const auto& now = session.state.FirmwareId;
+        if (!backedUp.empty() && now != backedUp)
+            throw Ending(Status::NoAnswer, "the module named itself \"" + backedUp + "\" and then \"" + now +
+                                               "\"; nothing was written to it. Check cable.");
+        if (!RefusedByType(session)) RemarkOutOfRange(tool, file, session.state.TableType);
+        UploadToIdentified(session);
+    });
 }
 
 }  // namespace
@@ -81,14 +118,17 @@ Status ListPorts(Tool& tool) {
     for (int port = 1; port <= kHighestCommPort; ++port) {
         const auto device = tool.devices.DeviceOf(port);
         if (device.empty() || access(device.c_str(), F_OK) != 0) continue;
-        const bool usable = access(device.c_str(), R_OK | W_OK) == 0;
+        const auto lock = LockOn(device);
+        const bool used = lock && !lock->program.empty();
+        const bool permitted = access(device.c_str(), R_OK | W_OK) == 0;
+        const bool usable = permitted && !used;
+        const auto state = used ? "used by " + lock->program : permitted ? "usable" : "not permitted";
         if (tool.options.form == Form::Json)
             list.push_back({{"port", port}, {"device", device}, {"usable", usable}});
         else
-            std::cout << CommPortName(port) << "\t" << device << "\t" << (usable ? "usable" : "not permitted")
-                      << "\n";
+            std::cout << CommPortName(port) << "\t" << device << "\t" << state << "\n";
     }
-    if (tool.options.form == Form::Json) std::cout << list.dump(2) << "\n";
+    if (tool.options.form == Form::Json) std::cout << Written(list);
     return Status::Done;
 }
 
@@ -101,11 +141,9 @@ Status Identify(Tool& tool) {
     if (!identified) throw NotReached(tool);
     const auto& state = tool.session.state;
     if (tool.options.form == Form::Json)
-        std::cout << nlohmann::ordered_json{{"identification", state.FirmwareId},
-                                            {"type", ToText(state.TableType)},
-                                            {"echo", state.EchoMode}}
-                         .dump(2)
-                  << "\n";
+        std::cout << Written({{"identification", state.FirmwareId},
+                              {"type", ToText(state.TableType)},
+                              {"echo", state.EchoMode}});
     else
         std::cout << state.FirmwareId << "\n"
                   << ToText(state.TableType) << "\n"
@@ -114,13 +152,16 @@ Status Identify(Tool& tool) {
 }
 
 Status Download(Tool& tool) {
+    if (!tool.options.image.empty() && SameFile(tool.options.image, tool.options.files.front()))
+        throw Ending(Status::Usage, "table and image cannot both be " + tool.options.image);
     const auto read = DownloadedFrom(tool);
     if (!tool.options.image.empty()) {
         const auto& buffer = tool.session.state.EepromBuffer;
         tool.files.ReplaceWhole(tool.options.image, std::string(buffer.begin(), buffer.end()));
     }
     SaveTable(tool, tool.options.files.front(), read);
-    tool.Remark("every byte of " + tool.session.state.FirmwareId + " is read.");
+    tool.Remark("the table of " + tool.session.state.FirmwareId + " is in " + tool.options.files.front() +
+                "; verify proves it.");
     return Status::Done;
 }
 
@@ -137,16 +178,15 @@ Status Upload(Tool& tool) {
     std::exception_ptr ended;
     tool.Run([&](Session& session) {
         try {
+            std::string backedUp;
             if (!backup.empty()) {
-                mnuDownload_Click(session);
-                session.gate.SetCloseAborts(false);
-                RequireDownloaded(tool);
-                const auto held = Current(tool);
+                const auto held = ReadTwice(tool);
+                backedUp = session.state.FirmwareId;
                 LoadTable(tool, path, file);
                 if (!RefusedByType(session)) SaveBackup(tool, backup, held);
                 session.state.ModuleParameters.FlagByte = held.parameters.FlagByte;
             }
-            mnuUpload_Click(session);
+            UploadTo(tool, backedUp);
         } catch (...) {
             ended = std::current_exception();
         }
@@ -166,12 +206,13 @@ Status Verify(Tool& tool) {
         for (auto index = static_cast<std::size_t>(range.first);
              index <= static_cast<std::size_t>(range.last); ++index)
             bytes += expected[index] != state.EepromBuffer[index];
+    RemarkOutOfRange(tool, wanted, state.TableType);
     const auto differences = Differences(ReadBytes(expected, state.TableType), held);
     if (tool.options.form == Form::Json) {
         auto json = AsJson(differences);
         json["same"] = bytes == 0;
         json["bytes"] = bytes;
-        std::cout << json.dump(2) << "\n";
+        std::cout << Written(json);
     } else {
         std::cout << AsText(differences);
     }
@@ -194,10 +235,14 @@ Status Vin(Tool& tool) {
     auto& state = tool.session.state;
     state.Vin.clear();
     tool.Run(mnuEditVIN_Click);
-    if (!wanted.empty()) return OutcomeOf(tool);
+    if (!wanted.empty()) {
+        const auto status = OutcomeOf(tool);
+        if (tool.options.form == Form::Json) std::cout << Written({{"vin", wanted}});
+        return status;
+    }
     if (state.Vin.empty() || tool.Interrupted()) throw NotReached(tool);
     if (tool.options.form == Form::Json)
-        std::cout << nlohmann::ordered_json{{"vin", state.Vin}}.dump(2) << "\n";
+        std::cout << Written({{"vin", state.Vin}});
     else
         std::cout << state.Vin << "\n";
     return Status::Done;

@@ -30,8 +30,9 @@ class Reader {
                                      "the module's port ComN; else the one stored by the window")
                          ->type_name("N")
                          ->check(CLI::Range(1, kHighestCommPort).description(""));
-        auto* device =
-            app_.add_option("--device", options_.device, "the module's serial device")->type_name("PATH");
+        auto* device = app_.add_option("--device", options_.device, "the module's serial device")
+                           ->type_name("PATH")
+                           ->check(FileName());
         auto* simulate =
             app_.add_option("--simulate", options_.simulate, "a simulated module, RACE or EX, for this run")
                 ->type_name("RACE|EX")
@@ -46,6 +47,12 @@ class Reader {
         try {
             app_.parse(argc, argv);
             if (app_.get_subcommands().empty()) throw CLI::RequiredError("a command");
+        } catch (const CLI::ExtrasError& error) {
+            const auto left = app_.remaining();
+            const auto word =
+                std::ranges::find_if(left, [](const auto& text) { return !text.starts_with('-'); });
+            if (!app_.get_subcommands().empty() || word == left.end()) return Refuse(error.what());
+            return Refuse("\"" + *word + "\" is no command");
         } catch (const CLI::Success& wanted) {
             app_.exit(wanted);
             return Status::Done;
@@ -80,6 +87,20 @@ class Reader {
                 ""};
     }
 
+    static CLI::Validator NotEmpty() {
+        return {[](std::string& text) { return text.empty() ? std::string("it is empty") : std::string(); },
+                ""};
+    }
+    // An option that was swallowed as the value of the one before it names no file.
+    static CLI::Validator FileName() {
+        return {[](std::string& text) {
+                    if (text.empty()) return std::string("its name is empty");
+                    if (text.size() == 1 || text[0] != '-') return std::string();
+                    return text + " is an option; ./" + text + " is a file of that name";
+                },
+                ""};
+    }
+
     CLI::App& Add(const char* name, const char* does) { return *app_.add_subcommand(name, does); }
     CLI::App& AddReport(const char* name, const char* does) {
         auto& command = Add(name, does);
@@ -87,7 +108,7 @@ class Reader {
         return command;
     }
     static void Need(CLI::App& command, const char* name, std::string& into, const char* what) {
-        command.add_option(name, into, what)->type_name("")->required();
+        command.add_option(name, into, what)->type_name("")->required()->check(FileName());
     }
 
     void AddModuleCommands() {
@@ -96,7 +117,8 @@ class Reader {
         auto& download = Add("download", "reads table and parameters of the module into a table file");
         Need(download, "FILE", first_, "the table file, - for standard output");
         download.add_option("--image", options_.image, "keeps the bytes that were read, too")
-            ->type_name("FILE");
+            ->type_name("FILE")
+            ->check(FileName());
         auto& upload = Add("upload", "programs the module with a table file, and reads back every byte");
         Need(upload, "FILE", first_, "the table file, - for standard input");
         upload
@@ -104,13 +126,14 @@ class Reader {
                 "--backup", options_.backup,
                 "downloads into this file first, and does not go on without it; takes from the module the "
                 "four flag bits that a file does not keep, which else become 0")
-            ->type_name("FILE");
+            ->type_name("FILE")
+            ->check(FileName());
         upload.add_flag("-y,--yes", options_.yes, "does not ask before programming");
         auto& verify =
             AddReport("verify", "compares the module with a table file byte by byte; writes nothing");
         Need(verify, "FILE", first_, "the table file, - for standard input");
         auto& vin = AddReport("vin", "reads the module's VIN, or writes and verifies another one");
-        vin.add_option("NEW", options_.vin, "the new VIN, 17 characters")->type_name("");
+        vin.add_option("NEW", options_.vin, "the new VIN, 17 characters")->type_name("")->check(NotEmpty());
         vin.add_flag("-y,--yes", options_.yes, "does not ask before programming");
     }
 
@@ -119,7 +142,8 @@ class Reader {
             "show",
             "writes table and parameters as text; the surface and the report are drawn by the window only");
         Need(show, "FILE", first_, "the table file, or module");
-        show.add_flag("--csv", csv_, "the table alone, for a spreadsheet");
+        show.add_flag("--csv", csv_, "the table alone, for a spreadsheet")
+            ->excludes(show.get_option("--json"));
         auto& diff = AddReport("diff", "tells which cells and parameters differ; ends with 1 when any does");
         Need(diff, "A", first_, "a table file, or module");
         Need(diff, "B", second_, "a table file, or module");
@@ -148,7 +172,9 @@ class Reader {
                         "30 sets, -1 and +1.5 shift, 95% scales, -5% and +5% change")
             ->type_name("CHANGE")
             ->required();
-        modify.add_option("-o,--output", options_.output, "writes there instead")->type_name("FILE");
+        modify.add_option("-o,--output", options_.output, "writes there instead")
+            ->type_name("FILE")
+            ->check(FileName());
         auto& import = Add(
             "import", "makes a table file of a spreadsheet's CSV; a file that is there keeps its parameters");
         Need(import, "CSV", first_, "as export writes it, - for standard input");
@@ -157,7 +183,7 @@ class Reader {
         Need(xport, "FILE", first_, "the table file, - for standard input");
         Need(xport, "CSV", second_, "- for standard output");
         auto& check = AddReport("check", "says of each file: good, or what is wrong and where");
-        check.add_option("FILE", options_.files, "table files")->type_name("")->required();
+        check.add_option("FILE", options_.files, "table files")->type_name("")->required()->check(FileName());
     }
 
     CLI::App app_{kAbout, "rv52"};

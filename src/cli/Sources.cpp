@@ -6,6 +6,8 @@
 #include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
 
+#include <cmath>
+
 namespace rv52::cli {
 
 Snapshot LoadTable(Tool& tool, const std::string& path) {
@@ -14,6 +16,7 @@ Snapshot LoadTable(Tool& tool, const std::string& path) {
 
 Snapshot LoadTable(Tool& tool, const std::string& path, const std::string& content) {
     tool.answers.told.clear();
+    tool.session.state.ModuleParameters = {};  // what a file does not state is never another file's
     tool.files.Serve(path, content);
     OpenTableFile(tool.session, path);
     if (!tool.session.state.TableShown) throw Ending(Status::File, tool.Told());
@@ -25,7 +28,11 @@ void SaveTable(Tool& tool, const std::string& path, const Snapshot& saved) {
 }
 
 Ending NotReached(const Tool& tool) {
-    if (tool.Interrupted()) return {Status::Interrupted, "interrupted; nothing was written to the module"};
+    if (tool.Interrupted()) {
+        const bool writes = tool.options.command == "upload" || !tool.options.vin.empty();
+        return {Status::Interrupted,
+                writes ? "interrupted; nothing was written to the module" : "interrupted"};
+    }
     const auto told = tool.Told();
     const auto name = CommPortName(tool.session.state.CommPort);
     return {tool.line.refused ? Status::Port : Status::NoAnswer,
@@ -61,6 +68,20 @@ EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameter
         throw Ending(Status::File, "Cannot compare race data with EX version");
     }
     return bytes;
+}
+
+void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type) {
+    const auto kept = ReadBytes(BytesOf(file, type, file.parameters), type).table;
+    const int left = file.table.RowCount() - kept.RowCount();
+    if (left > 0)
+        tool.Remark("a RACE module has no place for the " + Counted(left, "row") + " of lowest pressure.");
+    int clamped = 0;
+    ForEachCell(type, [&](Cell cell) {
+        clamped += std::abs(kept.GetCell(cell) - file.table.GetCell(cell)) > kDegreesPerCount;
+    });
+    if (clamped > 0)
+        tool.Remark(Counted(clamped, "cell") + " of " + tool.options.files.front() +
+                    " cannot be held: the module has the nearest value that it can.");
 }
 
 Snapshot ReadBytes(const EepromBuffer& bytes, TableType type) {

@@ -1,10 +1,12 @@
 #include "cli/Commands.h"
 #include "cli/Sources.h"
 #include "cli/Tool.h"
+#include "platform/Text.h"
 #include "table/LimitTables.h"
 #include "table/ModifyExpression.h"
 #include "table/Numbers.h"
 #include "table/TableBlock.h"
+#include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
 #include "table/commands/NewTable.h"
 #include "table/commands/SelectionCommands.h"
@@ -57,6 +59,15 @@ GridRange ReadCells(const std::string& text, TableType type) {
     return *range;
 }
 
+// Whether nothing but one change is said: the window reads as far as it understands, and shows what came of
+// it.
+bool IsChange(std::string_view text) {
+    if (text.ends_with('%')) text.remove_suffix(1);
+    if (text.starts_with('+') || text.starts_with('-')) text.remove_prefix(1);
+    return !text.empty() && text.find_first_not_of("0123456789.") == std::string_view::npos &&
+           EntireNumber(text);
+}
+
 // "5 cells changed, 2 of them held at a limit."
 std::string ChangesSince(const AdvanceTable& before, const Tool& tool, const ModifyExpression& expression) {
     const auto& now = tool.session.table.Table();
@@ -96,10 +107,41 @@ std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
     return findings;
 }
 
+// Parameters that a file does not state, or states otherwise than they are read.
+void AddParameterFindings(const Snapshot& read, std::string_view content,
+                          std::vector<std::string>& findings) {
+    const auto lines = Lines(content);
+    const auto written = FormatTableFile(read.table, read.parameters);
+    for (const auto stated : Lines(written)) {
+        const auto colon = stated.find(": ");
+        if (!stated.starts_with('!') || colon == std::string_view::npos) continue;
+        const std::string name(stated.substr(1, colon - 1));
+        const std::string value(stated.substr(colon + 2));
+        std::size_t line = lines.size();
+        while (line > 0 && !ContainsNoCase(lines[line - 1], "!" + name))
+            --line;
+        if (line == 0) {
+            findings.push_back(name + " is not stated, and read as " + value);
+            continue;
+        }
+        const auto text = lines[line - 1].substr(lines[line - 1].find(':') + 1);
+        const auto first = std::min(text.find_first_not_of(" \t"), text.size());
+        const std::string own(text.substr(first, text.find_last_not_of(" \t") + 1 - first));
+        const auto number = EntireNumber(own);
+        const bool same = UpperCase(own) == UpperCase(value) || (number && number == EntireNumber(value));
+        if (!same)
+            findings.push_back("line " + std::to_string(line) + ": " + name + " \"" + OneLine(own) +
+                               "\" is read as " + value);
+    }
+}
+
 // The same of a file's content, which need not open.
 std::vector<std::string> FindingsOf(Tool& tool, const std::string& path, const std::string& content) {
     try {
-        return Findings(tool, LoadTable(tool, path, content).table);
+        const auto read = LoadTable(tool, path, content);
+        auto findings = Findings(tool, read.table);
+        AddParameterFindings(read, content, findings);
+        return findings;
     } catch (const Ending& ending) {
         const int line = MalformedLine(content, tool.session.state.TableType);
         const std::string where = ": line " + std::to_string(line) + " is not what belongs there";
@@ -114,7 +156,7 @@ Status Show(Tool& tool) {
     if (tool.options.form == Form::Csv)
         std::cout << AsCsv(shown.table);
     else if (tool.options.form == Form::Json)
-        std::cout << AsJson(shown).dump(2) << "\n";
+        std::cout << Written(AsJson(shown));
     else
         std::cout << AsText(shown);
     return Status::Done;
@@ -127,13 +169,14 @@ Status Diff(Tool& tool) {
     // A file and a module differ in what the module can hold, as verify tells it.
     const auto asHeldBy = [](Snapshot& file, const Snapshot& module) {
         const auto type = module.table.Type();
-        if (file.table.Type() == type) file = ReadBytes(BytesOf(file, type, module.parameters), type);
+        if (file.table.Type() == type || type == TableType::RACE)
+            file = ReadBytes(BytesOf(file, type, module.parameters), type);
     };
     if (names[0] == kModule && names[1] != kModule) asHeldBy(second, first);
     if (names[1] == kModule && names[0] != kModule) asHeldBy(first, second);
     const auto differences = Differences(first, second);
     if (tool.options.form == Form::Json)
-        std::cout << AsJson(differences).dump(2) << "\n";
+        std::cout << Written(AsJson(differences));
     else
         std::cout << AsText(differences);
     return differences.empty() ? Status::Done : Status::Found;
@@ -163,7 +206,7 @@ Status New(Tool& tool) {
 
 Status Modify(Tool& tool) {
     const auto expression = ParseModifyExpression(tool.options.expression);
-    if (!expression)
+    if (!expression || !IsChange(tool.options.expression))
         throw Ending(Status::Usage,
                      "\"" + tool.options.expression + "\" is no change such as 30, -1, +1.5 or 95%");
     const auto& path = tool.options.files.front();
@@ -220,7 +263,7 @@ Status Check(Tool& tool) {
         for (const auto& finding : findings)
             std::cout << path << ": " << finding << "\n";
     }
-    if (tool.options.form == Form::Json) std::cout << list.dump(2) << "\n";
+    if (tool.options.form == Form::Json) std::cout << Written(list);
     return worst;
 }
 

@@ -59,17 +59,25 @@ std::vector<Parameter> ListOf(const ModuleParameters& of) {
 class CsvReader {
  public:
     explicit CsvReader(std::string_view text) {
-        for (auto line : Lines(text))
-            if (line.find_first_not_of(" \t,;") != std::string_view::npos) lines_.push_back(Fields(line));
+        std::size_t number = 0;
+        for (const auto line : Lines(text)) {
+            ++number;
+            if (line.find_first_not_of(" \t,;") == std::string_view::npos) continue;
+            lines_.push_back(Fields(line));
+            numbers_.push_back(number);
+        }
+        numbers_.push_back(number + 1);
     }
 
     std::size_t LineCount() const { return lines_.size(); }
     [[noreturn]] void Refuse(std::size_t line, std::size_t column, const std::string& why) const {
-        throw FileFailure("line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + why);
+        throw FileFailure("line " + std::to_string(numbers_[line - 1]) + ", column " +
+                          std::to_string(column) + ": " + why);
     }
     double Number(std::size_t line, std::size_t column) const {
         const auto& text = lines_[line - 1][column - 1];
         if (const auto number = EntireNumber(text)) return *number;
+        if (const auto number = StoredNumber(text)) return *number;
         Refuse(line, column, "\"" + OneLine(text) + "\" is no number");
     }
     void ExpectWidth(std::size_t line) const {
@@ -104,12 +112,18 @@ class CsvReader {
     }
 
     std::vector<std::vector<std::string>> lines_;
+    std::vector<std::size_t> numbers_;  // of these lines in the file, and of the one behind it
 };
 
 }  // namespace
 
 double Difference::By() const {
     return first.is_number() && second.is_number() ? second.get<double>() - first.get<double>() : 0;
+}
+
+std::string Written(const ordered_json& json) {
+    // File names need not be UTF-8.
+    return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
 std::string Counted(int count, const std::string& what) {
@@ -185,10 +199,9 @@ AdvanceTable TableOfCsv(std::string_view text, const std::function<double(TableT
         for (int column = 1; column <= kColumnCount; ++column) {
             const Cell cell{Column(column), row};
             const double degrees = csv.Number(line, std::size_t(column) + 1);
-            if (degrees > limit(type, cell) || (degrees < 0 && type == TableType::RACE))
+            if (degrees > limit(type, cell) || degrees < 0)
                 csv.Refuse(line, std::size_t(column) + 1,
-                           ReadableDecimal(degrees) + " degrees, where " +
-                               (type == TableType::RACE ? "0 to " : "at most ") +
+                           ReadableDecimal(degrees) + " degrees, where 0 to " +
                                ReadableDecimal(limit(type, cell)) + " are allowed");
             table.SetCell(cell, degrees);
         }

@@ -41,6 +41,9 @@ std::vector<Difference> Differences(const Snapshot& first, const Snapshot& secon
 std::string AsText(const std::vector<Difference>& differences);
 nlohmann::ordered_json AsJson(const std::vector<Difference>& differences);
 
+// As it goes to standard output.
+std::string Written(const nlohmann::ordered_json& json);
+
 // "1 cell", "5 cells".
 std::string Counted(int count, const std::string& what);
 

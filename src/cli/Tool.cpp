@@ -5,6 +5,10 @@
 #include "app/StartUp.h"
 #include "platform/Failure.h"
 
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <iostream>
 #include <iterator>
@@ -61,7 +65,9 @@ std::string ToolFiles::ReadWhole(const std::string& path) const {
 }
 
 void ToolFiles::ReplaceWhole(const std::string& path, const std::string& bytes) {
-    if (path != "-") return QtFiles::ReplaceWhole(path, bytes);
+    // A file in the place of what these names lead to would not be where the output goes.
+    constexpr std::array names{"-", "/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"};
+    if (std::ranges::find(names, path) == names.end()) return QtFiles::ReplaceWhole(path, bytes);
     if (!std::cout.write(bytes.data(), std::ssize(bytes)).flush())
         throw FileFailure("Cannot write to standard output");
 }
@@ -76,11 +82,17 @@ Tool::Tool(const Options& given) : options(given), progress_(given.quiet) {}
 
 void Tool::Start() {
     if (!StartUp(session)) throw FileFailure(Told());
+    if (!answers.told.empty())
+        noStoredPort_ = answers.told.front().substr(0, answers.told.front().find('\r'));
+    answers.told.clear();
 }
 
 void Tool::ConnectModule() {
     if (std::exchange(connected_, true)) return;
     auto& port = session.state.CommPort;
+    const bool named = options.port || options.simulate || !options.device.empty();
+    if (!named && !noStoredPort_.empty())
+        throw FileFailure(noStoredPort_ + " Name the port: --port N or --device PATH.");
     if (options.port) port = *options.port;
     if (!options.device.empty()) devices.Override(port, options.device);
     if (options.simulate)
@@ -90,12 +102,14 @@ void Tool::ConnectModule() {
 void Tool::Run(const std::function<void(Session&)>& command) {
     const EndSignals signals([this](int) { Signalled(); });
     RunCommand(session, command);
+    QCoreApplication::processEvents();  // a signal of the last moment
 }
 
 void Tool::Signalled() {
     const auto work = session.state.LinkWork;
     if (!interrupted_ && (work == LinkWork::Programming || work == LinkWork::Verifying))
-        std::fputs("\nrv52: interrupted; programming and verifying finish first.\n", stderr);
+        std::fprintf(stderr, "%srv52: interrupted; programming and verifying finish first.\n",
+                     progress_.Shown() ? "\n" : "");
     interrupted_ = true;
     RequestExit(session);
 }

@@ -44,6 +44,7 @@ class NoChartAndGrid : public ChartAndGrid {
 class Progress : public Shell {
  public:
     explicit Progress(bool quiet);
+    bool Shown() const { return shown_; }
 
     void SetCaption(const std::string&) override {}
     WindowSize InnerSize() const override { return {}; }
@@ -122,6 +123,7 @@ class Tool {
     QtSettings settings_;
     NoPrinter printer_;
     SimulatorProcess simulator_;
+    std::string noStoredPort_;  // why the port that the window has stored is not known
     bool connected_ = false;
     bool interrupted_ = false;
 

@@ -4,12 +4,15 @@
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <iostream>
 
 namespace {
 
 using namespace rv52;
 using namespace rv52::cli;
+
+constexpr const char* kLostOutput = "Cannot write to standard output";
 
 int Number(Status status) {
     return static_cast<int>(status);
@@ -25,8 +28,9 @@ Status Run(const Options& options) {
         Tool tool(options);
         tool.Start();
         const auto status = CommandNamed(options.command)(tool);
-        return std::cout.flush() ? status : Refuse(Status::File, "Cannot write to standard output");
+        return std::cout.flush() ? status : Refuse(Status::File, kLostOutput);
     } catch (const Ending& ending) {
+        if (!std::cout.flush()) return Refuse(Status::File, kLostOutput);
         return Refuse(ending.status, ending.what());
     } catch (const FileFailure& failure) {
         return Refuse(Status::File, failure.what());
@@ -38,6 +42,8 @@ Status Run(const Options& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // Whoever reads the output may leave first; a module that is being programmed is not left with them.
+    std::signal(SIGPIPE, SIG_IGN);
     const auto read = ReadOptions(argc, argv);
     if (const auto* ended = std::get_if<Status>(&read)) return Number(*ended);
     int one = 1;  // every option is this tool's own

@@ -123,10 +123,23 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
     Write("label.csv", with("\r\n22,", "\r\n23,"));
     Write("narrow.csv", with(",7500\r\n", "\r\n"));
     Write("short.csv", csv.substr(0, csv.find("\r\n20,") + 2));
+    Write("blank.csv", "\n\n" + Content("text.csv"));
+    ExpectDone(Run({"new", "EX", "--timing", "5", "--slope", "5", "ex.tbl"}));
+    ExpectDone(Run({"export", "ex.tbl", "ex.csv"}));
+    auto low = Content("ex.csv");
+    Write("low.csv", low.replace(low.find("\r\n18,") + 5, 0, "-"));
     Write("broken.tbl", "no table");
     const std::tuple<QStringList, int, const char*> cases[] = {
         {{}, 2, "rv52 --help"},
-        {{"frobnicate"}, 2, "frobnicate"},
+        {{"frobnicate", "--yes"}, 2, "\"frobnicate\" is no command"},
+        {{"show", ""}, 2, "empty"},
+        {{"--device", "", "id"}, 2, "empty"},
+        {{"upload", "a.tbl", "--yes", "--backup", ""}, 2, "empty"},
+        {{"upload", "a.tbl", "--backup", "--yes"}, 2, "is an option"},
+        {{"download", "x.tbl", "--image", "./x.tbl"}, 2, "cannot both be"},
+        {{"modify", "a.tbl", "--cells", "3000,30", "--by=-1,5"}, 2, "no change"},
+        {{"modify", "a.tbl", "--cells", "3000,30", "--by=1O"}, 2, "no change"},
+        {{"modify", "a.tbl", "--cells", "3000,30", "--by=5-10"}, 2, "no change"},
         {{"--device", "id"}, 2, "a command is required"},
         {{"--simulate", "foo", "id"}, 2, "foo is neither RACE nor EX"},
         {{"--port", "256", "id"}, 2, "255"},
@@ -147,6 +160,8 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
         {{"import", "label.csv", "x.tbl"}, 3, "line 5, column 1: \"23\", where 22 belongs"},
         {{"import", "narrow.csv", "x.tbl"}, 3, "line 1, column 17: 16 columns"},
         {{"import", "short.csv", "x.tbl"}, 3, "2 rows"},
+        {{"import", "blank.csv", "x.tbl"}, 3, "line 5, column 2: "},
+        {{"import", "low.csv", "x.tbl"}, 3, "0 to"},
         {{"check", "a.tbl", "broken.tbl"}, 1, ""},
         {{"check", "missing.tbl", "broken.tbl"}, 3, ""},
         {{"--device", "/dev/no-such", "id"}, 4, "the device is not there"},
@@ -167,6 +182,21 @@ TEST_F(CliTest, RefusesWithItsStatusAndOneLine) {
               "missing.tbl: Cannot read missing.tbl: No such file or directory.\n"
               "cut.tbl: Error loading cut.tbl: line 5 is not what belongs there\n"
               "a.tbl: good\n");
+    // Flags that a file does not state are nobody else's, and check tells of them.
+    auto parameters = before;
+    parameters.replace(parameters.find("!TachEnableFlag: False"), 22, "!RPMLimit: banana");
+    Write("parameters.tbl", parameters);
+    EXPECT_EQ(Run({"check", "parameters.tbl"}).out,
+              "parameters.tbl: line 20: RPMLimit \"banana\" is read as 3000\n"
+              "parameters.tbl: TachEnableFlag is not stated, and read as False\n");
+    Write("flags.tbl", parameters.replace(parameters.find("!RPMLimit: banana"), 17, "!TachEnableFlag: True"));
+    Write("noflags.tbl", parameters.substr(0, parameters.find("!Module")));
+    EXPECT_EQ(Run({"diff", "noflags.tbl", "flags.tbl"}).status, 1);
+    EXPECT_EQ(Run({"diff", "flags.tbl", "noflags.tbl"}).status, 1);
+    // A port that is not the user's may be another machine's.
+    Write("Corvane_RV52_Main.conf", "no settings");
+    EXPECT_EQ(Run({"id"}).status, 3);
+    std::filesystem::remove(Path("Corvane_RV52_Main.conf"));
 }
 
 // The four flag bits that a file does not keep come from the backup, or become 0.
@@ -226,6 +256,8 @@ TEST_F(CliTest, ABadLineNeverLooksLikeSuccess) {
         {"RACE", "flipped-bit=30", {"verify", "module.tbl"}, 1},
         {"RACE", "not-stored=17", {"vin", "1CVRV52A0SM000098", "--yes"}, 7},
         {"EX", "", {"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 3},
+        {"RACE", "flipped-bit=3", {"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 5},
+        {"RACE", "flipped-identification=1", {"upload", "a.tbl", "--yes", "--backup", "x.tbl"}, 5},
     };
     Connect("RACE");
     ExpectDone(OnModule({"download", "module.tbl"}));
@@ -269,6 +301,7 @@ TEST_F(CliTest, AnInterruptStopsAReadAndWaitsForProgrammingAndItsVerify) {
             Start(tool, QStringList{"--device", device_} + command);
             ASSERT_TRUE(tool.waitForStarted());
             EXPECT_FALSE(tool.waitForFinished(after));
+            tool.closeReadChannel(QProcess::StandardError);  // as a reader that the same Ctrl+C has ended
             kill(static_cast<pid_t>(tool.processId()), signal);
             ASSERT_TRUE(tool.waitForFinished(10000));
             EXPECT_EQ(tool.exitStatus(), QProcess::NormalExit);

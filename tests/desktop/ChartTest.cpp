@@ -272,7 +272,7 @@ TEST_F(ChartTest, WhatCannotBePaintedIsKeptAndPaintedAgainOnRetry) {
     Show(TableType::EX);
     const auto whole = view.grab().toImage();
     int kept = 0;
-    session.drawing.OnKept([&] { ++kept; });
+    const auto listening = session.drawing.OnKept([&] { ++kept; });
     session.gesture.kind = ChartGesture::Kind::Point;
     session.table.Touch();
     view.repaint();

@@ -21,7 +21,8 @@ void DrawFailures::Guard(const Draw& draw, const Draw& again) noexcept {
 void DrawFailures::Keep(const std::string& description, Draw again) {
     if (!first_) first_ = description;
     undone_.push_back(std::move(again));
-    if (!telling_ && undone_.size() == 1 && onKept_) onKept_();
+    if (telling_ || undone_.size() != 1) return;
+    onKept_.ForEach([](const auto& tell) { tell(); });
 }
 
 void DrawFailures::Tell(Steps& steps) {

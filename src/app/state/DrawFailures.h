@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/state/Listeners.h"
 #include "platform/Steps.h"
 
 #include <functional>
@@ -25,7 +26,7 @@ class DrawFailures {
     void Tell(Steps& steps);
 
     // Called when there is something to tell.
-    void OnKept(std::function<void()> kept) { onKept_ = std::move(kept); }
+    [[nodiscard]] Listening OnKept(std::function<void()> kept) { return onKept_.Add(std::move(kept)); }
 
  private:
     void DrawAgain();
@@ -33,7 +34,7 @@ class DrawFailures {
     std::optional<std::string> first_;  // of several failures the first one, most often the others' cause
     std::vector<Draw> undone_;
     bool telling_ = false;
-    std::function<void()> onKept_;
+    Listeners<> onKept_;
 };
 
 }  // namespace rv52

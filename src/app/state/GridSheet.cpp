@@ -60,8 +60,7 @@ std::size_t GridSheet::IndexOf(GridCell at) const {
 }
 
 void GridSheet::Notify(Change change) {
-    for (const auto& listener : listeners_)
-        drawing_.Guard([listener, change] { listener(change); });
+    listeners_.ForEach([this](const auto& listener) { drawing_.Guard(listener); }, change);
 }
 
 }  // namespace rv52

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/state/DrawFailures.h"
+#include "app/state/Listeners.h"
 #include "table/AdvanceTable.h"
 
 #include <functional>
@@ -71,7 +72,9 @@ class GridSheet {
     void Hold() { ++held_; }
     void Release();
     // A listener's failure is told when the change is over.
-    void OnChange(std::function<void(Change)> listener) { listeners_.push_back(std::move(listener)); }
+    [[nodiscard]] Listening OnChange(std::function<void(Change)> listener) {
+        return listeners_.Add(std::move(listener));
+    }
 
  private:
     std::size_t IndexOf(GridCell at) const;
@@ -86,7 +89,7 @@ class GridSheet {
     bool editable_ = false;
     int held_ = 0;
     bool textsChanged_ = false;
-    std::vector<std::function<void(Change)>> listeners_;
+    Listeners<Change> listeners_;
 };
 
 class SheetHold {

@@ -16,8 +16,7 @@ void TableStore::Touch() {
     touched_ = true;
     if (suspended_ > 0) return;
     touched_ = false;
-    for (const auto& redraw : redraws_)
-        drawing_.Guard(redraw);
+    redraws_.ForEach([this](const auto& redraw) { drawing_.Guard(redraw); });
 }
 
 void TableStore::Resume() {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "app/state/DrawFailures.h"
+#include "app/state/Listeners.h"
 #include "table/AdvanceTable.h"
 
 #include <functional>
 #include <optional>
-#include <vector>
 
 namespace rv52 {
 
@@ -29,12 +29,12 @@ class TableStore {
 
     // Called once after every change, or once after a suspended run of changes. Whoever changes the table
     // never hears of a failure there: it is told when the change is over.
-    void OnRedraw(std::function<void()> redraw) { redraws_.push_back(std::move(redraw)); }
+    [[nodiscard]] Listening OnRedraw(std::function<void()> redraw) { return redraws_.Add(std::move(redraw)); }
 
  private:
     DrawFailures& drawing_;
     std::optional<AdvanceTable> table_;
-    std::vector<std::function<void()>> redraws_;
+    Listeners<> redraws_;
     int suspended_ = 0;
     bool touched_ = false;
 };

@@ -46,9 +46,9 @@ void MainWindow::Compose(Session& session, const ComDevices& devices) {
     grid_ = new GridView(session, dispatch, run, client_);
     Hide();
     status_ = new StatusStrip(client_);
-    session.table.OnRedraw([this] { RenewStatus(); });
-    session.sheet.OnChange([this](GridSheet::Change) { RenewStatus(); });
-    session.drawing.OnKept([this] { TellDrawFailuresLater(); });
+    listening_ = {session.table.OnRedraw([this] { RenewStatus(); }),
+                  session.sheet.OnChange([this](GridSheet::Change) { RenewStatus(); }),
+                  session.drawing.OnKept([this] { TellDrawFailuresLater(); })};
     RenewStatus();
     progress_ = new ProgressPanel(client_);
     // A pick that was not taken, because a command is running, shows the port that holds.

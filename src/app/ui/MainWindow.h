@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/state/Listeners.h"
 #include "app/state/WindowPorts.h"
 
 #include <QMainWindow>
 
 #include <functional>
+#include <vector>
 
 namespace rv52 {
 
@@ -75,6 +77,7 @@ class MainWindow : public QMainWindow, public Shell, public ChartAndGrid {
     PortPanel* ports_ = nullptr;
     HelpWindow* help_ = nullptr;  // from when it is first asked for
     bool closing_ = false;
+    std::vector<Listening> listening_;
 };
 
 }  // namespace rv52

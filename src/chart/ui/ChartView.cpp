@@ -47,10 +47,10 @@ ChartView::ChartView(Session& session, Dispatch dispatch, QWidget* parent)
     label_->setUpdatesEnabled(false);  // its appearing would paint the chart below a second time
     label_->hide();
 
-    session_.table.OnRedraw([this] { Renew(); });
-    session_.sheet.OnChange([this](GridSheet::Change change) {
+    const auto cursorMoved = [this](GridSheet::Change change) {
         if (change == GridSheet::Change::Cursor || change == GridSheet::Change::Layout) update();
-    });
+    };
+    listening_ = {session_.table.OnRedraw([this] { Renew(); }), session_.sheet.OnChange(cursorMoved)};
 }
 
 const std::optional<Scene>& ChartView::Shown() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/state/Listeners.h"
 #include "chart/Overlay.h"
 #include "chart/Picking.h"
 #include "chart/Scene.h"
@@ -9,6 +10,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 class QLabel;
 
@@ -87,6 +89,7 @@ class ChartView : public QWidget {
     bool focusShown_ = false;
     bool broken_ = false;  // the plot as it is now could not be drawn
     int paints_ = 0;
+    std::vector<Listening> listening_;
 };
 
 }  // namespace rv52

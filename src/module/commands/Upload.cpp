@@ -36,12 +36,16 @@ void mnuUpload_Click(Session& session) {
         if (!session.state.TableShown || !session.table.HasTable())
             return step.Tell("No advance table data for uploading.", kTitle);
         const TableTypeGuard guard(session.state);
-        if (!IdentifyModule(session, kTitle, "upload")) return;
-        if (LacksRows(session)) return step.Tell("Cannot upload race data to EX version", kTitle, Icon::None);
-        if (!Encode(session)) return;
-        WriteEEPROMData(session);
-        ReportUpload(session, kTitle, "Upload completed.");
+        if (IdentifyModule(session, kTitle, "upload")) UploadToIdentified(session);
     });
+}
+
+void UploadToIdentified(Session& session) {
+    if (LacksRows(session))
+        return session.steps.Tell("Cannot upload race data to EX version", kTitle, Icon::None);
+    if (!Encode(session)) return;
+    WriteEEPROMData(session);
+    ReportUpload(session, kTitle, "Upload completed.");
 }
 
 }  // namespace rv52

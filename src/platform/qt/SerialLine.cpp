@@ -27,7 +27,7 @@ constexpr auto kSpin = 100us;
 constexpr auto kLongestSlice = 5ms;
 constexpr int kWriteTimeout = 1000;  // ms
 
-// Only a group that is let in helps whoever joins it.
+// Joining the device's group helps only where the group may read and write it.
 std::string WayIn(const QFileInfo& device) {
     if (!device.permission(QFileDevice::ReadGroup | QFileDevice::WriteGroup)) return {};
     return " Join the group \"" + FromQt(device.group()) + "\" and log in again.";

@@ -48,9 +48,7 @@ GridView::GridView(Session& session, Dispatch dispatch, RunCommand runCommand, Q
       editing_(new CellEditor(session, dispatch_, *this)) {
     SetUpParts();
     setModel(model_);
-    session.sheet.OnChange([view = QPointer<GridView>(this)](GridSheet::Change change) {
-        if (view) view->SheetChanged(change);
-    });
+    listening_ = session.sheet.OnChange([this](GridSheet::Change change) { SheetChanged(change); });
     connect(editing_, &CellEditor::MoveOn, this, &GridView::MoveCursorBy);
     ReflectLayout();
 }

@@ -71,7 +71,8 @@ class GridView : public QTableView {
     GridCorner* corner_;
     GridMenu* menu_;
     CellEditor* editing_;
-    bool syncing_ = false;   // cursor and selection are on their way between view and sheet
+    bool syncing_ = false;  // cursor and selection are on their way between view and sheet
+    Listening listening_;
     bool dragging_ = false;  // the left button was pressed on a data cell
 };
 

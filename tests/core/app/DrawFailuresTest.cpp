@@ -12,11 +12,11 @@ namespace {
 class DrawFailuresTest : public SessionTest {
  protected:
     DrawFailuresTest() {
-        session.table.OnRedraw([this] { Draw(chartDraws); });
-        session.sheet.OnChange([this](GridSheet::Change change) {
+        const auto gridChanged = [this](GridSheet::Change change) {
             if (change == GridSheet::Change::Texts) Draw(gridDraws);
-        });
-        session.drawing.OnKept([this] { ++kept; });
+        };
+        listening = {session.table.OnRedraw([this] { Draw(chartDraws); }),
+                     session.sheet.OnChange(gridChanged), session.drawing.OnKept([this] { ++kept; })};
         ShowFlat(TableType::RACE, 20);
         SelectGridCells(session, {{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}},
                         {GridRow(1), GridColumn(1)});
@@ -24,6 +24,7 @@ class DrawFailuresTest : public SessionTest {
         broken = true;
         chartDraws = gridDraws = 0;
     }
+    std::vector<Listening> listening;
     void Draw(int& draws) const {
         ++draws;
         if (broken) throw Failure("no ink");

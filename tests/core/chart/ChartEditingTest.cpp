@@ -13,9 +13,6 @@ namespace {
 
 class ChartEditingTest : public SessionTest {
  protected:
-    ChartEditingTest() {
-        session.table.OnRedraw([this] { ++redraws; });
-    }
     void ExpectFlat(double degrees) { EXPECT_EQ(session.table.Table(), FlatTable(Type(), degrees)); }
     // A whole gesture, its button lost or released.
     void Gesture(PressKey key, std::optional<Cell> hit, double mouse, void (*end)(Session&) = ChartRelease) {
@@ -28,6 +25,7 @@ class ChartEditingTest : public SessionTest {
     const ValueLabel& Label() const { return session.chart.Label(); }
 
     int redraws = 0;
+    const Listening listening = session.table.OnRedraw([this] { ++redraws; });
 };
 
 TEST_F(ChartEditingTest, PressTakesAPointAndMakesItsCellCurrent) {

@@ -86,7 +86,7 @@ TEST_F(OpenTableTest, KeepsTheParametersOfAFileWhoseTableItCannotShow) {
 
     // Redrawing is not left suspended, and the table that was closed can still be saved, as what it is.
     int redraws = 0;
-    session.table.OnRedraw([&] { ++redraws; });
+    const auto listening = session.table.OnRedraw([&] { ++redraws; });
     session.table.Touch();
     EXPECT_EQ(redraws, 1);
     Save("/kept.tbl");

@@ -70,7 +70,7 @@ TEST_F(GridCommandsTest, EditTakesRaceTextsFromZeroTo45AndNothingElse) {
     ShowFlat(TableType::RACE, 30);
     MoveGridCursor(session, {GridRow(7), GridColumn(7)});
     int redraws = 0;
-    session.table.OnRedraw([&] { ++redraws; });
+    const auto drawn = session.table.OnRedraw([&] { ++redraws; });
     const std::tuple<const char*, double, const char*> accepted[] = {
         {"0", 0, "0.0"},       {"45", 45, "45.0"}, {" 27.75 ", 27.75, "27.8"},
         {"+.25", 0.25, "0.3"}, {"5.", 5, "5.0"},   {"0.1234", 0.1234, "0.1"}};
@@ -263,8 +263,9 @@ TEST_F(GridCommandsTest, TextsAndTableAgreeAfterAnyMixOfChanges) {
     const char* const answers[] = {"30", "-5", "+10.37", "80%", "-7.5%", "+15%", "0.33", "nonsense", "-200"};
     int redraws = 0;
     int repaints = 0;
-    session.table.OnRedraw([&] { ++redraws; });
-    session.sheet.OnChange([&](GridSheet::Change change) { repaints += change == GridSheet::Change::Texts; });
+    const auto drawn = session.table.OnRedraw([&] { ++redraws; });
+    const auto repainted = session.sheet.OnChange(
+        [&](GridSheet::Change change) { repaints += change == GridSheet::Change::Texts; });
     for (const auto type : {TableType::RACE, TableType::EX}) {
         ShowFlat(type, 5.13);
         const int rows = RowCount(type);
