@@ -86,8 +86,8 @@ void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type) {
 
 Snapshot ReadBytes(const EepromBuffer& bytes, TableType type) {
     ModuleParameters parameters;
-    auto table = DecodeEepromImage(bytes, type, parameters);
-    return {std::move(table), parameters};
+    const auto table = DecodeEepromImage(bytes, type, parameters);
+    return {table, parameters};
 }
 
 }  // namespace rv52::cli

@@ -33,7 +33,7 @@ void DeviceWatch::Begin(const std::string& path) {
 // alternate all come.
 DeviceWatch::Seen DeviceWatch::Look() {
     Seen seen;
-    alignas(inotify_event) std::array<char, 4096> events;
+    alignas(inotify_event) std::array<char, 4096> events{};
     for (;;) {
         const auto size = read(descriptor_, events.data(), events.size());
         if (size <= 0) return seen;

@@ -29,7 +29,7 @@ PeerAnswer SimulatedModule::Receive(std::uint8_t byte) {
     if (now_ < awayUntil_) return {};
     auto step = StepFor(byte);
     Take(step);
-    return step;
+    return static_cast<const PeerAnswer&>(step);
 }
 
 void SimulatedModule::PortClosed() {
