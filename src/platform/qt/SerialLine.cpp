@@ -21,8 +21,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A sleep wakes late by up to this much; the rest of a delay is spun.
-constexpr auto kSpin = 100us;
+// A sleep may wake late by this much, on a virtual machine above all; the rest of a delay is spun.
+constexpr auto kSpin = 400us;
 // The longest time without looking at window events while the program yields.
 constexpr auto kLongestSlice = 5ms;
 constexpr int kWriteTimeout = 1000;  // ms
