@@ -6,6 +6,7 @@
 #include "app/state/TableStore.h"
 #include "link/commands/ModuleDialogue.h"
 #include "platform/ComDevices.h"
+#include "platform/Text.h"
 #include "table/Numbers.h"
 
 namespace rv52 {
@@ -54,9 +55,9 @@ std::string Foremost(const AppState& state, const TableStore& table, const GridS
 }
 
 std::string ChangesText(const AppState& state, const EditHistory& history) {
-    const int cells = history.ChangedCells();
+    const auto cells = history.ChangedCells();
     if (!state.TableShown || cells == 0) return {};
-    return std::to_string(cells) + (cells == 1 ? " cell" : " cells") + " changed since " + history.Since();
+    return Counted(cells, "cell") + " changed since " + history.Since();
 }
 
 }  // namespace

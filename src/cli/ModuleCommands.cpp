@@ -201,7 +201,7 @@ Status Verify(Tool& tool) {
     const auto held = DownloadedFrom(tool);
     const auto& state = tool.session.state;
     const auto expected = BytesOf(wanted, state.TableType, held.parameters);
-    int bytes = 0;
+    std::size_t bytes = 0;
     for (const auto& range : ReadExtent(state.TableType).ranges)
         for (auto index = static_cast<std::size_t>(range.first);
              index <= static_cast<std::size_t>(range.last); ++index)

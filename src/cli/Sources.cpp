@@ -3,6 +3,7 @@
 #include "cli/Tool.h"
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
+#include "platform/Text.h"
 #include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
 
@@ -72,10 +73,10 @@ EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameter
 
 void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type) {
     const auto kept = ReadBytes(BytesOf(file, type, file.parameters), type).table;
-    const int left = file.table.RowCount() - kept.RowCount();
+    const auto left = static_cast<std::size_t>(file.table.RowCount() - kept.RowCount());
     if (left > 0)
         tool.Remark("a RACE module has no place for the " + Counted(left, "row") + " of lowest pressure.");
-    int clamped = 0;
+    std::size_t clamped = 0;
     ForEachCell(type, [&](Cell cell) {
         clamped += std::abs(kept.GetCell(cell) - file.table.GetCell(cell)) > kDegreesPerCount;
     });

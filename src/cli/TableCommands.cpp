@@ -71,7 +71,7 @@ bool IsChange(std::string_view text) {
 // "5 cells changed, 2 of them held at a limit."
 std::string ChangesSince(const AdvanceTable& before, const Tool& tool, const ModifyExpression& expression) {
     const auto& now = tool.session.table.Table();
-    int changed = 0;
+    std::size_t changed = 0;
     int held = 0;
     ForEachCell(now.Type(), [&](Cell cell) {
         const auto [was, is] = std::pair(before.GetCell(cell), now.GetCell(cell));

@@ -126,10 +126,6 @@ std::string Written(const ordered_json& json) {
     return json.dump(2, ' ', false, ordered_json::error_handler_t::replace) + "\n";
 }
 
-std::string Counted(int count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 std::string NameOf(Cell cell) {
     return "RPM " + std::to_string(RpmOfColumn(cell.column)) + ", MAP " + std::to_string(MapOfRow(cell.row));
 }

@@ -44,9 +44,6 @@ nlohmann::ordered_json AsJson(const std::vector<Difference>& differences);
 // As it goes to standard output.
 std::string Written(const nlohmann::ordered_json& json);
 
-// "1 cell", "5 cells".
-std::string Counted(int count, const std::string& what);
-
 // "RPM 3000, MAP 28".
 std::string NameOf(Cell cell);
 

@@ -49,6 +49,10 @@ std::vector<std::string_view> Lines(std::string_view text) {
     return lines;
 }
 
+std::string Counted(std::size_t count, const std::string& what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
 std::string OneLine(std::string_view text) {
     std::string line(text);
     std::ranges::replace_if(

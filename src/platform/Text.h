@@ -22,6 +22,9 @@ std::string_view TakeLine(std::string_view& text);
 // The lines of a text file, CR LF or LF; a line break at the end starts no further line.
 std::vector<std::string_view> Lines(std::string_view text);
 
+// "1 cell", "5 cells".
+std::string Counted(std::size_t count, const std::string& what);
+
 // A text for the terminal that quotes what somebody gave: control characters, line ends among them, become
 // "?".
 std::string OneLine(std::string_view text);

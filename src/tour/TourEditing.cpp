@@ -84,7 +84,7 @@ void Tour::UndoAndRedo() {
     const auto& session = program_.Running();
     const auto edited = session.table.Table();
     const auto text = session.sheet.Text(kEdited);
-    const int changed = session.history.ChangedCells();
+    const auto changed = session.history.ChangedCells();
     Check(changed == 12, "twelve cells differ from the module's");
     for (int step = 0; step < 3; ++step)
         robot_.Press(Qt::Key_Z, Qt::ControlModifier);

@@ -73,9 +73,9 @@ void EditHistory::Forget() {
     unchanged_.reset();
 }
 
-int EditHistory::ChangedCells() const {
+std::size_t EditHistory::ChangedCells() const {
     if (!unchanged_ || !table_.HasTable() || unchanged_->Type() != table_.Table().Type()) return 0;
-    int changed = 0;
+    std::size_t changed = 0;
     ForEachCell(unchanged_->Type(),
                 [&](Cell cell) { changed += unchanged_->GetCell(cell) != table_.Table().GetCell(cell); });
     return changed;

@@ -61,7 +61,7 @@ class EditHistory {
     void Forget();
 
     // In how many cells the values differ from what was last loaded or saved, and how that was.
-    int ChangedCells() const;
+    std::size_t ChangedCells() const;
     const std::string& Since() const { return since_; }
 
  private:

@@ -1,6 +1,7 @@
 #include "table/commands/Undo.h"
 
 #include "app/state/Session.h"
+#include "platform/Text.h"
 
 namespace rv52 {
 
@@ -27,8 +28,7 @@ void Tell(Session& session, const std::string& outcome) {
 
 // "Undone: Modify, 12 cells"
 std::string Outcome(const std::string& done, const History::Step& step) {
-    const auto cells = step.cells.size();
-    return done + ": " + step.name + ", " + std::to_string(cells) + (cells == 1 ? " cell" : " cells");
+    return done + ": " + step.name + ", " + Counted(step.cells.size(), "cell");
 }
 
 }  // namespace
