@@ -11,6 +11,7 @@
 #include "table/commands/NewTable.h"
 #include "table/commands/SelectionCommands.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <iostream>
@@ -107,31 +108,37 @@ std::vector<std::string> Findings(const Tool& tool, const AdvanceTable& table) {
     return findings;
 }
 
-// Parameters that a file does not state, or states otherwise than they are read.
+// Whether what a file states of a parameter is what is read, but for the spelling.
+bool SaysTheSame(std::string_view stated, std::string_view read) {
+    const auto number = EntireNumber(stated);
+    return UpperCase(stated) == UpperCase(read) || (number && number == EntireNumber(read));
+}
+
+std::string NotStated(std::string_view name, std::string_view read) {
+    return std::string(name) + " is not stated, and read as " + std::string(read);
+}
+
+std::string ReadOtherwise(const ParameterLine& stated, std::string_view value, std::string_view read) {
+    return "line " + std::to_string(stated.number) + ": " + std::string(ParameterName(stated.key)) + " \"" +
+           OneLine(value) + "\" is read as " + std::string(read);
+}
+
+// Parameters that a file does not state, or states otherwise than they are read. The last statement about one
+// holds.
 void AddParameterFindings(const Snapshot& read, std::string_view content,
                           std::vector<std::string>& findings) {
-    const auto lines = Lines(content);
+    auto stated = FindParameters(content);
+    std::ranges::reverse(stated);
     const auto written = FormatTableFile(read.table, read.parameters);
-    for (const auto stated : Lines(written)) {
-        const auto colon = stated.find(": ");
-        if (!stated.starts_with('!') || colon == std::string_view::npos) continue;
-        const std::string name(stated.substr(1, colon - 1));
-        const std::string value(stated.substr(colon + 2));
-        std::size_t line = lines.size();
-        while (line > 0 && !ContainsNoCase(lines[line - 1], "!" + name))
-            --line;
-        if (line == 0) {
-            findings.push_back(name + " is not stated, and read as " + value);
+    for (const auto& parameter : FindParameters(written)) {
+        const auto last = std::ranges::find(stated, parameter.key, &ParameterLine::key);
+        if (last == stated.end()) {
+            findings.push_back(NotStated(ParameterName(parameter.key), parameter.value));
             continue;
         }
-        const auto text = lines[line - 1].substr(lines[line - 1].find(':') + 1);
-        const auto first = std::min(text.find_first_not_of(" \t"), text.size());
-        const std::string own(text.substr(first, text.find_last_not_of(" \t") + 1 - first));
-        const auto number = EntireNumber(own);
-        const bool same = UpperCase(own) == UpperCase(value) || (number && number == EntireNumber(value));
-        if (!same)
-            findings.push_back("line " + std::to_string(line) + ": " + name + " \"" + OneLine(own) +
-                               "\" is read as " + value);
+        const auto value = last->value.substr(0, last->value.find_last_not_of(" \t") + 1);
+        if (!SaysTheSame(value, parameter.value))
+            findings.push_back(ReadOtherwise(*last, value, parameter.value));
     }
 }
 

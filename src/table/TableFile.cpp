@@ -98,13 +98,17 @@ TableFileParameters UnstatedParameters(const ModuleParameters& current) {
     return unstated;
 }
 
+std::string_view ParameterName(std::size_t key) {
+    return kKeys.at(key).name.substr(1);
+}
+
 std::vector<ParameterLine> FindParameters(std::string_view text) {
     std::vector<ParameterLine> found;
-    while (!text.empty()) {
+    for (int number = 1; !text.empty(); ++number) {
         const auto line = TakeLine(text);
         if (line.find('!') == std::string_view::npos) continue;
         for (std::size_t key = 0; key < kKeys.size(); ++key)
-            if (ContainsNoCase(line, kKeys[key].name)) found.push_back({key, ValueOf(line)});
+            if (ContainsNoCase(line, kKeys[key].name)) found.push_back({key, ValueOf(line), number});
     }
     return found;
 }

@@ -25,11 +25,15 @@ struct TableFileParameters {
 // What stands where the file says nothing: the four flags keep the values they had.
 TableFileParameters UnstatedParameters(const ModuleParameters& current);
 
-// One statement about a parameter: a key found in a line, and the line's value.
+// One statement about a parameter: a key found in a line, the line's value, and which line of the file it is.
 struct ParameterLine {
     std::size_t key;
     std::string_view value;
+    int number;
 };
+
+// "RPMLimit".
+std::string_view ParameterName(std::size_t key);
 
 // Every statement of a file's text, in the order in which they are applied; the last one about a key holds.
 std::vector<ParameterLine> FindParameters(std::string_view text);
