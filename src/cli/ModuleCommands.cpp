@@ -11,6 +11,7 @@
 #include "platform/linux/PortLock.h"
 #include "table/TableFile.h"
 
+#include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <unistd.h>
@@ -93,6 +94,21 @@ Snapshot ReadTwice(Tool& tool) {
         throw Ending(Status::NoAnswer,
                      "two reads of the module differ; nothing was written to it. Check cable.");
     return Current(tool);
+}
+
+// Tells what of a file such a module has no place for, or cannot hold.
+void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type) {
+    const auto kept = ReadBytes(BytesOf(file, type, file.parameters), type).table;
+    const auto left = static_cast<std::size_t>(file.table.RowCount() - kept.RowCount());
+    if (left > 0)
+        tool.Remark("a RACE module has no place for the " + Counted(left, "row") + " of lowest pressure.");
+    std::size_t clamped = 0;
+    ForEachCell(type, [&](Cell cell) {
+        clamped += std::abs(kept.GetCell(cell) - file.table.GetCell(cell)) > kDegreesPerCount;
+    });
+    if (clamped > 0)
+        tool.Remark(Counted(clamped, "cell") + " of " + tool.options.files.front() +
+                    " cannot be held: the module has the nearest value that it can.");
 }
 
 // As the window uploads. With a backup, only into a module that names itself as the one it was read from.

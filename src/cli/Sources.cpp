@@ -3,11 +3,8 @@
 #include "cli/Tool.h"
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
-#include "platform/Text.h"
 #include "table/TableFile.h"
 #include "table/commands/FileCommands.h"
-
-#include <cmath>
 
 namespace rv52::cli {
 
@@ -69,20 +66,6 @@ EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameter
         throw Ending(Status::File, "Cannot compare race data with EX version");
     }
     return bytes;
-}
-
-void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type) {
-    const auto kept = ReadBytes(BytesOf(file, type, file.parameters), type).table;
-    const auto left = static_cast<std::size_t>(file.table.RowCount() - kept.RowCount());
-    if (left > 0)
-        tool.Remark("a RACE module has no place for the " + Counted(left, "row") + " of lowest pressure.");
-    std::size_t clamped = 0;
-    ForEachCell(type, [&](Cell cell) {
-        clamped += std::abs(kept.GetCell(cell) - file.table.GetCell(cell)) > kDegreesPerCount;
-    });
-    if (clamped > 0)
-        tool.Remark(Counted(clamped, "cell") + " of " + tool.options.files.front() +
-                    " cannot be held: the module has the nearest value that it can.");
 }
 
 Snapshot ReadBytes(const EepromBuffer& bytes, TableType type) {

@@ -32,8 +32,6 @@ Snapshot Current(const Tool& tool);
 // are those of held, the module's own. Throws Ending for a table that such a module does not take.
 EepromBuffer BytesOf(const Snapshot& file, TableType type, const ModuleParameters& held);
 Snapshot ReadBytes(const EepromBuffer& bytes, TableType type);
-// Tells what of a file such a module has no place for, or cannot hold.
-void RemarkOutOfRange(const Tool& tool, const Snapshot& file, TableType type);
 
 // Nothing was programmed: the port, the module, or the user who has interrupted it.
 Ending NotReached(const Tool& tool);
