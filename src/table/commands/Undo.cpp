@@ -9,16 +9,37 @@ namespace {
 
 using History = EditHistory;
 
-void Bring(Session& session, const History::Step& to, History::Content History::ChangedCell::*content,
-           History::Place History::Step::*place) {
+// Back, or forth again: the step next on the way, and what it brings.
+struct Way {
+    const char* done;
+    const char* nothing;
+    const History::Step* (History::*next)() const;
+    History::Content History::ChangedCell::*content;
+    History::Place History::Step::*place;
+    void (History::*walked)();
+};
+
+constexpr Way kBack{"Undone",
+                    "Nothing to undo",
+                    &History::ToUndo,
+                    &History::ChangedCell::before,
+                    &History::Step::before,
+                    &History::Undone};
+constexpr Way kForth{
+    "Redone",        "Nothing to redo", &History::ToRedo, &History::ChangedCell::after, &History::Step::after,
+    &History::Redone};
+
+void Bring(Session& session, const History::Step& to, const Way& way) {
     const RedrawHold redrawHold(session.table);
     const SheetHold sheetHold(session.sheet);
     session.chart.HideLabel();
     for (const auto& cell : to.cells) {
-        session.table.SetCell(CellAt(cell.at, session.table.Table().Type()), (cell.*content).degrees);
-        session.sheet.SetText(cell.at, (cell.*content).text);
+        const auto& content = cell.*way.content;
+        session.table.SetCell(CellAt(cell.at, session.table.Table().Type()), content.degrees);
+        session.sheet.SetText(cell.at, content.text);
     }
-    session.sheet.Select((to.*place).selection, (to.*place).cursor);
+    const auto& place = to.*way.place;
+    session.sheet.Select(place.selection, place.cursor);
 }
 
 void Tell(Session& session, const std::string& outcome) {
@@ -26,31 +47,25 @@ void Tell(Session& session, const std::string& outcome) {
     session.shell.RenewStatus();
 }
 
-// "Undone: Modify, 12 cells"
-std::string Outcome(const std::string& done, const History::Step& step) {
-    return done + ": " + step.name + ", " + Counted(step.cells.size(), "cell");
+// Tells "Undone: Modify, 12 cells".
+void Walk(Session& session, const Way& way) {
+    session.steps.Procedure([&](Steps& step) {
+        const auto* next = (session.history.*way.next)();
+        if (next == nullptr) return Tell(session, way.nothing);
+        step([&] { Bring(session, *next, way); });
+        (session.history.*way.walked)();
+        Tell(session, std::string(way.done) + ": " + next->name + ", " + Counted(next->cells.size(), "cell"));
+    });
 }
 
 }  // namespace
 
 void UndoEdit(Session& session) {
-    session.steps.Procedure([&](Steps& step) {
-        const auto* undone = session.history.ToUndo();
-        if (undone == nullptr) return Tell(session, "Nothing to undo");
-        step([&] { Bring(session, *undone, &History::ChangedCell::before, &History::Step::before); });
-        session.history.Undone();
-        Tell(session, Outcome("Undone", *undone));
-    });
+    Walk(session, kBack);
 }
 
 void RedoEdit(Session& session) {
-    session.steps.Procedure([&](Steps& step) {
-        const auto* redone = session.history.ToRedo();
-        if (redone == nullptr) return Tell(session, "Nothing to redo");
-        step([&] { Bring(session, *redone, &History::ChangedCell::after, &History::Step::after); });
-        session.history.Redone();
-        Tell(session, Outcome("Redone", *redone));
-    });
+    Walk(session, kForth);
 }
 
 }  // namespace rv52
