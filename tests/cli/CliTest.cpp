@@ -1,5 +1,6 @@
 #include "module/EepromMap.h"
 #include "support/TemporaryFolder.h"
+#include "support/WaitsForSignals.h"
 
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -300,6 +301,8 @@ TEST_F(CliTest, AnInterruptStopsAReadAndWaitsForProgrammingAndItsVerify) {
             QProcess tool;
             Start(tool, QStringList{"--device", device_} + command);
             ASSERT_TRUE(tool.waitForStarted());
+            while (!WaitsForSignals(tool.processId()))
+                ASSERT_FALSE(tool.waitForFinished(5));
             EXPECT_FALSE(tool.waitForFinished(after));
             tool.closeReadChannel(QProcess::StandardError);  // as a reader that the same Ctrl+C has ended
             kill(static_cast<pid_t>(tool.processId()), signal);

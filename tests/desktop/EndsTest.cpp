@@ -1,4 +1,5 @@
 #include "ProgramFixture.h"
+#include "support/WaitsForSignals.h"
 #include "table/TableFile.h"
 #include "table/ui/GridView.h"
 
@@ -18,21 +19,6 @@
 #include <unistd.h>
 
 namespace rv52::test {
-
-namespace {
-
-// Whether a process has come to where a SIGTERM no longer just kills it.
-bool WaitsForSignals(qint64 process) {
-    QFile status(QStringLiteral("/proc/%1/status").arg(process));
-    if (!status.open(QIODevice::ReadOnly)) return false;
-    const auto caught = status.readAll().split('\n');
-    for (const auto& line : caught)
-        if (line.startsWith("SigCgt:"))
-            return (line.mid(8).toULongLong(nullptr, 16) >> (SIGTERM - 1) & 1U) != 0;
-    return false;
-}
-
-}  // namespace
 
 // How the program ends when it is not its user who closes the window.
 class EndsTest : public ProgramFixture {
