@@ -158,8 +158,8 @@ TEST(UndoTest, AnyEditsAreTakenBackAndMadeAgainToTheLetter) {
                 if (is.SameTable(was)) continue;  // nothing to undo
                 done.resize(present++);
                 done.push_back(deed);
-                before.erase(before.begin() + std::ptrdiff_t(present) - 1, before.end());
-                after.erase(after.begin() + std::ptrdiff_t(present) - 1, after.end());
+                before.erase(before.begin() + std::ptrdiff_t(present - 1), before.end());
+                after.erase(after.begin() + std::ptrdiff_t(present - 1), after.end());
                 before.push_back(was);
                 after.push_back(is);
             }
