@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QGroupBox>
+#include <QTimer>
 
 class QProgressBar;
 
@@ -18,6 +19,7 @@ class ProgressPanel : public QGroupBox {
 
  private:
     QProgressBar* bar_;
+    QTimer painting_;
 };
 
 }  // namespace rv52

@@ -23,8 +23,10 @@ using namespace std::chrono_literals;
 
 // A sleep may wake late by this much, on a virtual machine above all; the rest of a delay is spun.
 constexpr auto kSpin = 400us;
-// The longest time without looking at window events while the program yields.
+// The longest time without looking at window events while the program waits for bytes, and in a delay, in
+// which they hold nothing up.
 constexpr auto kLongestSlice = 5ms;
+constexpr auto kDelaySlice = 1ms;
 constexpr int kWriteTimeout = 1000;  // ms
 
 // Joining the device's group helps only where the group may read and write it.
@@ -184,14 +186,13 @@ void SerialLine::WaitFor(std::chrono::milliseconds duration) {
     const auto end = Now() + duration;
     for (;;) {
         Yield();
-        const auto now = Now();
-        if (now >= end) return;
-        if (end - now > kSpin)
-            std::this_thread::sleep_for(std::min<Clock>(end - kSpin - now, kLongestSlice));
-        else
-            while (Now() < end) {
-            }
+        const auto left = end - Now();
+        if (left <= kSpin) break;
+        std::this_thread::sleep_for(std::min<Clock>(left - kSpin, kDelaySlice));
     }
+    while (Now() < end) {
+    }
+    DeliverConditions();
 }
 
 }  // namespace rv52
