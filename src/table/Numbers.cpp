@@ -92,6 +92,27 @@ Digits DigitsOf(double value) {
     return {std::move(run), static_cast<std::size_t>(std::max(0, exponent)) + 1};
 }
 
+// The tenths that a magnitude rounds to, where arithmetic alone can tell: below a thousand, what ten times it
+// is off by, digits beyond the reliable ones included, is less than a tenth of the room left around a half.
+std::optional<int> PlainTenths(double magnitude) {
+    constexpr double tooLarge = 1000;
+    constexpr double room = 1e-9;
+    if (!(magnitude < tooLarge)) return std::nullopt;
+    const double scaled = magnitude * 10;
+    const int below = static_cast<int>(scaled);
+    const double above = scaled - below - 0.5;
+    if (std::abs(above) < room) return std::nullopt;
+    return above > 0 ? below + 1 : below;
+}
+
+std::string WrittenTenths(bool negative, int tenths) {
+    std::array<char, 8> text{'-'};
+    auto* end = std::to_chars(text.data() + 1, text.data() + text.size(), tenths / 10).ptr;
+    *end++ = '.';
+    *end++ = static_cast<char>('0' + tenths % 10);
+    return {text.data() + (negative && tenths > 0 ? 0 : 1), end};
+}
+
 }  // namespace
 
 double RoundHalfEven(double value) {
@@ -114,6 +135,7 @@ std::string ShortestDecimal(double value) {
 
 std::string FormatTenths(double value) {
     if (!std::isfinite(value)) return value < 0 ? "-inf" : std::isnan(value) ? "nan" : "inf";
+    if (const auto tenths = PlainTenths(std::abs(value))) return WrittenTenths(value < 0, *tenths);
     auto [digits, whole] = DigitsOf(value);
     digits.resize(std::max(digits.size(), whole + 2), '0');
     const bool up = digits[whole + 1] >= '5';

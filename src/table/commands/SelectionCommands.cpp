@@ -27,6 +27,11 @@ constexpr const char* kModifyPrompt =
 constexpr char kCellSeparator = '\t';
 constexpr char kRowSeparator = '\r';
 
+std::size_t CellCount(const GridRange& range) {
+    return static_cast<std::size_t>(range.last.row - range.first.row + 1) *
+           static_cast<std::size_t>(range.last.column - range.first.column + 1);
+}
+
 template <class Visit>
 void ForEachCellOf(const GridRange& range, Visit&& visit) {
     for (int row = range.first.row; row <= range.last.row; ++row)
@@ -69,6 +74,7 @@ double ModifiedWithinLimits(const Session& session, GridCell at, double degrees)
 
 Changes Modified(const Session& session, const GridRange& block, const ModifyExpression& expression) {
     Changes changes;
+    changes.reserve(CellCount(block));
     ForEachCellOf(block, [&](GridCell at) {
         const double degrees =
             ModifiedWithinLimits(session, at, expression.Apply(Spelled(session.sheet.Text(at))));
@@ -103,6 +109,7 @@ Changes Pasted(const Session& session, const GridRange& target) {
     const auto texts = CopiedTexts(session.state.CopyBuffer);
     const int columns = session.state.CopyCols + 1;
     Changes changes;
+    changes.reserve(CellCount(target));
     ForEachCellOf(target, [&](GridCell at) {
         const int index = (at.row - target.first.row) * columns + at.column - target.first.column;
         auto text = texts.size() == 1 ? texts.front() : texts.at(static_cast<std::size_t>(index));
