@@ -67,8 +67,18 @@ void Mesh::AddFacets(Cell cell, const Projection& projection) {
         halves = {Facet{{right, opposite, back}}, Facet{{cell, right, back}}};
         firstIsFar = x + y > 0;
     }
-    facets_.push_back(halves[firstIsFar ? 0 : 1]);
-    facets_.push_back(halves[firstIsFar ? 1 : 0]);
+    AddFacet(halves[firstIsFar ? 0 : 1]);
+    AddFacet(halves[firstIsFar ? 1 : 0]);
+}
+
+void Mesh::AddFacet(Facet facet) {
+    facet.least = facet.most = At(facet.corners[0]).at;
+    for (const auto& corner : facet.corners) {
+        const auto& at = At(corner).at;
+        facet.least = {std::min(facet.least.x, at.x), std::min(facet.least.y, at.y)};
+        facet.most = {std::max(facet.most.x, at.x), std::max(facet.most.y, at.y)};
+    }
+    facets_.push_back(facet);
 }
 
 }  // namespace rv52

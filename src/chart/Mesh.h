@@ -27,6 +27,9 @@ double HeightInBox(double degrees, const ChartAxis& advance);
 // do not lie in one plane, and a four-cornered patch would fold at silhouettes.
 struct Facet {
     std::array<Cell, 3> corners;
+    // The rectangle that it is drawn in.
+    Point least{};
+    Point most{};
 };
 
 // The table's surface as the eye sees it.
@@ -53,6 +56,7 @@ class Mesh {
     }
     void Order(const Projection& projection);
     void AddFacets(Cell cell, const Projection& projection);
+    void AddFacet(Facet facet);
 
     TableType type_;
     std::vector<Vertex> vertices_;

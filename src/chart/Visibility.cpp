@@ -41,22 +41,19 @@ void KeepPositive(const Along& value, Span& span) {
     }
 }
 
-bool LiesBeside(const Vertex* const (&corners)[3], const Vertex& a, const Vertex& b) {
-    const auto beside = [&](double Point::*along) {
-        const auto [least, most] =
-            std::minmax({corners[0]->at.*along, corners[1]->at.*along, corners[2]->at.*along});
-        const auto [from, to] = std::minmax(a.at.*along, b.at.*along);
-        return most < from - kBeside || least > to + kBeside;
-    };
-    return beside(&Point::x) || beside(&Point::y);
+bool LiesBeside(const Facet& facet, const Vertex& a, const Vertex& b) {
+    return facet.most.x < std::min(a.at.x, b.at.x) - kBeside ||
+           facet.least.x > std::max(a.at.x, b.at.x) + kBeside ||
+           facet.most.y < std::min(a.at.y, b.at.y) - kBeside ||
+           facet.least.y > std::max(a.at.y, b.at.y) + kBeside;
 }
 
 // Where along the line a → b the facet lies before it.
 std::optional<Span> HiddenBy(const Facet& facet, const Vertex& a, const Vertex& b, const Mesh& mesh) {
+    if (LiesBeside(facet, a, b)) return std::nullopt;
     const Vertex* corners[3];
     for (std::size_t corner = 0; corner < 3; ++corner)
         corners[corner] = &mesh.At(facet.corners[corner]);
-    if (LiesBeside(corners, a, b)) return std::nullopt;
     const double area = Turn(corners[0]->at, corners[1]->at, corners[2]->at);
     if (std::abs(area) < kEdgeOn) return std::nullopt;
 

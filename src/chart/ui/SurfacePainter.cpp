@@ -19,30 +19,54 @@ class Painter {
         for (const auto& band : scene.chartTemplate.bands)
             AddColours(ToQt(band));
         AddColours(colours.outside);
+        ForEachCell(mesh_.Type(),
+                    [&](Cell cell) { bandOf_.push_back(BandOf(mesh_.At(cell).height, advance_)); });
     }
 
     // Facets come back to front, two for each cell. A side between two cells is drawn with the nearer one:
-    // the farther one's would be half covered.
+    // the farther one's would be half covered. Two facets seen from one side do not cover each other: what is
+    // drawn softly is drawn together, since the toolkit takes its time to change from one to the other.
     void Paint() {
         auto facet = mesh_.Facets().begin();
         for (const auto& cell : mesh_.CellsBackToFront()) {
-            painter_.setRenderHint(QPainter::Antialiasing, false);
-            Fill(*facet++);
-            Fill(*facet++);
-            painter_.setRenderHint(QPainter::Antialiasing, true);
+            const auto& far = *facet++;
+            const auto& near = *facet++;
+            const bool apart = IsSeenFromAbove(far) == IsSeenFromAbove(near);
+            Soft(false);
+            if (!apart || !FillAsOne(cell, IsSeenFromAbove(far))) {
+                Fill(far);
+                if (!apart) {
+                    Soft(true);
+                    SoftenEdges(far);
+                    Soft(false);
+                }
+                Fill(near);
+            }
+            Soft(true);
+            if (apart) SoftenEdges(far);
+            SoftenEdges(near);
             Lines(cell);
         }
     }
 
  private:
     struct BandColours {
-        QColor above;
-        QColor below;
-        QColor line;
+        QBrush above;
+        QBrush below;
+        QPen line;
+
+        const QBrush& Of(bool fromAbove) const { return fromAbove ? above : below; }
     };
 
     void AddColours(const QColor& band) {
-        bands_.push_back({band, Underside(band, colours_.background), MeshLineOn(band)});
+        bands_.push_back({band, Underside(band, colours_.background),
+                          QPen(MeshLineOn(band), colours_.meshLine, Qt::SolidLine, Qt::SquareCap)});
+    }
+
+    void Soft(bool soft) { painter_.setRenderHint(QPainter::Antialiasing, soft); }
+
+    int BandAt(Cell cell) const {
+        return bandOf_[static_cast<std::size_t>((cell.row - 1) * kColumnCount + cell.column - 1)];
     }
 
     const BandColours& ColoursOf(int band) const {
@@ -50,46 +74,71 @@ class Painter {
         return bands_[static_cast<std::size_t>(place)];
     }
 
-    void Fill(const Facet& facet) {
+    // Corners run counter-clockwise as seen from above; y grows downwards.
+    bool IsSeenFromAbove(const Facet& facet) const {
+        const auto& [a, b, c] = facet.corners;
+        return Turn(mesh_.At(a).at, mesh_.At(b).at, mesh_.At(c).at) < 0;
+    }
+
+    // On screens, both facets of a cell at once where they are of one colour: most are, and each fill costs
+    // as much as the pixels of a small one.
+    bool FillAsOne(Cell cell, bool fromAbove) {
+        if (colours_.seam > 0) return false;
+        const Column right(cell.column + 1);
+        const Row back(cell.row + 1);
+        const int band = BandAt(cell);
+        polygon_.clear();
+        for (const Cell corner : {cell, Cell{right, cell.row}, Cell{right, back}, Cell{cell.column, back}}) {
+            if (BandAt(corner) != band) return false;
+            polygon_.push_back(ToQt(mesh_.At(corner).at));
+        }
+        painter_.setPen(Qt::NoPen);
+        painter_.setBrush(ColoursOf(band).Of(fromAbove));
+        painter_.drawPolygon(polygon_);
+        return true;
+    }
+
+    bool LiesInOneBand(const Facet& facet) const {
+        const auto& [a, b, c] = facet.corners;
+        return BandAt(a) == BandAt(b) && BandAt(a) == BandAt(c);
+    }
+
+    std::array<HeightAt, 3> HeightsOf(const Facet& facet) const {
         std::array<HeightAt, 3> corners;
         for (std::size_t corner = 0; corner < 3; ++corner) {
             const auto& vertex = mesh_.At(facet.corners[corner]);
             corners[corner] = {vertex.at, vertex.height};
         }
-        // Corners run counter-clockwise as seen from above; y grows downwards.
-        const bool fromAbove = Turn(corners[0].at, corners[1].at, corners[2].at) < 0;
+        return corners;
+    }
+
+    void Fill(const Facet& facet) {
         pieces_.clear();
-        CutIntoBands(corners, advance_, pieces_);
-        for (const auto& piece : pieces_) {
-            const auto& colours = ColoursOf(piece.band);
-            FillPiece(piece, fromAbove ? colours.above : colours.below);
-        }
-        if (colours_.seam == 0) SoftenEdges(corners, fromAbove);
+        CutIntoBands(HeightsOf(facet), advance_, pieces_);
+        for (const auto& piece : pieces_)
+            FillPiece(piece, ColoursOf(piece.band).Of(IsSeenFromAbove(facet)));
     }
 
     // On screens a line of the colour between takes the steps off the edge of two bands.
-    void SoftenEdges(const std::array<HeightAt, 3>& corners, bool fromAbove) {
+    void SoftenEdges(const Facet& facet) {
+        if (colours_.seam > 0 || LiesInOneBand(facet)) return;
         edges_.clear();
-        FindBandEdges(corners, advance_, edges_);
-        if (edges_.empty()) return;
-        painter_.setRenderHint(QPainter::Antialiasing, true);
+        FindBandEdges(HeightsOf(facet), advance_, edges_);
+        const bool fromAbove = IsSeenFromAbove(facet);
         for (const auto& edge : edges_) {
-            const auto& low = ColoursOf(edge.below);
-            const auto& high = ColoursOf(edge.below + 1);
-            painter_.setPen(
-                QPen(fromAbove ? Mixed(low.above, high.above, 0.5) : Mixed(low.below, high.below, 0.5),
-                     colours_.hairline));
+            const auto& low = ColoursOf(edge.below).Of(fromAbove);
+            const auto& high = ColoursOf(edge.below + 1).Of(fromAbove);
+            painter_.setPen(QPen(Mixed(low.color(), high.color(), 0.5), colours_.hairline));
             painter_.drawLine(ToQt(edge.line.from), ToQt(edge.line.to));
         }
-        painter_.setRenderHint(QPainter::Antialiasing, false);
     }
 
-    void FillPiece(const BandPiece& piece, const QColor& colour) {
+    void FillPiece(const BandPiece& piece, const QBrush& brush) {
         if (colours_.seam > 0)
-            painter_.setPen(QPen(colour, colours_.seam));
+            painter_.setPen(QPen(brush, colours_.seam));
         else
             painter_.setPen(Qt::NoPen);
-        painter_.setBrush(colour);
+        painter_.setBrush(brush);
         polygon_.clear();
         for (const auto& corner : piece.outline)
             polygon_.push_back(ToQt(corner));
@@ -116,8 +165,7 @@ class Painter {
     void Line(Cell from, Cell to) {
         const auto& a = mesh_.At(from);
         const auto& b = mesh_.At(to);
-        painter_.setPen(QPen(ColoursOf(BandOf((a.height + b.height) / 2, advance_)).line, colours_.meshLine,
-                             Qt::SolidLine, Qt::SquareCap));
+        painter_.setPen(ColoursOf(BandOf((a.height + b.height) / 2, advance_)).line);
         painter_.drawLine(ToQt(a.at), ToQt(b.at));
     }
 
@@ -126,6 +174,7 @@ class Painter {
     const ChartAxis& advance_;
     const ChartColours& colours_;
     std::vector<BandColours> bands_;
+    std::vector<int> bandOf_;  // each data point's
     std::vector<BandPiece> pieces_;
     std::vector<BandEdge> edges_;
     QPolygonF polygon_;
