@@ -1,10 +1,11 @@
 #include "table/ui/GridCells.h"
 
 #include <QAbstractItemView>
-#include <QCache>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QPainter>
 #include <QRect>
+#include <QStaticText>
 #include <QString>
 #include <QStyleOptionHeader>
 
@@ -28,18 +29,29 @@ QRectF GlyphBox(const QFontMetricsF& metrics, const QString& text) {
     return box;
 }
 
-// Boxes are kept: a table repeats its few hundred numbers, and measuring one takes longer than drawing it.
-QRectF KeptGlyphBox(const QFont& font, const QString& text) {
+// A text that has been measured and shaped.
+struct Glyphs {
+    QRectF box;
+    double ascent = 0;  // of the font, from the top of the drawn text to its baseline
+    QStaticText text;
+};
+
+// They are kept: a table repeats its few hundred numbers, and to measure and shape one takes longer than to
+// draw it.
+const Glyphs& KeptGlyphs(const QFont& font, const QString& text) {
+    constexpr qsizetype most = 1000;
     static QFont keptFont;
-    static QCache<QString, QRectF> kept(2000);
-    if (font != keptFont) {
+    static QHash<QString, Glyphs> kept;
+    if (font != keptFont || kept.size() > most) {
         kept.clear();
         keptFont = font;
     }
-    if (const auto* box = kept.object(text)) return *box;
-    const auto box = GlyphBox(QFontMetricsF(font), text);
-    kept.insert(text, new QRectF(box));
-    return box;
+    const auto found = kept.constFind(text);
+    if (found != kept.constEnd()) return *found;
+    const QFontMetricsF metrics(font);
+    Glyphs glyphs{GlyphBox(metrics, text), metrics.ascent(), QStaticText(text)};
+    glyphs.text.setTextFormat(Qt::PlainText);
+    return *kept.insert(text, glyphs);
 }
 
 // Draws text in the painter's font and pen, centred in a cell by the box of its glyphs: an 11-pixel row has
@@ -48,7 +60,8 @@ void DrawFitted(QPainter& painter, const QRect& cell, const QString& text) {
     if (text.isEmpty() || cell.width() < 2 || cell.height() < 2) return;
     const double widest = cell.width() / kNarrowest;
     QString shown = text;
-    QRectF box = KeptGlyphBox(painter.font(), shown);
+    const auto& glyphs = KeptGlyphs(painter.font(), text);
+    QRectF box = glyphs.box;
     if (box.width() > widest) {
         const QFontMetricsF metrics(painter.font());
         shown = metrics.elidedText(text, Qt::ElideRight, widest);
@@ -62,7 +75,8 @@ void DrawFitted(QPainter& painter, const QRect& cell, const QString& text) {
     // Unscaled glyphs are crispest on whole pixels.
     if (flat == 1.0) start.setY(std::round(start.y()));
     if (narrow == 1.0) start.setX(std::round(start.x()));
-    if (flat == 1.0 && narrow == 1.0) return painter.drawText(start, shown);
+    if (flat == 1.0 && narrow == 1.0)
+        return painter.drawStaticText(start - QPointF(0, glyphs.ascent), glyphs.text);
 
     painter.save();
     painter.translate(start);
