@@ -41,13 +41,22 @@ double Median(std::vector<double> values) {
 }
 
 double MedianSeconds(int runs, const std::function<void()>& run) {
-    std::vector<double> seconds;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        run();
-        seconds.push_back(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count());
-    }
-    return Median(std::move(seconds));
+    return MedianSecondsInTurns(runs, {run}).front();
+}
+
+std::vector<double> MedianSecondsInTurns(int turns, const std::vector<std::function<void()>>& runs) {
+    std::vector<std::vector<double>> seconds(runs.size());
+    for (int turn = 0; turn < turns; ++turn)
+        for (std::size_t run = 0; run < runs.size(); ++run) {
+            const auto start = std::chrono::steady_clock::now();
+            runs[run]();
+            const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+            seconds[run].push_back(taken.count());
+        }
+    std::vector<double> medians;
+    for (auto& of : seconds)
+        medians.push_back(Median(std::move(of)));
+    return medians;
 }
 
 }  // namespace rv52::bench

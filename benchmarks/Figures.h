@@ -44,5 +44,8 @@ double Median(std::vector<double> values);
 
 // The median of this many timed runs, in seconds.
 double MedianSeconds(int runs, const std::function<void()>& run);
+// The same of each of several things that take turns, so that a machine that is slow for a while is slow for
+// all.
+std::vector<double> MedianSecondsInTurns(int turns, const std::vector<std::function<void()>>& runs);
 
 }  // namespace rv52::bench

@@ -7,18 +7,28 @@
 
 namespace rv52::bench {
 
-// The core by itself: a module on virtual time, nothing shown.
-struct QuietSession {
-    explicit QuietSession(const ModuleOptions& options = ModuleOptions()) : module(options) {}
+// The core by itself on a line: nothing is shown, and nobody looks on.
+struct UnshownSession {
+    explicit UnshownSession(Line& line)
+        : session(Ports{line, nobody, view, view, files, settings, printer}) {}
 
-    SimulatedModule module;
-    VirtualLine line{module};
     Nobody nobody;
     NoView view;
     NoFiles files;
     NoSettings settings;
     NoPrinter printer;
-    Session session{Ports{line, nobody, view, view, files, settings, printer}};
+    Session session;
+};
+
+// The same with a module on virtual time.
+struct QuietSession {
+    explicit QuietSession(const ModuleOptions& options = ModuleOptions()) : module(options) {}
+
+    SimulatedModule module;
+    VirtualLine line{module};
+    UnshownSession unshown{line};
+    Nobody& nobody = unshown.nobody;
+    Session& session = unshown.session;
 };
 
 }  // namespace rv52::bench

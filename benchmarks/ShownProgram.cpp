@@ -6,6 +6,7 @@
 #include "table/commands/TableDisplay.h"
 
 #include <QCoreApplication>
+#include <QWindow>
 
 #include <stdexcept>
 
@@ -15,6 +16,8 @@ ShownProgram::ShownProgram() {
     if (!StartUp(session)) throw std::runtime_error("the program's files are not beside this one");
     window.Compose(session, devices);
     window.show();
+    while (!window.windowHandle()->isExposed())
+        QCoreApplication::processEvents();
     Settle();
 }
 

@@ -33,7 +33,7 @@ VirtualScreen::VirtualScreen() : server_(std::make_unique<QProcess>()) {
     server_->start(
         QStringLiteral("Xvfb"),
         {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"), QStringLiteral("0"),
-         QStringLiteral("1920x1200x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+         QStringLiteral("2600x1200x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     while (!server_->canReadLine())
         if (!server_->waitForReadyRead()) throw std::runtime_error("Xvfb does not start");
     display_ = QLatin1Char(':') + QString::fromLatin1(server_->readLine()).trimmed();
@@ -44,12 +44,22 @@ VirtualScreen::~VirtualScreen() {
     server_->waitForFinished();
 }
 
+void VirtualScreen::Use() const {
+    for (const auto& [name, value] : Variables())
+        qputenv(name, value.toLocal8Bit());
+}
+
 QProcessEnvironment VirtualScreen::Environment() const {
     auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DISPLAY"), display_);
-    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-    environment.insert(QStringLiteral("LIBGL_ALWAYS_SOFTWARE"), QStringLiteral("1"));
+    for (const auto& [name, value] : Variables())
+        environment.insert(QString::fromLatin1(name), value);
     return environment;
+}
+
+std::vector<std::pair<const char*, QString>> VirtualScreen::Variables() const {
+    return {{"DISPLAY", display_},
+            {"QT_QPA_PLATFORM", QStringLiteral("xcb")},
+            {"LIBGL_ALWAYS_SOFTWARE", QStringLiteral("1")}};
 }
 
 std::map<std::string, double> LinesOf(const QString& program, const QStringList& arguments,

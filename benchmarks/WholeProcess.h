@@ -6,6 +6,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 class QProcess;
 
@@ -14,7 +16,8 @@ namespace rv52::bench {
 // The path of a program in this program's folder.
 QString ProgramBeside(const char* name);
 
-// An X screen in memory, with the rendering of 3D left to the processor.
+// An X screen in memory, wide enough for two windows beside each other, with the rendering of 3D left to the
+// processor.
 class VirtualScreen {
  public:
     VirtualScreen();
@@ -23,8 +26,12 @@ class VirtualScreen {
     VirtualScreen& operator=(const VirtualScreen&) = delete;
 
     QProcessEnvironment Environment() const;
+    // For this program's own windows, before it has a QApplication.
+    void Use() const;
 
  private:
+    std::vector<std::pair<const char*, QString>> Variables() const;
+
     std::unique_ptr<QProcess> server_;
     QString display_;
 };

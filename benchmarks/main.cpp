@@ -1,4 +1,5 @@
 #include "Groups.h"
+#include "WholeProcess.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -39,8 +40,8 @@ int main(int argc, char** argv) {
     const bool check = std::erase(wanted, "--check") > 0;
     if (!std::ranges::all_of(wanted, IsGroup)) return Refuse();
 
-    // Windows are drawn in memory; what a screen adds is measured with whole processes.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const VirtualScreen screen;
+    screen.Use();
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QProcess::nullDevice());
     int qtArguments = 1;
     const QApplication application(qtArguments, argv);
