@@ -10,7 +10,6 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QImageReader>
 #include <QProcess>
 #include <QSettings>
 #include <QTimer>
@@ -46,14 +45,6 @@ class WhenPlaced : public QObject {
     std::function<void()> task_;
 };
 
-// A bitmap, and one whose format is told: the library that draws vector pictures, and those of all the
-// formats that would be tried, would stay in memory for this one icon.
-QIcon ProgramIcon() {
-    QImageReader reader(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.png"), "png");
-    reader.setAutoDetectImageFormat(false);
-    return QPixmap::fromImage(reader.read());
-}
-
 }  // namespace
 
 DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options)) {
@@ -63,7 +54,9 @@ DesktopProgram::DesktopProgram(CommandLine options) : options_(std::move(options
         devices_.Override(commPort, device);
     // Under Wayland the desktop finds the program's name and icon by its entry.
     QGuiApplication::setDesktopFileName(QStringLiteral("corvane_rv52"));
-    QGuiApplication::setWindowIcon(ProgramIcon());
+    // A bitmap: the libraries that draw a vector picture would stay in memory for this one icon.
+    QGuiApplication::setWindowIcon(
+        QIcon(QCoreApplication::applicationDirPath() + QStringLiteral("/corvane_rv52.png")));
     Application::KeepFailuresIn(&session_.drawing);
     prompts_.SetParent(&window_);
     prompts_.SetDismissing([this] { return session_.gate.DismissesBoxes(); });

@@ -145,17 +145,12 @@ void SplashWindow::LoadLogo(const std::string& path) {
     const auto file = ToQt(path);
     if (!QFileInfo(file).isFile())
         throw Failure("The logo " + path + " cannot be shown: there is no such file.");
-    QImageReader byName(file);
-    auto picture = ReadLogo(byName, devicePixelRatioF());
-    if (picture.isNull()) {
-        // What the picture is decides, not how its file is called; to find out, the libraries of all formats
-        // are loaded.
-        QImageReader byContent(file);
-        byContent.setDecideFormatFromContent(true);
-        picture = ReadLogo(byContent, devicePixelRatioF());
-        if (picture.isNull())
-            throw Failure("The logo " + path + " cannot be shown: " + FromQt(byContent.errorString()) + ".");
-    }
+    QImageReader reader(file);
+    // What the picture is decides, not how its file is called.
+    reader.setDecideFormatFromContent(true);
+    const auto picture = ReadLogo(reader, devicePixelRatioF());
+    if (picture.isNull())
+        throw Failure("The logo " + path + " cannot be shown: " + FromQt(reader.errorString()) + ".");
     logo_->setPixmap(picture);
 }
 
