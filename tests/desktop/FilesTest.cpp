@@ -2,6 +2,7 @@
 #include "support/FailureOf.h"
 #include "support/TemporaryFolder.h"
 
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <fstream>
@@ -13,6 +14,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace rv52::test {
@@ -296,14 +298,20 @@ TEST_F(FilesTest, TwoProgramsThatSaveAtOnceNeverMix) {
 }
 
 TEST_F(FilesTest, KilledAtAnyMomentItIsOldOrNew) {
-    std::map<std::string, int> seen;
-    for (int kill = 0; kill < 300; ++kill) {
-        const pid_t saver = Start([&] {
-            for (bool turn = false;; turn = !turn)
-                Save(table_, turn ? kOld : kNew);
+    const auto save = [&](int times) {
+        return Start([this, times] {
+            for (int turn = 0; turn < times; ++turn)
+                Save(table_, turn % 2 == 0 ? kNew : kOld);
             return 0;
         });
-        ::usleep(static_cast<useconds_t>(kill * 37 % 4000));
+    };
+    const auto start = std::chrono::steady_clock::now();
+    Finish(save(4));
+    const auto fourSaves = std::chrono::steady_clock::now() - start;
+    std::map<std::string, int> seen;
+    for (int kill = 0; kill < 300; ++kill) {
+        const pid_t saver = save(1000);
+        std::this_thread::sleep_for(fourSaves * kill / 300);
         ::kill(saver, SIGKILL);
         Finish(saver);
         ++seen[Content(table_)];
