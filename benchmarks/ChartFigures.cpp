@@ -6,9 +6,9 @@
 #include "chart/ui/ChartPainter.h"
 #include "chart/ui/ChartView.h"
 #include "chart/ui/SurfacePainter.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/GridCursor.h"
 #include "table/commands/NewTable.h"
-#include "table/commands/SelectionCommands.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -6,9 +6,9 @@
 #include "platform/qt/QtFiles.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/GridCursor.h"
 #include "table/commands/NewTable.h"
-#include "table/commands/SelectionCommands.h"
 #include "table/commands/TableDisplay.h"
 
 #include <filesystem>

@@ -2,7 +2,7 @@
 
 #include "app/state/FormResize.h"
 #include "app/state/Session.h"
-#include "link/commands/LineErrors.h"
+#include "link/commands/LineConditions.h"
 #include "link/commands/PortSetup.h"
 #include "platform/Failure.h"
 #include "table/LimitTables.h"
@@ -47,7 +47,7 @@ bool StartUp(Session& session) {
         session.state.AbortRequested = false;
         step([&] { RestoreCommPort(session); });
         RestartLineErrorCount(session);
-        HandleLineErrors(session);
+        HandleLineConditions(session);
         step([&] {
             const auto& branding = session.state.BrandingLines;
             session.shell.SetCaption((branding.empty() ? "" : branding.front()) + " " +

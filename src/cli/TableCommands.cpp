@@ -7,9 +7,9 @@
 #include "table/Numbers.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/FileCommands.h"
 #include "table/commands/NewTable.h"
-#include "table/commands/SelectionCommands.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,8 +2,8 @@
 #include "module/commands/Report.h"
 #include "support/DismissingUser.h"
 #include "support/TemporaryFolder.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/FileCommands.h"
-#include "table/commands/SelectionCommands.h"
 #include "table/ui/GridView.h"
 
 #include <clocale>

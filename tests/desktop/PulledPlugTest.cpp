@@ -1,5 +1,5 @@
 #include "app/RunCommand.h"
-#include "link/commands/LineErrors.h"
+#include "link/commands/LineConditions.h"
 #include "link/commands/Vin.h"
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
@@ -152,7 +152,7 @@ TEST(PulledPlugTest, NothingIsReadOrWrittenWhereItDoesNotBelong) {
             TestSession test(line);
             HastyUser user;
             Session session(PortsOf(test.session, user, line));
-            HandleLineErrors(session);
+            HandleLineConditions(session);
             if (command == mnuUpload_Click)
                 ShowAs(session,
                        DecodeEepromImage(PatternBuffer(), TableType::RACE, session.state.ModuleParameters));

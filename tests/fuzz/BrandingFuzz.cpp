@@ -1,5 +1,5 @@
 #include "app/Branding.h"
-#include "app/SplashLoad.h"
+#include "app/SplashBranding.h"
 #include "fuzz/FuzzedSession.h"
 #include "fuzz/Target.h"
 

@@ -3,8 +3,8 @@
 #include "fuzz/FuzzedSession.h"
 #include "fuzz/Target.h"
 #include "table/Numbers.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/EndEdit.h"
-#include "table/commands/SelectionCommands.h"
 #include "table/commands/TableDisplay.h"
 
 #include <cmath>

@@ -4,7 +4,7 @@
 #include "app/state/FormResize.h"
 #include "fuzz/Bytes.h"
 #include "fuzz/Target.h"
-#include "link/commands/LineErrors.h"
+#include "link/commands/LineConditions.h"
 #include "link/commands/Vin.h"
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
@@ -134,7 +134,7 @@ void Target(std::string_view input) {
     test::RecordingView view;
     test::RecordingShell shell;
     Session session(Ports{line, user, view, shell, files, settings, printer});
-    HandleLineErrors(session);
+    HandleLineConditions(session);
     session.table.Replace(AdvanceTable(type));
     session.state.TableType = type;
     if (set % 4 != 0) ShowTable(session);

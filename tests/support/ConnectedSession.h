@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/commands/LineErrors.h"
+#include "link/commands/LineConditions.h"
 #include "simulator/SimulatedModule.h"
 #include "simulator/VirtualLine.h"
 #include "support/TestSession.h"
@@ -17,7 +17,7 @@ inline constexpr const char* kUnverified = "Upload aborted - EEPROM verification
 // A session whose line leads to this far end, on virtual time.
 struct ConnectedSession {
     explicit ConnectedSession(Peer& peer) : line(peer), test(line) {
-        HandleLineErrors(session);
+        HandleLineConditions(session);
         state.EchoMode = true;  // as a module left it that echoes
     }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/state/WindowLayout.h"
+#include "app/state/ChartAndGridLayout.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/SplashLoad.h"
+#include "app/SplashBranding.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "table/ui/GridMenu.h"
 
 #include "app/state/Session.h"
-#include "table/commands/SelectionCommands.h"
+#include "table/commands/CopyPasteModify.h"
 
 #include <QKeyEvent>
 

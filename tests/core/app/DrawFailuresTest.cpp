@@ -2,8 +2,8 @@
 #include "core/SessionTest.h"
 #include "platform/Failure.h"
 #include "support/FailureOf.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/GridCursor.h"
-#include "table/commands/SelectionCommands.h"
 
 namespace rv52::test {
 namespace {

@@ -94,7 +94,7 @@ TEST(IdentificationTest, ADamagedOneIsNone) {
             ConnectedModule at(Options(TableType::EX, true));
             AnsweringUser user;
             Session session(PortsOf(at.session, user, at.line));
-            HandleLineErrors(session);
+            HandleLineConditions(session);
             session.state.LineErrorCount = static_cast<std::int16_t>(errorsBefore);
             session.state.CommOK = true;
             int yields = 0;

@@ -235,7 +235,7 @@ TEST(ModuleLinkTest, ABreakAnywhereEndsARangeWithNothingMoreSent) {
                 AnsweringUser user;
                 user.answers = answers;
                 Session session(PortsOf(at.session, user, at.line));
-                HandleLineErrors(session);
+                HandleLineConditions(session);
                 session.link.SetAddress({1, true}, {16});
                 const auto& trace = at.line.Trace();
                 const auto before = trace.size();
@@ -269,7 +269,7 @@ TEST(ModuleLinkTest, WhatComesBehindTheLastByte) {
             ConnectedModule at(Options(TableType::RACE, true), lost ? Faults({"lost-reply=2"}, 1) : Faults());
             AnsweringUser user;
             Session session(PortsOf(at.session, user, at.line));
-            HandleLineErrors(session);
+            HandleLineConditions(session);
             session.link.SetAddress({1, true}, {16});
             bool struck = false;
             at.line.OnYield([&] {
@@ -299,7 +299,7 @@ TEST(ModuleLinkTest, ARangeBeginsWithinASecondOfItsAddress) {
         at.line.At(1ms, [&] { at.line.Raise(LineCondition::Parity); });
         AnsweringUser user;
         Session session(PortsOf(at.session, user, at.line));
-        HandleLineErrors(session);
+        HandleLineConditions(session);
         EXPECT_EQ(session.link.SetAddress({1, true}, {16}), LinkOutcome::Done);
         EXPECT_EQ(user.told, std::vector<std::string>{"Parity error."});
         at.line.Advance(1s - (at.line.Now() - at.line.LastArrival()) + beyond);

@@ -70,7 +70,7 @@ struct TamperedTransfer {
     explicit TamperedTransfer(const ModuleOptions& options, const std::string& fault = {},
                               Answer answer = Answer::Abort)
         : peer(options, fault.empty() ? Faults() : Faults({fault}, 7)), before(options.eeprom), user(answer) {
-        HandleLineErrors(session);
+        HandleLineConditions(session);
         session.table.Replace(
             DecodeEepromImage(PatternBuffer(), options.type, session.state.ModuleParameters));
         session.state.TableType = options.type;

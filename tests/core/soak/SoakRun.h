@@ -40,7 +40,7 @@ class SoakRun {
  public:
     SoakRun(const Dice& dice, SoakCount& count) : dice_(dice), count_(count), calm_(dice_.OneIn(8)) {
         module_.line = &line_;
-        HandleLineErrors(session_);
+        HandleLineConditions(session_);
         line_.OnYield([this] { MakeTrouble(); });
         user_.onFailure = [this] { module_.NoteBreak(); };
         user_.onCondition = [this] { module_.NoteCondition(); };

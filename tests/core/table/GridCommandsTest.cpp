@@ -1,8 +1,8 @@
 #include "core/SessionTest.h"
 #include "table/Numbers.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/EndEdit.h"
 #include "table/commands/GridCursor.h"
-#include "table/commands/SelectionCommands.h"
 
 #include <cmath>
 #include <random>

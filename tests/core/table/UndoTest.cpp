@@ -5,10 +5,10 @@
 #include "core/SessionTest.h"
 #include "core/table/RandomTable.h"
 #include "table/Numbers.h"
+#include "table/commands/CopyPasteModify.h"
 #include "table/commands/EndEdit.h"
 #include "table/commands/FileCommands.h"
 #include "table/commands/GridCursor.h"
-#include "table/commands/SelectionCommands.h"
 
 #include <algorithm>
 #include <random>

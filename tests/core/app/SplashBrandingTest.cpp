@@ -1,5 +1,5 @@
 #include "app/Branding.h"
-#include "app/SplashLoad.h"
+#include "app/SplashBranding.h"
 #include "core/SessionTest.h"
 #include "platform/Failure.h"
 #include "table/Numbers.h"
@@ -28,7 +28,7 @@ class RecordingSplash : public Splash {
     Texts told;
 };
 
-class SplashLoadTest : public test::SessionTest {
+class SplashBrandingTest : public test::SessionTest {
  protected:
     void Load(const std::string& file) {
         files["/program/Corvane_RV52.cfg"] = file;
@@ -42,7 +42,7 @@ constexpr const char* kTitle = "title Corvane_RV52_Splash";
 constexpr const char* kEndsEarly =
     "The branding file Corvane_RV52.cfg ends before its second section is closed by a line with \"!\".";
 
-TEST_F(SplashLoadTest, HasDefaultsWithoutAFile) {
+TEST_F(SplashBrandingTest, HasDefaultsWithoutAFile) {
     LoadSplash(session, splash_);
     EXPECT_EQ(splash_.told, (Texts{"text Emberline", "font Arial", "size 48", "style bold italic",
                                    "logo /program/Emberline_Logo.gif", kTitle}));
@@ -50,7 +50,7 @@ TEST_F(SplashLoadTest, HasDefaultsWithoutAFile) {
     EXPECT_EQ(branding_.size(), 6U);
 }
 
-TEST_F(SplashLoadTest, DressesTheSplashAsTheFileSays) {
+TEST_F(SplashBrandingTest, DressesTheSplashAsTheFileSays) {
     Load("!\nNord\nLiberation Sans\n 12.5pt\nsemiBOLD\nNull\nsix\nseven\n!\nNordwerk\nStreet\nTown\n!\n");
     EXPECT_EQ(splash_.told, (Texts{"text Nord", "font Liberation Sans", "size 12.5", "style bold", kTitle}));
     EXPECT_EQ(branding_, (Texts{"Nordwerk", "Street", "Town"}));
@@ -61,7 +61,7 @@ TEST_F(SplashLoadTest, DressesTheSplashAsTheFileSays) {
     EXPECT_EQ(branding_, Texts{"Emberline"});
 }
 
-TEST_F(SplashLoadTest, KeepsTheLinesOfAFileThatEndsEarly) {
+TEST_F(SplashBrandingTest, KeepsTheLinesOfAFileThatEndsEarly) {
     prompts.ExpectError(kEndsEarly, Answer::Ignore);
     Load("A\nArial\n10\nitalic\nNULL\n!\nBrand\nStreet\n");
     EXPECT_EQ(splash_.told, (Texts{"text A", "font Arial", "size 10", "style italic", kTitle}));
@@ -76,7 +76,7 @@ TEST_F(SplashLoadTest, KeepsTheLinesOfAFileThatEndsEarly) {
     EXPECT_EQ(branding_, Texts{"Mended"});
 }
 
-TEST_F(SplashLoadTest, AsksAboutEverythingThatIsMissingOrWrong) {
+TEST_F(SplashBrandingTest, AsksAboutEverythingThatIsMissingOrWrong) {
     const auto noLine = [](const std::string& which) {
         return "The branding file Corvane_RV52.cfg has no line " + which + " in its first section.";
     };

@@ -1,4 +1,4 @@
-#include "link/commands/LineErrors.h"
+#include "link/commands/LineConditions.h"
 
 #include "app/state/Session.h"
 #include "link/LinkTexts.h"
@@ -21,7 +21,7 @@ void MSComm1_OnComm(Session& session, LineCondition condition) {
 
 }  // namespace
 
-void HandleLineErrors(Session& session) {
+void HandleLineConditions(Session& session) {
     session.line.OnCondition([&session](LineCondition condition) { MSComm1_OnComm(session, condition); });
 }
 

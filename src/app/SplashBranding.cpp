@@ -1,4 +1,4 @@
-#include "app/SplashLoad.h"
+#include "app/SplashBranding.h"
 
 #include "app/Branding.h"
 #include "app/state/Session.h"

@@ -1,4 +1,4 @@
-#include "table/commands/SelectionCommands.h"
+#include "table/commands/CopyPasteModify.h"
 
 #include "app/state/Session.h"
 #include "table/ModifyExpression.h"

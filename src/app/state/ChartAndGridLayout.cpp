@@ -1,4 +1,4 @@
-#include "app/state/WindowLayout.h"
+#include "app/state/ChartAndGridLayout.h"
 
 #include "table/Numbers.h"
 

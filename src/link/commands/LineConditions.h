@@ -6,6 +6,6 @@ struct Session;
 
 // From now on the line's conditions are counted and shown; the third since the serial settings were last
 // applied, and every later one, closes the port before its box.
-void HandleLineErrors(Session& session);
+void HandleLineConditions(Session& session);
 
 }  // namespace rv52

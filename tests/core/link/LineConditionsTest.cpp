@@ -12,7 +12,7 @@ void ExpectLineError(ScriptedPrompts& prompts, const std::string& text, Answer a
     prompts.Expect({text, "Communications Error", Icon::Critical, Buttons::RetryCancel}, answer);
 }
 
-TEST(LineErrorsTest, NamesEachConditionAndRetryEmptiesTheBuffer) {
+TEST(LineConditionsTest, NamesEachConditionAndRetryEmptiesTheBuffer) {
     const std::pair<LineCondition, const char*> texts[] = {
         {LineCondition::Framing, "Framing error."},
         {LineCondition::HardwareOverrun, "Port hardware overrun."},
@@ -37,7 +37,7 @@ TEST(LineErrorsTest, NamesEachConditionAndRetryEmptiesTheBuffer) {
     }
 }
 
-TEST(LineErrorsTest, TheThirdClosesThePortBeforeItsBox) {
+TEST(LineConditionsTest, TheThirdClosesThePortBeforeItsBox) {
     for (const auto answer : {Answer::Retry, Answer::Cancel}) {
         ConnectedModule at(Options(TableType::RACE, true));
         std::vector<bool> open;
