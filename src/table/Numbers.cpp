@@ -92,8 +92,9 @@ Digits DigitsOf(double value) {
     return {std::move(run), static_cast<std::size_t>(std::max(0, exponent)) + 1};
 }
 
-// The tenths that a magnitude rounds to, where arithmetic alone can tell: below a thousand, what ten times it
-// is off by, digits beyond the reliable ones included, is less than a tenth of the room left around a half.
+// The tenths that a magnitude rounds to, where arithmetic alone can tell. Below a thousand, neither the error
+// of multiplying by ten nor rounding to the reliable digits first moves a number by as much as the room kept
+// around a half.
 std::optional<int> PlainTenths(double magnitude) {
     constexpr double tooLarge = 1000;
     constexpr double room = 1e-9;

@@ -23,9 +23,9 @@ using namespace std::chrono_literals;
 
 // A sleep may wake late by this much, on a virtual machine above all; the rest of a delay is spun.
 constexpr auto kSpin = 400us;
-// The longest time without looking at window events while the program waits for bytes, and in a delay, in
-// which they hold nothing up.
+// The longest time without looking at window events while the program waits for bytes.
 constexpr auto kLongestSlice = 5ms;
+// The same in a delay, where they hold nothing up.
 constexpr auto kDelaySlice = 1ms;
 constexpr int kWriteTimeout = 1000;  // ms
 
