@@ -35,11 +35,15 @@ namespace {
 using Seconds = std::chrono::duration<double>;
 
 constexpr int kRuns = 5;
+constexpr int kShortRuns = 9;  // of a transfer of some 140 bytes, which one pause of the machine can double
 // Times what is due. Where the kernel alone takes nearly that, this much more than the kernel.
 constexpr double kTarget = 1.04;
 constexpr double kBusyTarget = 1.08;
 constexpr double kAboveBare = 0.03;
 constexpr double kLongestGap = 10;  // ms
+// The same for rv52, which has this long to begin and to end besides.
+constexpr double kToolAboveBare = 0.015;
+constexpr double kProcess = 0.03;  // s
 
 void Require(bool good) {
     if (!good) throw std::runtime_error("the transfer failed");
@@ -166,7 +170,8 @@ void MeasureKind(Report& report, const Kind& kind) {
     ConnectedProgram connected(kind);
     std::vector<double> bare;
     std::vector<double> runs;
-    for (int run = 0; run < kRuns; ++run) {
+    const int count = kind.type == TableType::RACE ? kShortRuns : kRuns;
+    for (int run = 0; run < count; ++run) {
         bare.push_back(BareRun(kind, connected.Device()));
         runs.push_back(connected.Run());
     }
@@ -230,12 +235,11 @@ void MeasureDownload(Report& report) {
     report.Add(Microseconds("transfer.byte.scheduling", (Median(times) - due.Whole().count()) * perByte));
 }
 
-// rv52 as a whole process, on the same paced line: what it may take is 1.03 times what no program can save,
-// and 30 ms for the process.
+// rv52 as a whole process, on the same paced line.
 class Tool {
  public:
-    double MedianTime(const SimulatedLine& module, const QStringList& command) const {
-        return MedianSeconds(kRuns, [&] {
+    double Run(const SimulatedLine& module, const QStringList& command) const {
+        return MedianSeconds(1, [&] {
             QProcess tool;
             tool.start(ProgramBeside("rv52"),
                        QStringList{QStringLiteral("--device"), ToQt(module.Device())} + command);
@@ -270,8 +274,17 @@ void MeasureTool(Report& report) {
           {"tool.upload.EX", QStringList{QStringLiteral("upload"), file, QStringLiteral("--yes")},
            kKinds[4]}}) {
         const SimulatedLine module(kind.type, kind.echo);
-        const double allowed = 1.03 * DueTime(kind).Whole().count() + 0.03;
-        report.Add(Ratio(name, tool.MedianTime(module, command) / allowed, 1));
+        std::vector<double> bare;
+        std::vector<double> runs;
+        for (int run = 0; run < kRuns; ++run) {
+            bare.push_back(BareRun(kind, module.Device()));
+            runs.push_back(tool.Run(module, command));
+        }
+        // What it may take is 1.03 times what no program can save, and 30 ms for the process.
+        const double allowed = 1.03 * DueTime(kind).Whole().count() + kProcess;
+        const double least = (Median(bare) + kProcess) / allowed;
+        report.Add(Ratio(std::string(name) + ".bare", least, std::nullopt));
+        report.Add(Ratio(name, Median(runs) / allowed, std::max(1.0, least + kToolAboveBare)));
     }
 }
 

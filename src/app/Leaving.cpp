@@ -2,7 +2,7 @@
 
 #include "app/state/FormResize.h"
 #include "app/state/Session.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/SaveAndCloseTable.h"
 
 namespace rv52 {
 

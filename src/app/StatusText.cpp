@@ -4,7 +4,7 @@
 #include "app/state/EditHistory.h"
 #include "app/state/GridSheet.h"
 #include "app/state/TableStore.h"
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 #include "platform/ComDevices.h"
 #include "platform/Text.h"
 #include "table/Numbers.h"

@@ -2,7 +2,7 @@
 #include "cli/Sources.h"
 #include "cli/Tool.h"
 #include "link/commands/LinkProcedures.h"
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 #include "link/commands/Vin.h"
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"

@@ -4,7 +4,7 @@
 #include "module/EepromImage.h"
 #include "module/commands/Download.h"
 #include "table/TableFile.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
 
 namespace rv52::cli {
 

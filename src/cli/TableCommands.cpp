@@ -8,7 +8,7 @@
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
 #include "table/commands/CopyPasteModify.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/LoadChartTemplate.h"
 #include "table/commands/NewTable.h"
 
 #include <algorithm>

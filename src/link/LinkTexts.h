@@ -5,7 +5,7 @@
 namespace rv52 {
 
 // What the boxes say of the line and of an exchange with the module, the same whichever command it belongs
-// to. The commands' own verdicts stand in ModuleDialogue.cpp and in the commands.
+// to. The commands' own verdicts stand in ModuleMessages.cpp and in the commands.
 struct LinkTexts {
     static constexpr const char* kNoAnswer = "RS-232 timeout. Check cable and click Abort.";
     static constexpr const char* kNoAnswerToVin =

@@ -11,10 +11,8 @@ void AdvanceTable::SetValues(std::span<const double> values) {
     std::ranges::transform(values, cells_.begin(), WithoutSignedZero);
 }
 
-std::size_t AdvanceTable::IndexOf(Cell cell) const {
-    if (cell.column < 1 || cell.column > kColumnCount || cell.row < 1 || cell.row > RowCount())
-        throw std::logic_error("no such cell in an advance table");
-    return static_cast<std::size_t>((cell.row - 1) * kColumnCount + cell.column - 1);
+void AdvanceTable::RefuseCell() {
+    throw std::logic_error("no such cell in an advance table");
 }
 
 }  // namespace rv52

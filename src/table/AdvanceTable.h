@@ -64,7 +64,12 @@ class AdvanceTable {
 
  private:
     std::size_t Size() const { return static_cast<std::size_t>(RowCount()) * kColumnCount; }
-    std::size_t IndexOf(Cell cell) const;
+    std::size_t IndexOf(Cell cell) const {
+        if (cell.column < 1 || cell.column > kColumnCount || cell.row < 1 || cell.row > RowCount())
+            RefuseCell();
+        return static_cast<std::size_t>((cell.row - 1) * kColumnCount + cell.column - 1);
+    }
+    [[noreturn]] static void RefuseCell();
     static double WithoutSignedZero(double degrees) { return degrees == 0 ? 0 : degrees; }
 
     TableType type_;

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace rv52 {
@@ -15,20 +16,41 @@ std::string_view SkipBlanks(std::string_view text) {
     return start == std::string_view::npos ? std::string_view{} : text.substr(start);
 }
 
-// How many characters of text an unsigned decimal number takes; 0 when it begins with none.
-std::size_t DecimalLength(std::string_view text) {
-    std::size_t length = 0;
-    std::size_t digits = 0;
+constexpr int kReliableDigits = 15;  // that every double holds, whatever the arithmetic before it left behind
+
+// An unsigned decimal number as text begins with it.
+struct Decimal {
+    std::size_t length = 0;    // in characters; 0 when text begins with none
+    std::uint64_t digits = 0;  // without the point; only for kReliableDigits or fewer
+    int count = 0;             // of the digits
+    std::size_t places = 0;    // of them behind the point
+};
+
+Decimal ReadDecimal(std::string_view text) {
+    Decimal read;
     bool point = false;
-    for (; length < text.size(); ++length) {
-        if (text[length] >= '0' && text[length] <= '9')
-            ++digits;
-        else if (text[length] == '.' && !point)
+    for (; read.length < text.size(); ++read.length) {
+        const char letter = text[read.length];
+        if (letter >= '0' && letter <= '9') {
+            read.digits = read.digits * 10 + static_cast<std::uint64_t>(letter - '0');
+            ++read.count;
+            read.places += point ? 1 : 0;
+        } else if (letter == '.' && !point) {
             point = true;
-        else
+        } else {
             break;
+        }
     }
-    return digits == 0 ? 0 : length;
+    if (read.count == 0) read.length = 0;
+    return read;
+}
+
+// Of so few digits both they and the power of ten are exact, and their quotient is the nearest double: what a
+// reader of any decimal gives too, but takes longer to.
+double ShortDecimal(const Decimal& decimal) {
+    constexpr std::array<double, kReliableDigits + 1> powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                             1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    return static_cast<double>(decimal.digits) / powers[decimal.places];
 }
 
 struct Reading {
@@ -36,23 +58,25 @@ struct Reading {
     std::string_view rest;
 };
 
+double LongDecimal(std::string_view text) {
+    double value = 0;
+    const auto result =
+        std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
+    if (result.ec != std::errc::result_out_of_range) return value;
+    // Too small to tell from 0, or too large: only a non-zero whole part makes it large.
+    const bool large = text.substr(0, text.find('.')).find_first_of("123456789") != std::string_view::npos;
+    return large ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
 std::optional<Reading> ReadNumber(std::string_view text) {
     text = SkipBlanks(text);
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+')) text.remove_prefix(1);
-    const auto length = DecimalLength(text);
-    if (length == 0) return std::nullopt;
-
-    double value = 0;
-    const auto* end = text.data() + length;
-    const auto result = std::from_chars(text.data(), end, value, std::chars_format::fixed);
-    if (result.ec == std::errc::result_out_of_range) {
-        // Too small to tell from 0, or too large: only a non-zero whole part makes it large.
-        const bool large =
-            text.substr(0, text.find('.')).find_first_of("123456789") != std::string_view::npos;
-        value = large ? std::numeric_limits<double>::infinity() : 0.0;
-    }
-    return Reading{negative && value != 0 ? -value : value, text.substr(length)};
+    const auto decimal = ReadDecimal(text);
+    if (decimal.length == 0) return std::nullopt;
+    const double value = decimal.count <= kReliableDigits ? ShortDecimal(decimal)
+                                                          : LongDecimal(text.substr(0, decimal.length));
+    return Reading{negative && value != 0 ? -value : value, text.substr(decimal.length)};
 }
 
 // Adds one to the last of a run of digits, carrying.
@@ -66,8 +90,6 @@ void CountUp(std::string& digits) {
     }
     digits.insert(digits.begin(), '1');
 }
-
-constexpr int kReliableDigits = 15;  // that every double holds, whatever the arithmetic before it left behind
 
 // The digits of a finite number from its whole part on, rounded to those that are reliable: 12.5 gives "125…"
 // with a whole part of two digits, and so does 0.05 give "005…" with one.

@@ -7,7 +7,8 @@
 #include "support/TemporaryFolder.h"
 #include "table/TableFile.h"
 #include "table/commands/EndEdit.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
+#include "table/commands/SaveAndCloseTable.h"
 #include "table/ui/GridView.h"
 
 #include <QCoreApplication>

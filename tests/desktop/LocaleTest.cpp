@@ -3,7 +3,8 @@
 #include "support/DismissingUser.h"
 #include "support/TemporaryFolder.h"
 #include "table/commands/CopyPasteModify.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
+#include "table/commands/SaveAndCloseTable.h"
 #include "table/ui/GridView.h"
 
 #include <clocale>

@@ -58,7 +58,8 @@ void RequireInLimits(const Session& session) {
         Require(std::isfinite(degrees) && (ex || degrees >= 0), "an advance");
         Require(degrees <= CellLimit(session.state, session.state.TableType, cell), "within its limit");
         const auto text = session.sheet.Text(GridCellOf(cell, session.state.TableType));
-        Require(std::abs(LeadingNumber(text).value_or(0) - degrees) <= 0.051 + std::abs(degrees) * 1e-15,
+        // To a tenth, of a number of more than 15 digits to the last of those.
+        Require(std::abs(LeadingNumber(text).value_or(0) - degrees) <= 0.051 + std::abs(degrees) * 5e-15,
                 "the grid shows the table");
     });
 }

@@ -2,7 +2,7 @@
 #include "fuzz/Target.h"
 #include "table/TableBlock.h"
 #include "table/TableFile.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
 
 namespace rv52::fuzz {
 

@@ -20,8 +20,8 @@ void GridSheet::SetUp(TableType type) {
     Notify(Change::Layout);
 }
 
-void GridSheet::SetText(GridCell at, std::string text) {
-    texts_[IndexOf(at)] = std::move(text);
+void GridSheet::SetText(GridCell at, const std::string& text) {
+    texts_[IndexOf(at)] = text;
     textsChanged_ = true;
     if (held_ == 0) Release();
 }

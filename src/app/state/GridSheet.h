@@ -57,7 +57,7 @@ class GridSheet {
     int ColumnCountWithHeader() const { return rows_ == 0 ? 0 : kColumnCount + 1; }
 
     const std::string& Text(GridCell at) const { return texts_[IndexOf(at)]; }
-    void SetText(GridCell at, std::string text);
+    void SetText(GridCell at, const std::string& text);
 
     GridCell Cursor() const { return cursor_; }
     const GridRange& Selection() const { return selection_; }

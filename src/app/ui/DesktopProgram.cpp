@@ -4,7 +4,7 @@
 #include "app/ui/Application.h"
 #include "platform/Failure.h"
 #include "platform/linux/EndSignals.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
 
 #include <QApplication>
 #include <QDir>

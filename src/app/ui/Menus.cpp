@@ -7,8 +7,9 @@
 #include "module/commands/ModParams.h"
 #include "module/commands/Report.h"
 #include "module/commands/Upload.h"
-#include "table/commands/FileCommands.h"
 #include "table/commands/NewTable.h"
+#include "table/commands/OpenTable.h"
+#include "table/commands/SaveAndCloseTable.h"
 
 #include <QAction>
 #include <QMenu>

@@ -2,7 +2,7 @@
 
 #include "app/state/Session.h"
 #include "link/commands/LinkProcedures.h"
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 #include "platform/Text.h"
 
 namespace rv52 {

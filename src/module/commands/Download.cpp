@@ -2,9 +2,10 @@
 
 #include "app/state/Session.h"
 #include "link/commands/LinkProcedures.h"
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 #include "module/EepromImage.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/LoadChartTemplate.h"
+#include "table/commands/SaveAndCloseTable.h"
 #include "table/commands/TableDisplay.h"
 
 namespace rv52 {

@@ -2,7 +2,7 @@
 
 #include "app/state/Session.h"
 #include "platform/Text.h"
-#include "table/commands/FileDialogs.h"
+#include "table/commands/FileQuestions.h"
 
 #include <algorithm>
 #include <optional>

@@ -2,7 +2,7 @@
 
 #include "app/state/Session.h"
 #include "link/commands/LinkProcedures.h"
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 #include "module/EepromImage.h"
 
 namespace rv52 {

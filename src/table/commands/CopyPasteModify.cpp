@@ -50,7 +50,7 @@ bool IsEx(const Session& session) {
 struct Changed {
     GridCell at;
     std::string text;
-    double degrees;
+    double degrees = 0;
 };
 using Changes = std::vector<Changed>;
 
@@ -76,9 +76,11 @@ Changes Modified(const Session& session, const GridRange& block, const ModifyExp
     Changes changes;
     changes.reserve(CellCount(block));
     ForEachCellOf(block, [&](GridCell at) {
-        const double degrees =
+        auto& changed = changes.emplace_back();
+        changed.at = at;
+        changed.degrees =
             ModifiedWithinLimits(session, at, expression.Apply(Spelled(session.sheet.Text(at))));
-        changes.push_back({at, FormatTenths(degrees), degrees});
+        changed.text = FormatTenths(changed.degrees);
     });
     return changes;
 }

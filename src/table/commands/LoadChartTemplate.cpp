@@ -2,6 +2,7 @@
 
 #include "app/state/Session.h"
 #include "platform/Failure.h"
+#include "table/commands/SaveAndCloseTable.h"
 
 namespace rv52 {
 
@@ -17,6 +18,12 @@ bool LoadChartTemplate(Session& session, TableType type) {
     if (!chartTemplate) return false;
     session.chart.SetTemplate(std::move(*chartTemplate));
     return true;
+}
+
+bool TakeChartTemplate(Session& session, TableType type) {
+    if (session.steps.Value([&] { return LoadChartTemplate(session, type); }, true)) return true;
+    const std::string file(ChartTemplateFileName(type));
+    return RefuseLoad(session, "Chart template file " + file + " not found.", "File Open");
 }
 
 }  // namespace rv52

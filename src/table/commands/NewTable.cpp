@@ -3,7 +3,8 @@
 #include "app/state/Session.h"
 #include "platform/Text.h"
 #include "table/LimitTables.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/LoadChartTemplate.h"
+#include "table/commands/SaveAndCloseTable.h"
 #include "table/commands/TableDisplay.h"
 
 #include <algorithm>

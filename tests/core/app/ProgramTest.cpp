@@ -9,7 +9,6 @@
 #include "simulator/VirtualLine.h"
 #include "support/ShownTable.h"
 #include "support/TestSession.h"
-#include "table/commands/FileCommands.h"
 #include "table/commands/GridCursor.h"
 #include "table/commands/TableDisplay.h"
 

@@ -1,6 +1,6 @@
 #include "core/SessionTest.h"
 #include "module/commands/Report.h"
-#include "table/commands/FileCommands.h"
+#include "table/commands/OpenTable.h"
 
 #include <utility>
 

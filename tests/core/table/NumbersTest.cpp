@@ -115,6 +115,12 @@ TEST(NumbersTest, ReadsTheNumberThatATextBeginsWith) {
         EXPECT_EQ(LeadingNumber(text), leading) << text;
         EXPECT_EQ(EntireNumber(text), entire) << text;
     }
+    std::mt19937_64 random(52);
+    for (int count = 0; count < 100'000 && !HasFailure(); ++count) {
+        auto text = std::to_string(random() >> random() % 64);
+        text.insert(random() % (text.size() + 1), ".");
+        EXPECT_EQ(LeadingNumber(text), std::strtod(text.c_str(), nullptr)) << text;
+    }
     const std::string nines(10'000, '9');
     const std::string zeros(10'000, '0');
     EXPECT_FALSE(std::signbit(LeadingNumber("-0.0").value_or(-1)));

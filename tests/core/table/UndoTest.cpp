@@ -7,8 +7,9 @@
 #include "table/Numbers.h"
 #include "table/commands/CopyPasteModify.h"
 #include "table/commands/EndEdit.h"
-#include "table/commands/FileCommands.h"
 #include "table/commands/GridCursor.h"
+#include "table/commands/OpenTable.h"
+#include "table/commands/SaveAndCloseTable.h"
 
 #include <algorithm>
 #include <random>

@@ -1,4 +1,4 @@
-#include "table/commands/FileDialogs.h"
+#include "table/commands/FileQuestions.h"
 
 #include "app/state/Session.h"
 #include "platform/Failure.h"

@@ -1,4 +1,4 @@
-#include "link/commands/ModuleDialogue.h"
+#include "link/commands/ModuleMessages.h"
 
 #include "app/state/Session.h"
 #include "link/commands/LinkProcedures.h"

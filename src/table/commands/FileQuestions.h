@@ -8,6 +8,8 @@ namespace rv52 {
 
 struct Session;
 
+inline constexpr const char* kTableFilter = "Advance table files (*.tbl)|*.tbl";
+
 // The two file dialogs with the program's own questions. An empty filter stands for all files. Both return
 // the path, or the empty text when nothing was chosen, and throw FileDialogFailure when the question is
 // cancelled or a failure inside is aborted.
@@ -21,8 +23,7 @@ std::string FileOpen(Session& session, const std::string& fileTitle, const std::
 // Whether a file that exists may be replaced: "Replace existing file?" when question is empty.
 MessageBox ExistsBox(const std::string& path, const std::string& title, const std::string& question = {});
 
-// Asks for a file to save to; for one that exists, existMessage decides, as in
-// ExistsBox.
+// Asks for a file to save to; for one that exists, existMessage decides, as in ExistsBox.
 std::string FileSave(Session& session, const std::string& fileTitle, const std::string& filter,
                      const std::string& existMessage);
 

@@ -2,8 +2,9 @@
 #include "core/table/RandomTable.h"
 #include "platform/Failure.h"
 #include "table/TableFile.h"
-#include "table/commands/FileCommands.h"
-#include "table/commands/FileDialogs.h"
+#include "table/commands/FileQuestions.h"
+#include "table/commands/OpenTable.h"
+#include "table/commands/SaveAndCloseTable.h"
 
 #include <functional>
 #include <utility>
@@ -18,11 +19,11 @@ ModuleParameters SomeParameters() {
 }
 
 // For the commands on table files. The caption tells whether a command set it.
-class FileCommandsTest : public SessionTest {
+class OpenSaveCloseTest : public SessionTest {
  protected:
     using Expectations = std::function<void()>;
 
-    FileCommandsTest() {
+    OpenSaveCloseTest() {
         caption = "as it was";
         session.sheet.SetUp(TableType::RACE);
     }
@@ -60,8 +61,8 @@ class FileCommandsTest : public SessionTest {
     }
 };
 
-using OpenTableTest = FileCommandsTest;
-using SaveTableTest = FileCommandsTest;
+using OpenTableTest = OpenSaveCloseTest;
+using SaveTableTest = OpenSaveCloseTest;
 
 TEST_F(OpenTableTest, KeepsTheParametersOfAFileWhoseTableItCannotShow) {
     const auto kept = RandomTable(TableType::RACE, 5);
