@@ -38,10 +38,13 @@ double AlongY(double map, const ChartTemplate& chart) {
     return -kBoxDepth * ShareOf(map, chart.map);
 }
 
-Point Direction(Point from, Point to) {
-    const Point way = to - from;
-    const double length = std::hypot(way.x, way.y);
-    return length > 0 ? way * (1 / length) : Point{0, 1};
+// Square to an axis on the picture, away from the box: a mark's text stands beside its own mark. Along the
+// floor's lines it would stand beside the next one where the axis is seen at a slant.
+Point Outward(Point from, Point to, Point middle) {
+    const Point along = to - from;
+    const double length = std::hypot(along.x, along.y);
+    if (length == 0) return {0, 1};
+    return Point{-along.y, along.x} * ((Turn(from, to, middle) < 0 ? 1 : -1) / length);
 }
 
 class Builder {
@@ -92,8 +95,8 @@ class Builder {
             Line(walls_.lines, {farX, y, 0}, {farX, y, kBoxHeight});
             walls_.map.ticks.push_back({At(-farX, y, 0), FormatWhole(map)});
         }
-        walls_.rpm.outward = Direction(middle, At(0, -farY, 0));
-        walls_.map.outward = Direction(middle, At(-farX, 0, 0));
+        walls_.rpm.outward = Outward(At(-farX, -farY, 0), At(farX, -farY, 0), middle);
+        walls_.map.outward = Outward(At(-farX, -farY, 0), At(-farX, farY, 0), middle);
         walls_.rpm.caption = chart_.rpm.caption;
         walls_.map.caption = chart_.map.caption;
     }

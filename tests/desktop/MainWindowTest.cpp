@@ -142,6 +142,15 @@ TEST_F(MainWindowTest, StoresThePickedPortAtOnceAndNothingElse) {
     EXPECT_EQ(store.readAll().trimmed().toStdString(), "[Properties]\nCommPort=12");
     Click(Part("cmdPortSelectOK"));
     EXPECT_FALSE(Part("fraPortSelect").isVisible());
+    for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+        robot_->Choose("mnuComm", "mnuPortSetup");
+        Activate(Window());
+        EXPECT_TRUE(list.hasFocus());
+        State().AbortRequested = false;
+        Key(key);
+        EXPECT_FALSE(Part("fraPortSelect").isVisible()) << key;
+        EXPECT_EQ(State().AbortRequested, key == Qt::Key_Escape);
+    }
     Running().settings.Set("Properties", "CommPort", "1");
 }
 

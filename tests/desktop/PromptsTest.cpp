@@ -120,8 +120,14 @@ TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {
         robot.ExpectFile(Path(typed));
         EXPECT_EQ(prompts.AskSavePath(tables), Path(saved)) << typed;
     }
-    robot.ExpectFile(Path("tables/missing.tbl"));
-    EXPECT_EQ(prompts.AskOpenPath(tables), Path("tables/missing.tbl"));
+    QFile saved(home.filePath(QStringLiteral("tables/two words.tbl")));
+    ASSERT_TRUE(saved.open(QIODevice::WriteOnly));
+    for (const auto& [typed, opened] : {std::pair("tables/missing", "tables/missing"),
+                                        {"tables/two words", "tables/two words.tbl"},
+                                        {"tables/old.tbl", "tables/old.tbl"}}) {
+        robot.ExpectFile(Path(typed));
+        EXPECT_EQ(prompts.AskOpenPath(tables), Path(opened)) << typed;
+    }
     EXPECT_EQ(start(), Path("tables"));
     EXPECT_EQ(start(), Path("tables")) << "cancelling changes nothing";
     ASSERT_TRUE(QDir(home.filePath(QStringLiteral("tables"))).removeRecursively());

@@ -15,6 +15,9 @@
 #include "platform/Steps.h"
 #include "platform/Storage.h"
 
+#include <string>
+#include <utility>
+
 namespace rv52 {
 
 // The platform as the program sees it.
@@ -46,5 +49,11 @@ struct Session : Ports {
     ModuleLink link{line, prompts};
     CommandGate gate;
 };
+
+// What has become of a command, in the status line until the next key, click or command.
+inline void TellOutcome(Session& session, std::string outcome) {
+    session.state.LastOutcome = std::move(outcome);
+    session.shell.RenewStatus();
+}
 
 }  // namespace rv52

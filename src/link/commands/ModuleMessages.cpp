@@ -27,13 +27,12 @@ bool ShowFirmwareId(Session& session, const std::string& title) {
 }
 
 void ReportUpload(Session& session, const std::string& title, const std::string& completed) {
-    auto& state = session.state;
+    const auto& state = session.state;
     const bool programmed = state.CommOK;
     const bool verified = programmed && state.VerifyErrors == 0;
     const std::string aborted = programmed ? "Upload aborted - EEPROM verification failed."
                                            : "Upload aborted - EEPROM programming failed.";
-    state.LastOutcome = verified ? "Upload completed: " + IdentifiedAs(state) + "." : aborted;
-    session.shell.RenewStatus();
+    TellOutcome(session, verified ? "Upload completed: " + IdentifiedAs(state) + "." : aborted);
     session.gate.SetDismissesBoxes(false);  // what has become of a module is never left unsaid
     session.steps.Tell(verified ? completed : aborted, title, verified ? Icon::Warning : Icon::Information);
 }

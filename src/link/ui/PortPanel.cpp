@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QEvent>
 #include <QFileInfo>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 
@@ -23,7 +24,10 @@ constexpr TwipRectangle kPortPanel{1200, 1440, 2655, 1932};
 }  // namespace
 
 PortPanel::PortPanel(const ComDevices& devices, const Actions& actions, QWidget* parent)
-    : QGroupBox(QStringLiteral("Data Port Setup"), parent), devices_(devices), ports_(new QComboBox(this)) {
+    : QGroupBox(QStringLiteral("Data Port Setup"), parent),
+      devices_(devices),
+      ports_(new QComboBox(this)),
+      ok_(new QPushButton(QStringLiteral("OK"), this)) {
     setObjectName(QStringLiteral("fraPortSelect"));
     setGeometry(ToPixels(kPortPanel));
     setFont(PanelFont());
@@ -40,13 +44,12 @@ PortPanel::PortPanel(const ComDevices& devices, const Actions& actions, QWidget*
     ports_->setGeometry(62, 38, 98, 26);
     for (int commPort = 1; commPort <= kHighestCommPort; ++commPort)
         ports_->addItem(ToQt(CommPortName(commPort)));
-    auto* ok = new QPushButton(QStringLiteral("OK"), this);
-    ok->setObjectName(QStringLiteral("cmdPortSelectOK"));
-    ok->setGeometry(51, 88, 75, 28);
-    ok->setAutoDefault(true);  // outside of dialogs a button takes Enter only so
+    ok_->setObjectName(QStringLiteral("cmdPortSelectOK"));
+    ok_->setGeometry(51, 88, 75, 28);
+    ok_->setAutoDefault(true);  // outside of dialogs a button takes Enter only so
 
     connect(ports_, &QComboBox::activated, this, [pick = actions.pick](int index) { pick(index); });
-    connect(ok, &QPushButton::clicked, this, [accept = actions.ok] { accept(); });
+    connect(ok_, &QPushButton::clicked, this, [accept = actions.ok] { accept(); });
     installEventFilter(this);
     ports_->installEventFilter(this);
     hide();
@@ -61,11 +64,16 @@ void PortPanel::Select(int commPort) {
     ports_->setToolTip(ports_->itemData(commPort - 1, Qt::ToolTipRole).toString());
 }
 
-// Adapters come and go: the list tells what is there whenever it is looked at.
+// Adapters come and go: the list tells what is there whenever it is looked at. Enter in the list, which does
+// not take it while it is closed, is OK, and so is Escape, which may have a transfer to stop besides.
 bool PortPanel::eventFilter(QObject* watched, QEvent* event) {
     const bool looked = event->type() == QEvent::Show || event->type() == QEvent::MouseButtonPress ||
                         event->type() == QEvent::FocusIn;
     if (looked) MarkExistingDevices();
+    if (event->type() == QEvent::KeyPress && watched == ports_) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) ok_->click();
+    }
     return QGroupBox::eventFilter(watched, event);
 }
 

@@ -5,6 +5,7 @@
 #include <functional>
 
 class QComboBox;
+class QPushButton;
 
 namespace rv52 {
 
@@ -32,6 +33,7 @@ class PortPanel : public QGroupBox {
 
     const ComDevices& devices_;
     QComboBox* ports_;
+    QPushButton* ok_;
 };
 
 }  // namespace rv52

@@ -229,7 +229,10 @@ std::string QtPrompts::AskPath(const FileDialog& dialog, bool forSaving) {
     for (auto* list : window.findChildren<QAbstractItemView*>())
         list->setDragEnabled(false);
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty()) return {};
-    const auto path = window.selectedFiles().first();
+    auto path = window.selectedFiles().first();
+    // A name that was saved without its ending is opened without it.
+    const auto whole = path + QLatin1Char('.') + filter.extension;
+    if (!forSaving && !QFileInfo::exists(path) && QFileInfo::exists(whole)) path = whole;
     folder_ = QFileInfo(path).absolutePath();
     return FromQt(path);
 }

@@ -24,6 +24,8 @@ constexpr const char* kModifyPrompt =
     "   Enter -7.5% to reduce each cell in selection by 7.5%\r\n"
     "   Enter +15% to increase each cell in selection by 15%";
 
+constexpr const char* kNoCells = "No cells are selected.";
+
 constexpr char kCellSeparator = '\t';
 constexpr char kRowSeparator = '\r';
 
@@ -127,7 +129,7 @@ Changes Pasted(const Session& session, const GridRange& target) {
 
 void mnuPopUpCopy3D_Click(Session& session) {
     const auto block = session.sheet.SelectedData();
-    if (!block) return;
+    if (!block) return TellOutcome(session, kNoCells);
     std::string buffer;
     ForEachCellOf(*block, [&](GridCell at) {
         if (at != block->first) buffer += at.column == block->first.column ? kRowSeparator : kCellSeparator;
@@ -141,7 +143,8 @@ void mnuPopUpCopy3D_Click(Session& session) {
 void mnuPopupPaste3D_Click(Session& session) {
     session.steps.Procedure([&](Steps& step) {
         const auto selection = session.sheet.SelectedData();
-        if (!selection || session.state.CopyBuffer.empty()) return;
+        if (!selection) return TellOutcome(session, kNoCells);
+        if (session.state.CopyBuffer.empty()) return;
         const auto target = PasteTarget(session, *selection);
         const auto changes = step.Value([&] { return Pasted(session, target); }, Changes{});
         session.history.Begin();
@@ -164,7 +167,10 @@ void mnuPopUpModify3D_Click(Session& session) {
             std::string{});
         const auto expression = ParseModifyExpression(answer);
         const auto block = session.sheet.SelectedData();
-        if (!expression || !block) return;
+        if (answer.empty()) return;
+        if (!expression)
+            return TellOutcome(session, "No number in \"" + answer + "\": nothing was modified.");
+        if (!block) return TellOutcome(session, kNoCells);
         const auto changes = step.Value([&] { return Modified(session, *block, *expression); }, Changes{});
         session.history.Begin();
         step([&] { ChangeCells(session, changes); });

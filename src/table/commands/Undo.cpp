@@ -42,19 +42,15 @@ void Bring(Session& session, const History::Step& to, const Way& way) {
     session.sheet.Select(place.selection, place.cursor);
 }
 
-void Tell(Session& session, const std::string& outcome) {
-    session.state.LastOutcome = outcome;
-    session.shell.RenewStatus();
-}
-
 // Tells "Undone: Modify, 12 cells".
 void Walk(Session& session, const Way& way) {
     session.steps.Procedure([&](Steps& step) {
         const auto* next = (session.history.*way.next)();
-        if (next == nullptr) return Tell(session, way.nothing);
+        if (next == nullptr) return TellOutcome(session, way.nothing);
         step([&] { Bring(session, *next, way); });
         (session.history.*way.walked)();
-        Tell(session, std::string(way.done) + ": " + next->name + ", " + Counted(next->cells.size(), "cell"));
+        TellOutcome(session,
+                    std::string(way.done) + ": " + next->name + ", " + Counted(next->cells.size(), "cell"));
     });
 }
 

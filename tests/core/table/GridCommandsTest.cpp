@@ -211,7 +211,14 @@ TEST_F(GridCommandsTest, NothingChangesOnHeadersOrWithoutACopy) {
     ShowFlat(TableType::RACE, 30);
     Paste({GridRow(2), GridColumn(2)}, {GridRow(2), GridColumn(2)});
     Copy({GridRow(0), GridColumn(1)}, {GridRow(0), GridColumn(5)});
-    Modify("12");
+    EXPECT_EQ(session.state.LastOutcome, "No cells are selected.");
+    for (const auto& [answer, told] : {std::pair("twelve", "No number in \"twelve\": nothing was modified."),
+                                       {"12", "No cells are selected."},
+                                       {"", ""}}) {
+        session.state.LastOutcome.clear();
+        Modify(answer);
+        EXPECT_EQ(session.state.LastOutcome, told);
+    }
     EXPECT_EQ(session.state.CopyBuffer, "");
     EXPECT_EQ(session.table.Table(), FlatTable(TableType::RACE, 30));
     EXPECT_EQ(Text(GridCell{GridRow(0), GridColumn(1)}), "0");
