@@ -3,7 +3,6 @@
 #include "support/ConnectedSession.h"
 #include "support/WireStory.h"
 
-#include <cmath>
 #include <vector>
 
 namespace rv52::test {
@@ -61,14 +60,6 @@ inline void TellWriteAndVerify(WireStory& story, TableType type) {
                 reading ? story.Read(Pattern(index), 2) : story.Write(Pattern(index));
         }
     }
-}
-
-// What a progress panel shows of this many bytes when 100 % are that many.
-inline std::vector<int> Percents(int bytes, int full) {
-    std::vector<int> shown{0};
-    for (int position = 0; position < bytes; ++position)
-        shown.push_back(static_cast<int>(std::nearbyint(100.0 * position / full)));  // halves to even
-    return shown;
 }
 
 // The EEPROM before, with the pattern where a write of this type puts it.

@@ -27,18 +27,15 @@ EepromBuffer Encoded(const ModuleParameters& parameters) {
 }
 
 TEST(EepromImageTest, BringsEveryByteBack) {
-    const ModuleParameters lowest{-5, -5, 0, 3000, 910, false, false, false, false, 0x00};
-    const ModuleParameters highest{5, 5, 3, 9900, 1700, true, true, true, true, 0xFF};
     for (const auto type : {TableType::RACE, TableType::EX}) {
         for (int byte = 0; byte < 256; ++byte) {
             EepromBuffer buffer;
             buffer.fill(static_cast<std::uint8_t>(byte));
             ModuleParameters parameters;
+            SCOPED_TRACE(byte);
             const auto table = DecodeEepromImage(buffer, type, parameters);
             for (const double degrees : table.GetValues())
                 EXPECT_DOUBLE_EQ(degrees, 0.176 * byte);
-            EXPECT_TRUE(byte != 0 || parameters == lowest);
-            EXPECT_TRUE(byte != 255 || parameters == highest);
             auto again = buffer;
             EncodeEepromImage(table, parameters, type, again);
             std::copy_n(buffer.begin() + 128, 7, again.begin() + 128);  // the parameters, whatever they hold
@@ -98,6 +95,7 @@ TEST(EepromImageTest, ScalesParametersBothWays) {
 
 TEST(EepromImageTest, CarriesUnknownFlagBitsThrough) {
     for (int byte = 0; byte < 256; ++byte) {
+        SCOPED_TRACE(byte);
         auto parameters = DecodedFrom(131, byte);
         EXPECT_EQ(parameters.FixedLimFlag, (byte & 0x01) != 0);
         EXPECT_EQ(parameters.SelEEPROMTblFlag, (byte & 0x08) != 0);

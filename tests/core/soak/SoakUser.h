@@ -70,7 +70,8 @@ class SoakUser : public Prompts {
         TakeTime();
         if (dice_.OneIn(4)) return {};
         if (dice_.OneIn(4)) return "too short";
-        return VinCodes(box.defaultText) && dice_.OneIn(2) ? box.defaultText : "4CVRV52A5SM00" + FourDigits();
+        if (VinCodes(box.defaultText) && dice_.OneIn(2)) return box.defaultText;
+        return "4CVRV52A5SM00" + std::to_string(1000 + dice_.Below(9000));
     }
     std::string AskOpenPath(const FileDialog&) override { return {}; }
     std::string AskSavePath(const FileDialog&) override { return dice_.OneIn(2) ? "" : "/home/soak.tbl"; }
@@ -81,8 +82,6 @@ class SoakUser : public Prompts {
 
  private:
     static constexpr int kPatience = 4;
-
-    std::string FourDigits() { return std::to_string(1000 + dice_.Below(9000)); }
 
     void TakeTime() {
         if (dice_.OneIn(4)) line_.Advance(std::chrono::milliseconds(dice_.Magnitude(3000)));

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <utility>
 
 namespace rv52::test {
 
@@ -27,7 +28,7 @@ class WitnessedModule : public Peer {
         slow_ = slow;
         module_ = std::make_unique<SimulatedModule>(options, std::move(faults));
         ForgetSeen();
-        arguments_ = address_ = 0;
+        address_ = 0;
         broken_ = readsBroken_ = talkedTo_ = false;
     }
     void PassTime(Clock now) override {
@@ -41,30 +42,19 @@ class WitnessedModule : public Peer {
         talkedTo_ = talkedTo_ || module_->State().address != before;
     }
     PeerAnswer Receive(std::uint8_t byte) override {
-        // A module that was without power has forgotten a command begun, one that lost its byte still waits
-        // for it.
-        using Expecting = ModuleState::Expecting;
-        const auto expecting = module_->State().expecting;
-        arguments_ = expecting == Expecting::Command ? 0 : expecting == Expecting::AddressLow ? 2 : 1;
-        if (expecting == Expecting::Data) command_ = 0x16;
-        NoteConduct(byte);
+        const auto before = module_->State();
+        const bool command = before.expecting == Expecting::Command;
+        NoteConduct(byte, before.expecting);
         auto answer = module_->Receive(byte);
         // Two echoes, if any, of which one belongs to this byte, and one byte of reply.
-        if (command_ != 0x10 && byte != 0x10 && answer.bytes.size() > (options_.echo ? 2U : 1U)) NoteStray();
-        if (arguments_ == 0) {
-            command_ = byte;
-            arguments_ = byte == 0x14 ? 2 : byte == 0x16 ? 1 : 0;
-            if (byte != 0x15) return answer;
-            NoteRead(address_, answer);
-            address_ = (address_ + 1) % ModuleEeprom::kSize;
-        } else if (--arguments_ == 0 && command_ == 0x16) {
-            seen_[static_cast<std::size_t>(address_)] = Seen::No;
-            address_ = (address_ + 1) % ModuleEeprom::kSize;
-        } else if (arguments_ == 0) {
-            address_ = (low_ + 256 * byte) % ModuleEeprom::kSize;
+        const bool identifies = command && byte == 0x10;
+        if (!identifies && answer.bytes.size() > (options_.echo ? 2U : 1U)) NoteStray();
+        if (command) command_ = byte;
+        if (command && byte == 0x15) NoteRead(answer);
+        if (before.expecting == Expecting::Data) seen_[TakeAddress()] = Seen::No;
+        if (before.expecting == Expecting::AddressHigh) {
+            address_ = (before.addressLow + 256 * byte) % ModuleEeprom::kSize;
             broken_ = readsBroken_ = talkedTo_ = false;
-        } else {
-            low_ = byte;
         }
         return answer;
     }
@@ -81,7 +71,7 @@ class WitnessedModule : public Peer {
     }
     // A line condition ends a range; an address that it interrupts goes on.
     void NoteCondition() {
-        if (InRange()) NoteBreak();
+        if (command_ == 0x15 || command_ == 0x16) NoteBreak();
     }
     Seen SeenAt(int address) const { return seen_.at(static_cast<std::size_t>(address)); }
     void ForgetSeen() { seen_.fill(Seen::No); }
@@ -89,8 +79,7 @@ class WitnessedModule : public Peer {
     // falsified.
     void NoteStray() {
         strayUntil_ = line->Now() + (slow_ ? kSlowShift : kUsualShift);
-        auto& seen = seen_[static_cast<std::size_t>(lastRead_)];
-        if (seen == Seen::AsItIs) seen = Seen::Falsified;
+        if (seen_[lastRead_] == Seen::AsItIs) seen_[lastRead_] = Seen::Falsified;
     }
 
     // The clock of the wire.
@@ -104,12 +93,17 @@ class WitnessedModule : public Peer {
     // A second, and the pauses of an exchange.
     static constexpr std::chrono::milliseconds kLongestSilence{1020};
 
-    bool InRange() const { return command_ == 0x15 || command_ == 0x16; }
-    void NoteConduct(std::uint8_t byte) {
+    using Expecting = ModuleState::Expecting;
+
+    // The address that the PC takes for the module's, which each read and write moves on by one.
+    std::size_t TakeAddress() {
+        return static_cast<std::size_t>(std::exchange(address_, (address_ + 1) % ModuleEeprom::kSize));
+    }
+    void NoteConduct(std::uint8_t byte, Expecting expecting) {
         // What comes first through a newly opened port is the next command's, taken for a byte begun or not.
-        const bool data = arguments_ > 0 && command_ == 0x16 && !reopened_;
-        const bool writes = data || (arguments_ == 0 && byte == 0x16);
-        const bool reads = arguments_ == 0 && byte == 0x15;
+        const bool command = expecting == Expecting::Command;
+        const bool writes = (expecting == Expecting::Data && !reopened_) || (command && byte == 0x16);
+        const bool reads = command && byte == 0x15;
         if ((writes && broken_) || (reads && readsBroken_)) ++conduct_.sentAfterBreak;
         if (writes && !slow_ && line->Now() - lastByte_ > kLongestSilence) ++conduct_.writtenAfterSilence;
         if ((writes || reads) && talkedTo_) {
@@ -119,11 +113,10 @@ class WitnessedModule : public Peer {
         lastByte_ = line->Now();
         reopened_ = false;
     }
-    void NoteRead(int address, const PeerAnswer& answer) {
-        lastRead_ = address;
-        const bool told = !answer.bytes.empty() && answer.bytes.back().byte == module_->Eeprom()[address];
-        seen_[static_cast<std::size_t>(address)] =
-            told && line->Now() > strayUntil_ ? Seen::AsItIs : Seen::Falsified;
+    void NoteRead(const PeerAnswer& answer) {
+        const bool told = !answer.bytes.empty() && answer.bytes.back().byte == module_->Eeprom()[address_];
+        lastRead_ = TakeAddress();
+        seen_[lastRead_] = told && line->Now() > strayUntil_ ? Seen::AsItIs : Seen::Falsified;
     }
 
     ModuleOptions options_;
@@ -138,10 +131,8 @@ class WitnessedModule : public Peer {
     Line::Clock lastByte_{0};
     Conduct conduct_;
     int address_ = 0;
-    int lastRead_ = 0;
-    std::uint8_t low_ = 0;
-    std::uint8_t command_ = 0;  // whose arguments are still to come
-    int arguments_ = 0;
+    std::size_t lastRead_ = 0;
+    std::uint8_t command_ = 0;  // the last one
 };
 
 }  // namespace rv52::test
