@@ -177,6 +177,14 @@ TEST(SimulatorProgramTest, CarriesEveryByteValueInTheTimeOfARealLine) {
     EXPECT_TRUE(lines.ends_with(" <06\n"));
 }
 
+TEST(SimulatorProgramTest, HangsUpSoThatTheDeviceIsGone) {
+    SimulatorProgram simulator("--echo off --fault hang-up=4");
+    const auto path = simulator.ReadLine();
+    EXPECT_EQ(Exchange(path, {0x10}, 18), (Bytes{'R', 'V'}));
+    EXPECT_EQ(simulator.End(0), 0);
+    EXPECT_FALSE(fs::exists(path));
+}
+
 // Bytes sent without waiting, on a device that stays open.
 TEST(SimulatorProgramTest, IsGoneWithoutPowerAndComesBackByTheRealClock) {
     SimulatorProgram simulator("--echo off --fault power-cycle=4,for=300,at=432");
