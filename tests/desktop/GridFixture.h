@@ -7,6 +7,11 @@
 
 namespace rv52::test {
 
+constexpr GridCell At(int row, int column) {
+    return {GridRow(row), GridColumn(column)};
+}
+constexpr GridCell kCell = At(2, 3);
+
 // The grid at its first size in a window of its own, beside another place for the focus.
 class GridTest : public WidgetTest {
  protected:
@@ -26,28 +31,29 @@ class GridTest : public WidgetTest {
     void ClickCell(GridCell at, Qt::KeyboardModifiers keys = {}, Qt::MouseButton button = Qt::LeftButton) {
         Click(*grid.viewport(), PlaceOf(at).center(), button, keys);
     }
+    void DoubleClickCell(GridCell at) {
+        QTest::mouseDClick(grid.viewport(), Qt::LeftButton, {}, PlaceOf(at).center());
+    }
     QLineEdit* Editor() const {
         for (auto* editor : grid.findChildren<QLineEdit*>())
             if (editor->isVisible()) return editor;
         return nullptr;
     }
-    std::string Text(GridCell at) const { return session.sheet.Text(at); }
-    double Degrees(GridCell at) const {
-        return session.table.Table().GetCell(CellAt(at, session.table.Table().Type()));
+    void ExpectRefusal() {
+        test.prompts.ExpectNotice("Advance must be numeric value between zero and 45 degrees.",
+                                  "Advance Edit", Icon::Critical);
     }
+    std::string Text(GridCell at) const { return session.sheet.Text(at); }
     GridCell Cursor() const { return session.sheet.Cursor(); }
     GridRange Selection() const { return session.sheet.Selection(); }
 
     QWidget window;
     GridView grid{session, [](const auto& event) { event(); },
                   [this](const auto& command) {
-                      ++commands;
-                      if (commandsRun && grid.CommitEditor()) command(session);
+                      if (grid.CommitEditor()) command(session);
                   },
                   &window};
     QLineEdit elsewhere{&window};
-    bool commandsRun = true;
-    int commands = 0;
 };
 
 }  // namespace rv52::test

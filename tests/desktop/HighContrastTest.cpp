@@ -9,7 +9,6 @@
 
 #include <gtest/gtest.h>
 #include <memory>
-#include <vector>
 
 namespace rv52::test {
 namespace {
@@ -28,15 +27,11 @@ bool CanBeSeen(QWidget& control) {
 TEST(HighContrastTest, ControlsWithoutATextStandOutWhateverTheirState) {
     const auto usual = QApplication::palette();
     for (const auto& [ground, ink] : {std::pair(Qt::black, Qt::white), std::pair(Qt::white, Qt::black)}) {
-        QPalette palette(ink, ground, ground, ground, ground, ink, ink, ground, ground);
-        QApplication::setPalette(palette);
+        QApplication::setPalette(QPalette(ink, ground, ground, ground, ground, ink, ink, ground, ground));
         ServeHighContrast();
-        std::vector<std::unique_ptr<QWidget>> controls;
-        controls.push_back(std::make_unique<QCheckBox>());
-        controls.push_back(std::make_unique<QRadioButton>());
-        controls.push_back(std::make_unique<QLineEdit>());
-        controls.push_back(std::make_unique<QPushButton>());
-        controls.push_back(std::make_unique<QSlider>());
+        const std::unique_ptr<QWidget> controls[] = {
+            std::make_unique<QCheckBox>(), std::make_unique<QRadioButton>(), std::make_unique<QLineEdit>(),
+            std::make_unique<QPushButton>(), std::make_unique<QSlider>()};
         for (const bool enabled : {true, false})
             for (const auto& control : controls) {
                 control->setEnabled(enabled);

@@ -20,20 +20,17 @@ namespace rv52::test {
 
 using namespace std::chrono_literals;
 
-class DayLongUser : public DismissingUser {
- public:
-    explicit DayLongUser(std::string path) : path_(std::move(path)) {}
-
-    // Saves only when told to, and then over the last copy.
+// Saves only when told to, and then over the last copy.
+struct DayLongUser : DismissingUser {
     Answer Ask(const MessageBox& box) override {
         if (box.buttons != Buttons::YesNoCancel) return DismissAnswer(box.buttons);
         return box.text.starts_with("Save advance table") ? Answer::No : Answer::Yes;
     }
-    std::string AskOpenPath(const FileDialog&) override { return path_; }
-    std::string AskSavePath(const FileDialog&) override { return path_ + " copy"; }
+    std::string AskOpenPath(const FileDialog&) override { return path; }
+    std::string AskSavePath(const FileDialog&) override { return path + " copy"; }
 
- private:
-    std::string path_;
+    const TemporaryFolder folder;
+    const std::string path = (folder.Path() / "table.tbl").string();
 };
 
 struct Held {
@@ -42,10 +39,9 @@ struct Held {
 };
 
 TEST(LeakTest, AnHourLeavesMemoryAndDescriptorsWhereTheyWere) {
-    const TemporaryFolder folder;
-    DayLongUser user((folder.Path() / "table.tbl").string());
+    DayLongUser user;
     QtFiles files;
-    files.ReplaceWhole(user.AskOpenPath({}), FormatTableFile(AdvanceTable(TableType::RACE), {}));
+    files.ReplaceWhole(user.path, FormatTableFile(AdvanceTable(TableType::RACE), {}));
     SimulatedModule module(Options(TableType::RACE, true));
     ConnectedSession at(module);
     // The chart templates beside the test are the program's own.

@@ -11,6 +11,8 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 
+#include <filesystem>
+#include <fstream>
 #include <map>
 
 namespace rv52::test {
@@ -46,44 +48,37 @@ TEST_F(PromptsTest, ButtonsStandAsTheyAreNamedAndDismissingIsTheSafeAnswer) {
     const struct {
         Icon icon;
         Buttons buttons;
-        std::optional<Answer> usual;
         std::string captions;  // from left to right; the default one in brackets
-        Answer onReturn;
-        Answer onEscape;
+        Answer onReturn, onEscape;
+        std::optional<Answer> usual = {};
     } cases[] = {
-        {Icon::None, Buttons::Ok, {}, "[OK]", Answer::Ok, Answer::Ok},
-        {Icon::Information, Buttons::OkCancel, {}, "[OK]Cancel", Answer::Ok, Answer::Cancel},
-        {Icon::Warning, Buttons::RetryCancel, {}, "[&Retry]Cancel", Answer::Retry, Answer::Cancel},
-        {Icon::Warning, Buttons::YesNoCancel, {}, "[&Yes]&NoCancel", Answer::Yes, Answer::Cancel},
-        {Icon::None, Buttons::YesNoCancel, Answer::No, "&Yes[&No]Cancel", Answer::No, Answer::Cancel},
-        {Icon::Critical,
-         Buttons::AbortRetryIgnore,
-         {},
-         "[&Abort]&Retry&Ignore",
-         Answer::Abort,
-         Answer::Abort},
-    };
+        {Icon::None, Buttons::Ok, "[OK]", Answer::Ok, Answer::Ok},
+        {Icon::Information, Buttons::OkCancel, "[OK]Cancel", Answer::Ok, Answer::Cancel},
+        {Icon::Warning, Buttons::RetryCancel, "[&Retry]Cancel", Answer::Retry, Answer::Cancel},
+        {Icon::Warning, Buttons::YesNoCancel, "[&Yes]&NoCancel", Answer::Yes, Answer::Cancel},
+        {Icon::None, Buttons::YesNoCancel, "&Yes[&No]Cancel", Answer::No, Answer::Cancel, Answer::No},
+        {Icon::Critical, Buttons::AbortRetryIgnore, "[&Abort]&Retry&Ignore", Answer::Abort, Answer::Abort}};
     for (const auto& box : cases)
-        for (const auto key : {Qt::Key_Return, Qt::Key_Escape}) {
+        for (const bool escape : {false, true}) {
+            SCOPED_TRACE(box.captions);
             robot.Expect("box", [&](QWidget& modal) {
-                std::map<int, QString> captions;
-                for (const auto* button : modal.findChildren<QPushButton*>())
-                    captions[button->x()] = button->isDefault()
-                                                ? QLatin1Char('[') + button->text() + QLatin1Char(']')
-                                                : button->text();
-                QString all;
+                std::map<int, std::string> captions;
+                for (const auto* button : modal.findChildren<QPushButton*>()) {
+                    const auto caption = FromQt(button->text());
+                    captions[button->x()] = button->isDefault() ? "[" + caption + "]" : caption;
+                }
+                std::string all;
                 for (const auto& [x, caption] : captions)
                     all += caption;
-                EXPECT_EQ(FromQt(all), box.captions);
+                EXPECT_EQ(all, box.captions);
                 // The toolkit counts its icons as we do.
                 EXPECT_EQ(static_cast<int>(dynamic_cast<QMessageBox&>(modal).icon()),
                           static_cast<int>(box.icon));
                 EXPECT_GT(modal.width(), QFontMetrics(bold).horizontalAdvance(ToQt(title)) + 100);
-                QTest::keyClick(&modal, key);
+                QTest::keyClick(&modal, escape ? Qt::Key_Escape : Qt::Key_Return);
             });
             EXPECT_EQ(prompts.Ask({"Text", title, box.icon, box.buttons, box.usual}),
-                      key == Qt::Key_Return ? box.onReturn : box.onEscape)
-                << box.captions;
+                      escape ? box.onEscape : box.onReturn);
         }
 }
 
@@ -110,8 +105,8 @@ TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {
         return folder;
     };
     EXPECT_EQ(start(), Path("Documents"));
-    QFile existing(home.filePath(QStringLiteral("tables/old.tbl")));
-    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
+    for (const auto* name : {"tables/old.tbl", "tables/two words.tbl"})
+        std::ofstream(Path(name)) << "a table";
     // A bare name gets the extension; every question is left to the program.
     for (const auto& [typed, saved] : {std::pair("tables/new", "tables/new.tbl"),
                                        {"tables/new.txt", "tables/new.txt"},
@@ -120,8 +115,6 @@ TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {
         robot.ExpectFile(Path(typed));
         EXPECT_EQ(prompts.AskSavePath(tables), Path(saved)) << typed;
     }
-    QFile saved(home.filePath(QStringLiteral("tables/two words.tbl")));
-    ASSERT_TRUE(saved.open(QIODevice::WriteOnly));
     for (const auto& [typed, opened] : {std::pair("tables/missing", "tables/missing"),
                                         {"tables/two words", "tables/two words.tbl"},
                                         {"tables/old.tbl", "tables/old.tbl"}}) {
@@ -130,9 +123,9 @@ TEST_F(PromptsTest, FileDialogsStartWhereTheyWereLastUsed) {
     }
     EXPECT_EQ(start(), Path("tables"));
     EXPECT_EQ(start(), Path("tables")) << "cancelling changes nothing";
-    ASSERT_TRUE(QDir(home.filePath(QStringLiteral("tables"))).removeRecursively());
+    std::filesystem::remove_all(Path("tables"));
     EXPECT_EQ(start(), Path("Documents"));
-    ASSERT_TRUE(QDir(home.path()).rmdir(QStringLiteral("Documents")));
+    std::filesystem::remove(Path("Documents"));
     EXPECT_EQ(start(), Path(""));
 
     robot.Expect("file dialog", [](QWidget& dialog) {

@@ -1,19 +1,17 @@
 // Prints the report of a sample table as the program does it, for the test of the print queue.
 //   print_report NAME RACE|EX COMMENT [trouble TEXT SPOIL MEND | choose PRINTER TRAY | cancel]
 // writes the lines it prints to NAME-Chart.lines and NAME-Table.lines.
-//   trouble  runs SPOIL before the first page is sent, expects the failure box with TEXT, runs MEND, answers
-//   Retry choose   expects the setup dialog, and chooses in it cancel   expects the setup dialog, and cancels
-//   it
+//   trouble         runs SPOIL before the first page is sent, expects the failure box with TEXT, runs MEND,
+//                   and answers Retry
+//   choose, cancel  expects the setup dialog, and chooses in it or cancels it
 #include "chart/ui/ChartView.h"
 #include "module/commands/Report.h"
 #include "platform/linux/CupsPrintSystem.h"
 #include "platform/qt/QtPrinter.h"
 #include "platform/qt/QtText.h"
 #include "support/IdleLine.h"
-#include "support/TestSession.h"
-#include "table/LimitTables.h"
+#include "support/ShownTable.h"
 #include "table/commands/LoadChartTemplate.h"
-#include "table/commands/TableDisplay.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -32,38 +30,35 @@ namespace {
 using Arguments = std::vector<std::string>;
 
 // Whatever the print system does, it is not waited for, and the windows live on meanwhile.
-class Patience {
- public:
+struct Patience {
     Patience() {
-        QObject::connect(&beat_, &QTimer::timeout,
-                         [this] { longestGap_ = std::max(longestGap_, gap_.restart()); });
-        beat_.start(20);
-        gap_.start();
-        whole_.start();
+        QObject::connect(&beat, &QTimer::timeout,
+                         [this] { longestGap = std::max(longestGap, gap.restart()); });
+        beat.start(20);
+        gap.start();
+        whole.start();
     }
     ~Patience() {
-        EXPECT_LT(whole_.elapsed(), 5000);
-        EXPECT_LT(std::max(longestGap_, gap_.elapsed()), 1500);
+        EXPECT_LT(whole.elapsed(), 5000);
+        EXPECT_LT(std::max(longestGap, gap.elapsed()), 1500);
     }
 
- private:
-    QTimer beat_;
-    QElapsedTimer gap_;
-    QElapsedTimer whole_;
-    qint64 longestGap_ = 0;
+    QTimer beat;
+    QElapsedTimer gap;
+    QElapsedTimer whole;
+    qint64 longestGap = 0;
 };
 
 class LoggedPrinter : public QtPrinter {
  public:
     LoggedPrinter(Files& files, PrintSystem& system, const Arguments& arguments)
         : QtPrinter(files, system), arguments_(arguments) {
-        if (arguments.size() > 4 && arguments[3] == "trouble") spoil_ = arguments.at(5);
+        if (arguments[3] == "trouble") spoil_ = arguments[5];
     }
 
     void Begin(const PrintJob& job) override {
         QtPrinter::Begin(job);
-        const auto page = job.title.substr(job.title.rfind(' ') + 1);
-        log_ = std::ofstream(arguments_.at(0) + "-" + page + ".lines");
+        log_ = std::ofstream(arguments_[0] + "-" + job.title.substr(job.title.rfind(' ') + 1) + ".lines");
     }
     void PrintLine(const std::vector<PrintItem>& items) override {
         QtPrinter::PrintLine(items);
@@ -92,23 +87,18 @@ class LoggedPrinter : public QtPrinter {
     // Window events are served while the printers are asked for, before there is a dialog.
     void ChooseOnceOpen() {
         QTimer::singleShot(1, qApp, [this] {
-            if (const auto* dialog = QApplication::activeModalWidget())
-                Choose(*dialog);
-            else
-                ChooseOnceOpen();
+            const auto* dialog = QApplication::activeModalWidget();
+            if (dialog == nullptr) return ChooseOnceOpen();
+            const bool cancels = arguments_[3] == "cancel";
+            if (!cancels) Choose(*dialog, "cboPrinter", arguments_[4]);
+            if (!cancels) Choose(*dialog, "cboTray", arguments_[5]);
+            dialog->findChild<QPushButton*>(QLatin1String(cancels ? "cmdCancel" : "cmdOK"))->click();
         });
     }
-    void Choose(const QWidget& dialog) const {
-        const bool cancels = arguments_.at(3) == "cancel";
-        const auto choose = [&](const char* list, const std::string& name) {
-            auto* combo = dialog.findChild<QComboBox*>(QLatin1String(list));
-            EXPECT_GE(combo->findText(ToQt(name)), 0) << name;
-            combo->setCurrentText(ToQt(name));
-        };
-        if (!cancels) choose("cboPrinter", arguments_.at(4));
-        if (!cancels) choose("cboTray", arguments_.at(5));
-        dialog.findChild<QPushButton*>(cancels ? QStringLiteral("cmdCancel") : QStringLiteral("cmdOK"))
-            ->click();
+    static void Choose(const QWidget& dialog, const char* list, const std::string& name) {
+        auto* combo = dialog.findChild<QComboBox*>(QLatin1String(list));
+        EXPECT_GE(combo->findText(ToQt(name)), 0) << name;
+        combo->setCurrentText(ToQt(name));
     }
 
     const Arguments arguments_;
@@ -116,17 +106,9 @@ class LoggedPrinter : public QtPrinter {
     std::ofstream log_;
 };
 
-// The box comes within the time that the print system is given, and the mending while it stands open.
-void ExpectTrouble(test::ScriptedPrompts& prompts, const std::string& text, const std::string& mending) {
-    prompts.ExpectError(text, Answer::Retry);
-    int boxes = 0;
-    prompts.whileOpen = [mending, boxes]() mutable {
-        if (++boxes == 2) LoggedPrinter::Run(mending);
-    };
-}
-
 void Print(const Arguments& arguments) {
-    const auto type = TypeNamedIn(arguments.at(1));
+    const auto& mode = arguments[3];
+    const auto type = TypeNamedIn(arguments[1]);
     test::IdleLine line;
     test::TestSession test(line);
     CupsPrintSystem spooler;
@@ -137,7 +119,6 @@ void Print(const Arguments& arguments) {
     printer.SetChartDrawing(
         [&](QPainter& painter, const QRectF& place) { chart.DrawOnPaper(painter, place); });
 
-    const auto mode = arguments.size() > 3 ? arguments[3] : std::string();
     if (mode.empty()) {
         // A job that is thrown away never arrives.
         printer.Begin({"RV52 Discarded", "Courier New", 8, 500, {}});
@@ -147,13 +128,14 @@ void Print(const Arguments& arguments) {
 
     session.state.BrandingLines = {"Emberline"};
     session.state.FirmwareId = "RV52A 8.1";
-    session.state.TableType = type;
     LoadChartTemplate(session, type);
-    session.table.Replace(LoadLimitTable(session.files, type, Limit::Maximum).value());
-    SetUpTableGrid(session, type);
-    CopyChartToGrid(session);
-    test.prompts.ExpectText({"Serial number or comment?", "Optional Information Entry", ""}, arguments.at(2));
-    if (mode == "trouble") ExpectTrouble(test.prompts, arguments.at(4), arguments.at(6));
+    test::ShowAs(session, LoadLimitTable(session.files, type, Limit::Maximum).value());
+    test.prompts.ExpectText({"Serial number or comment?", "Optional Information Entry", ""}, arguments[2]);
+    if (mode == "trouble") test.prompts.ExpectError(arguments[4], Answer::Retry);
+    // The mending while the failure box stands open, which is the second one.
+    test.prompts.whileOpen = [&, boxes = 0]() mutable {
+        if (++boxes == 2) LoggedPrinter::Run(arguments[6]);
+    };
     mnuPrintTable_Click(session);
     EXPECT_EQ(printer.asked, mode == "choose" || mode == "cancel");
 }
@@ -166,6 +148,8 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     if (argc < 4) return 2;
-    rv52::Print({argv + 1, argv + argc});
+    rv52::Arguments arguments(argv + 1, argv + argc);
+    arguments.resize(7);
+    rv52::Print(arguments);
     return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
 }

@@ -15,6 +15,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
@@ -30,9 +31,24 @@ class Seat {
     Seat(DesktopProgram& program, std::string folder)
         : program_(program), window_(program.Window()), folder_(std::move(folder)) {}
 
-    // In the order in which a first user would; ends at the first thing that does not come.
-    bool Use() {
-        return Placed() && Download() && Popup() && Drag() && Undo() && Tooltip() && Save() && Leave();
+    // In the order in which a first user would; ends the program at the first thing that does not come.
+    void Use() const {
+        Await("the window fills the desktop", [&] {
+            return window_.windowHandle()->isExposed() && window_.size() == window_.screen()->size();
+        });
+        Choose("mnuComm", "mnuDownload");
+        AwaitBox("the firmware ID is told");
+        Press("Return");
+        Await("the table is shown",
+              [&] { return Running().state.TableShown && QApplication::activeModalWidget() == nullptr; });
+        CopyCell();
+        DragPointAndUndo();
+        Tooltip();
+        Save();
+        Choose("mnuFile", "mnuExit");
+        AwaitBox("the question about the table");
+        Press("alt+n");
+        Await("the program has ended", [&] { return !window_.isVisible(); });
     }
 
  private:
@@ -44,16 +60,19 @@ class Seat {
         return answer;
     }
 
-    bool Await(const char* what, const std::function<bool()>& question) const {
+    void Await(const char* what, const std::function<bool()>& question) const {
         for (int look = 0; look < 100; ++look) {
             if (Ask<bool>(question)) {
                 std::printf("seat: %s\n", what);
-                return true;
+                return;
             }
             std::this_thread::sleep_for(50ms);
         }
         std::fprintf(stderr, "seat: not seen: %s\n", what);
-        return false;
+        std::_Exit(1);  // from a box that was not foreseen, too
+    }
+    void AwaitBox(const char* what) const {
+        Await(what, [] { return QApplication::activeModalWidget() != nullptr; });
     }
 
     static void Hand(const std::string& moves) {
@@ -66,19 +85,22 @@ class Seat {
         return "mousemove " + std::to_string(place.x()) + " " + std::to_string(place.y());
     }
 
-    QPoint MiddleOf(const QMenu& menu, QAction* item) const {
-        return menu.actionGeometry(item).center() + menu.pos() - window_.pos();
+    // An item of a menu that opens.
+    void Pick(const QMenu& menu, const char* name) const {
+        auto* item = window_.findChild<QAction*>(QString::fromLatin1(name));
+        Await(name, [&] { return menu.isVisible(); });
+        const auto place =
+            Ask<QPoint>([&] { return menu.actionGeometry(item).center() + menu.pos() - window_.pos(); });
+        Hand(To(place) + " click 1");
     }
     // By the mouse alone: down the menu bar, and down the menu.
-    void Choose(const char* menuName, const char* itemName) {
-        auto* menu = window_.findChild<QMenu*>(QString::fromLatin1(menuName));
-        auto* item = window_.findChild<QAction*>(QString::fromLatin1(itemName));
+    void Choose(const char* menuName, const char* itemName) const {
+        const auto* menu = window_.findChild<QMenu*>(QString::fromLatin1(menuName));
         const auto* bar = window_.menuBar();
-        Hand(To(Ask<QPoint>(
-                 [&] { return bar->mapTo(&window_, bar->actionGeometry(menu->menuAction()).center()); })) +
-             " click 1");
-        if (!Await(menuName, [&] { return menu->isVisible(); })) return;
-        Hand(To(Ask<QPoint>([&] { return MiddleOf(*menu, item); })) + " click 1");
+        const auto place = Ask<QPoint>(
+            [&] { return bar->mapTo(&window_, bar->actionGeometry(menu->menuAction()).center()); });
+        Hand(To(place) + " click 1");
+        Pick(*menu, itemName);
     }
     QPoint PlaceOf(GridCell at) const {
         return Ask<QPoint>([&] {
@@ -89,73 +111,44 @@ class Seat {
     }
     const Session& Running() const { return program_.Running(); }
 
-    bool Placed() {
-        return Await("the window fills the desktop", [&] {
-            return window_.windowHandle()->isExposed() && window_.size() == window_.screen()->size();
-        });
-    }
-    bool Download() {
-        Choose("mnuComm", "mnuDownload");
-        if (!Await("the firmware ID is told", [] { return QApplication::activeModalWidget() != nullptr; }))
-            return false;
-        Press("Return");
-        return Await("the table is shown", [&] {
-            return Running().state.TableShown && QApplication::activeModalWidget() == nullptr;
-        });
-    }
-    bool Popup() {
-        const GridCell at{GridRow(2), GridColumn(3)};
-        auto* menu = window_.findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D"));
+    void CopyCell() const {
+        constexpr GridCell at{GridRow(2), GridColumn(3)};
         Hand(To(PlaceOf(at)) + " click 1");
         Hand(To(PlaceOf(at)) + " click 3");
-        if (!Await("the grid's menu", [&] { return menu->isVisible(); })) return false;
-        auto* copy = window_.findChild<QAction*>(QStringLiteral("mnuPopUpCopy3D"));
-        Hand(To(Ask<QPoint>([&] { return MiddleOf(*menu, copy); })) + " click 1");
-        return Await("a cell is copied",
-                     [&] { return Running().state.CopyBuffer == Running().sheet.Text(at); });
+        Pick(*window_.findChild<QMenu*>(QStringLiteral("mnuPopUpEdit3D")), "mnuPopUpCopy3D");
+        Await("a cell is copied", [&] { return Running().state.CopyBuffer == Running().sheet.Text(at); });
     }
-    bool Drag() {
-        before_ = Ask<double>([&] { return Degrees(); });
+    void DragPointAndUndo() const {
+        const auto before = Ask<double>([&] { return Degrees(); });
         auto* chart = window_.findChild<ChartView*>();
         const auto from = Ask<QPoint>(
             [&] { return chart->mapTo(&window_, ToQt(chart->Shown()->mesh.At(kPoint).at).toPoint()); });
         Hand(To(from) + " mousedown 1");
         Hand(To(from + QPoint(0, 10)));
         Hand(To(from + QPoint(0, 20)));
-        const bool moved = Await("a point follows the mouse", [&] { return Degrees() < before_; });
+        Await("a point follows the mouse", [&] { return Degrees() < before; });
         Hand("mouseup 1");
-        return moved &&
-               Await("and is let go", [&] { return Running().gesture.kind == ChartGesture::Kind::None; });
-    }
-    bool Undo() {
+        Await("and is let go", [&] { return Running().gesture.kind == ChartGesture::Kind::None; });
         Press("ctrl+z");
-        return Await("the drag is undone", [&] { return Degrees() == before_; });
+        Await("the drag is undone", [&] { return Degrees() == before; });
     }
-    bool Tooltip() {
-        Hand(To(PlaceOf({GridRow(4), GridColumn(5)})));
-        Hand(To(PlaceOf({GridRow(4), GridColumn(5)}) + QPoint(2, 1)));
-        return Await("a tooltip", [] {
-            for (const auto* widget : QApplication::topLevelWidgets())
-                if (widget->inherits("QTipLabel") && widget->isVisible()) return true;
-            return false;
+    void Tooltip() const {
+        const auto place = PlaceOf({GridRow(4), GridColumn(5)});
+        Hand(To(place));
+        Hand(To(place + QPoint(2, 1)));
+        Await("a tooltip", [] {
+            return std::ranges::any_of(QApplication::topLevelWidgets(), [](const QWidget* widget) {
+                return widget->inherits("QTipLabel") && widget->isVisible();
+            });
         });
     }
-    bool Save() {
+    void Save() const {
         const auto file = folder_ + "/seat.tbl";
         Choose("mnuFile", "mnuSaveTable");
-        if (!Await("the file dialog", [] { return QApplication::activeModalWidget() != nullptr; }))
-            return false;
+        AwaitBox("the file dialog");
         Hand("type --delay 20 " + file);
         Press("Return");
-        return Await("the file is saved", [&] { return QFile::exists(ToQt(file)); });
-    }
-    bool Leave() {
-        Choose("mnuFile", "mnuExit");
-        if (!Await("the question about the table",
-                   [] { return QApplication::activeModalWidget() != nullptr; }))
-            return false;
-        Press("alt+n");
-        return Await("the program has ended", [&] { return !window_.isVisible(); });
+        Await("the file is saved", [&] { return QFile::exists(ToQt(file)); });
     }
     double Degrees() const { return Running().table.Table().GetCell(kPoint); }
 
@@ -163,8 +156,7 @@ class Seat {
 
     DesktopProgram& program_;
     MainWindow& window_;
-    std::string folder_;
-    double before_ = 0;
+    const std::string folder_;
 };
 
 int Run(int argc, char** argv) {
@@ -180,16 +172,13 @@ int Run(int argc, char** argv) {
     options.simulate = TableType::RACE;
     DesktopProgram program(options);
     if (!program.Start(std::chrono::milliseconds(500))) return 1;
-    bool good = false;
     std::thread user([&] {
-        good = Seat(program, argv[1]).Use();
-        // From a box that was not foreseen, too.
-        if (!good) std::_Exit(1);
+        Seat(program, argv[1]).Use();
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit);
     });
     QApplication::exec();
     user.join();
-    return good ? 0 : 1;
+    return 0;
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 
 namespace rv52::fuzz {
 
-namespace {
-
 class NoSplash : public Splash {
  public:
     void SetBrandText(const std::string&) override {}
@@ -16,8 +14,6 @@ class NoSplash : public Splash {
     void LoadLogo(const std::string&) override {}
     void SetApplicationTitle(const std::string&) override {}
 };
-
-}  // namespace
 
 void Target(std::string_view input) {
     static FuzzedSession desk;

@@ -13,9 +13,8 @@ namespace rv52::fuzz {
 namespace {
 
 void RequireOneLine(const std::string& error) {
-    Require(!error.empty(), "a refusal says why");
-    Require(std::ranges::none_of(error, [](unsigned char letter) { return letter < ' ' || letter == 0x7F; }),
-            "in one line");
+    const auto isControl = [](unsigned char letter) { return letter < ' ' || letter == 0x7F; };
+    Require(!error.empty() && std::ranges::none_of(error, isControl), "a refusal says why, in one line");
 }
 
 void TakeAsProgram(std::span<const char* const> arguments) {

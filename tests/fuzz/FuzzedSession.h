@@ -7,11 +7,18 @@
 
 namespace rv52::fuzz {
 
-// A program without a module, whose user dismisses every box.
+// Dismisses every box, and types the same into each that asks for a text.
+struct Typist : test::DismissingUser {
+    std::string AskText(const InputBox&) override { return text; }
+
+    std::string text;
+};
+
+// A program without a module.
 struct FuzzedSession {
     test::IdleLine line;
     test::TestSession parts{line};
-    test::DismissingUser user;
+    Typist user;
     Session session{Ports{line, user, parts.view, parts.shell, parts.files, parts.settings, parts.printer}};
 };
 

@@ -2,22 +2,15 @@
 #include "fuzz/Bytes.h"
 #include "fuzz/Screen.h"
 #include "fuzz/Target.h"
-#include "platform/Failure.h"
+#include "platform/qt/QtFiles.h"
+#include "support/FailureOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <fstream>
-#include <sstream>
 
 namespace rv52::fuzz {
 
 namespace {
-
-std::string Shipped() {
-    std::ostringstream content;
-    content << std::ifstream(RV52_PROGRAM_FOLDER "/Corvane_RV52_Help.chm", std::ios::binary).rdbuf();
-    Require(!content.str().empty(), "the build makes the help file");
-    return content.str();
-}
 
 // Bytes changed, cut off and put in, each at a place that the input names.
 std::string Damaged(std::string file, Bytes bytes) {
@@ -40,18 +33,13 @@ std::string Damaged(std::string file, Bytes bytes) {
 // The help file as the build makes it, damaged, and whatever lies in its place.
 void Target(std::string_view input) {
     NeedApplication();
-    static const auto shipped = Shipped();
+    static const auto shipped = QtFiles().ReadWhole(RV52_PROGRAM_FOLDER "/Corvane_RV52_Help.chm");
     static const test::TemporaryFolder folder;
     static auto& window = *new HelpWindow(nullptr);
     const auto path = (folder.Path() / "help.chm").string();
     for (const auto& content : {Damaged(shipped, Bytes(input)), std::string(input)}) {
         std::ofstream(path, std::ios::binary) << content;
-        bool opened = true;
-        try {
-            window.Open(path);
-        } catch (const Failure&) {
-            opened = false;
-        }
+        const bool opened = test::FailureOf([&] { window.Open(path); }).empty();
         Require(opened == (content == shipped), "the whole file opens, and no other");
         if (opened) window.grab();
         window.hide();

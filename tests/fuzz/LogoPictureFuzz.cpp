@@ -1,7 +1,7 @@
 #include "app/ui/SplashWindow.h"
 #include "fuzz/Screen.h"
 #include "fuzz/Target.h"
-#include "platform/Failure.h"
+#include "support/FailureOf.h"
 #include "support/TemporaryFolder.h"
 
 #include <QImage>
@@ -11,14 +11,6 @@
 
 namespace rv52::fuzz {
 
-namespace {
-
-QByteArray AsBytes(std::string_view input) {
-    return {input.data(), static_cast<qsizetype>(input.size())};
-}
-
-}  // namespace
-
 // The picture that a branding file may name, of any kind.
 void Target(std::string_view input) {
     NeedApplication();
@@ -26,15 +18,14 @@ void Target(std::string_view input) {
     static auto& splash = *new SplashWindow;
     const auto path = (folder.Path() / "logo").string();
     std::ofstream(path, std::ios::binary) << input;
-    try {
-        splash.LoadLogo(path);
-        const auto shown = splash.findChild<QLabel*>(QStringLiteral("imgLogo"))->pixmap();
-        Require(!shown.isNull() && shown.width() <= 168 && shown.height() <= 168, "a picture in its box");
-        splash.grab();
-    } catch (const Failure& failure) {
-        Require(!std::string_view(failure.what()).ends_with(": ."), "a refusal says why");
-        Require(QImage::fromData(AsBytes(input)).isNull(), "what is a picture is shown");
+    const auto refusal = test::FailureOf([&] { splash.LoadLogo(path); });
+    if (!refusal.empty()) {
+        Require(!refusal.ends_with(": ."), "a refusal says why");
+        return Require(QImage::fromData(QByteArrayView(input)).isNull(), "what is a picture is shown");
     }
+    const auto shown = splash.findChild<QLabel*>(QStringLiteral("imgLogo"))->pixmap();
+    Require(!shown.isNull() && shown.width() <= 168 && shown.height() <= 168, "a picture in its box");
+    splash.grab();
 }
 
 }  // namespace rv52::fuzz
